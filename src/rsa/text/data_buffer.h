@@ -1,0 +1,55 @@
+// A growable array of bytes.
+#pragma once
+
+#include "rsa/text/integrity_mark.h"
+#include "rsa/text/zentorp_object.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// Lengths and capacities are unsigned 32-bit byte counts. An operation that
+// needs memory answers false when there is none, and the buffer is then empty:
+// a failed growth loses the content. Bytes appended must not lie in the buffer.
+class DataBuffer : public ZentorpObject {
+public:
+    DataBuffer() = default;
+    ~DataBuffer() override;
+
+    [[nodiscard]] bool AppendByte(std::uint8_t byte);
+    [[nodiscard]] bool AppendFill(std::uint8_t byte, std::uint32_t count);
+    // A null pointer or a count of 0 appends nothing and succeeds.
+    [[nodiscard]] bool Append(const void *bytes, std::uint32_t count);
+    // Grows to exactly `capacity` bytes when the capacity is below that; answers
+    // whether the buffer now has data.
+    [[nodiscard]] bool EnsureCapacity(std::uint32_t capacity);
+
+    // Keeps the allocation.
+    void Clear();
+    // Drops the last bytes beyond `length`; a larger length changes nothing.
+    void Shorten(std::uint32_t length);
+    // Adopts a block made by AllocateArray<std::uint8_t>(size).
+    void TakeOver(std::uint8_t *block, std::uint32_t size);
+    // Looks at bytes that belong to someone else and are never freed here.
+    void Borrow(std::uint8_t *bytes, std::uint32_t size);
+    // Hands the block to the caller, who releases it with delete[].
+    [[nodiscard]] std::uint8_t *Detach();
+
+    std::uint8_t *data();
+    const std::uint8_t *data() const;
+    std::uint32_t length() const;
+    std::uint32_t capacity() const;
+    bool borrowed() const;
+
+private:
+    bool Grow(std::uint64_t newCapacity);
+    void Free();
+
+    IntegrityMark<0xDB> mark_;
+    bool borrowed_ = false;
+    std::uint8_t *data_ = nullptr;
+    std::uint32_t length_ = 0;
+    std::uint32_t capacity_ = 0;
+};
+
+} // namespace pavonix

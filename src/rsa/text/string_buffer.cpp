@@ -1,0 +1,257 @@
+#include "rsa/text/string_buffer.h"
+
+#include "rsa/text/allocate.h"
+#include "rsa/text/decimal.h"
+
+#include <cstring>
+
+namespace pavonix {
+
+namespace {
+
+constexpr std::int32_t kFirstCapacity = 202;
+constexpr std::int32_t kPoorCapacity = 4;
+constexpr std::int32_t kLargestIncrement = 500000;
+constexpr std::int32_t kFill = static_cast<std::int32_t>(0xDDDDDDDDu);
+
+// Shared by every buffer that got no memory at all; capacity 1 keeps it unwritten.
+char sharedEmpty[1] = {0};
+
+bool IsBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+} // namespace
+
+StringBuffer::StringBuffer() : capacity_(kFirstCapacity), length_(0), increment_(kFirstCapacity)
+{
+    data_ = AllocateArray<char>(kFirstCapacity);
+    if (data_ == nullptr) {
+        data_ = AllocateArray<char>(kPoorCapacity);
+        capacity_ = kPoorCapacity;
+    }
+    if (data_ == nullptr) {
+        data_ = sharedEmpty;
+        capacity_ = 1;
+        return;
+    }
+    data_[0] = 0;
+}
+
+StringBuffer::~StringBuffer()
+{
+    mark_.Check();
+    if (data_ != sharedEmpty) {
+        delete[] data_;
+    }
+    // volatile: the fill must really be there after destruction
+    *const_cast<char *volatile *>(&data_) = reinterpret_cast<char *>(static_cast<std::uintptr_t>(0xDDDDDDDDu));
+    *const_cast<volatile std::int32_t *>(&capacity_) = kFill;
+    *const_cast<volatile std::int32_t *>(&length_) = kFill;
+    *const_cast<volatile std::int32_t *>(&increment_) = kFill;
+}
+
+bool StringBuffer::Grow(std::int64_t newCapacity)
+{
+    char *grown = newCapacity > INT32_MAX ? nullptr : AllocateArray<char>(static_cast<std::size_t>(newCapacity));
+    if (grown == nullptr) {
+        incomplete_ = true;
+        return false;
+    }
+    std::memcpy(grown, data_, static_cast<std::size_t>(length_) + 1);
+    if (data_ != sharedEmpty) {
+        delete[] data_;
+    }
+    data_ = grown;
+    capacity_ = static_cast<std::int32_t>(newCapacity);
+    return true;
+}
+
+void StringBuffer::AppendGrowing(const char *bytes, std::int32_t count, std::int32_t terminatorRoom)
+{
+    mark_.Check();
+    if (bytes == nullptr || count <= 0) {
+        return;
+    }
+    if (std::int64_t{length_} + count >= capacity_) {
+        const bool ownBytes = bytes >= data_ && bytes < data_ + capacity_;
+        const std::ptrdiff_t ownOffset = ownBytes ? bytes - data_ : 0;
+        if (!Grow(std::int64_t{length_} + increment_ + count + terminatorRoom)) {
+            return;
+        }
+        bytes = ownBytes ? data_ + ownOffset : bytes;
+        if (increment_ < capacity_ && increment_ < kLargestIncrement) {
+            increment_ = capacity_ / 2 < kLargestIncrement ? capacity_ / 2 : kLargestIncrement;
+        }
+    }
+    std::memmove(data_ + length_, bytes, static_cast<std::size_t>(count));
+    length_ += count;
+    data_[length_] = 0;
+}
+
+void StringBuffer::Append(const char *text)
+{
+    const std::size_t length = text == nullptr ? 0 : std::strlen(text);
+    if (length > INT32_MAX) {
+        incomplete_ = true;
+        return;
+    }
+    AppendGrowing(text, static_cast<std::int32_t>(length), 1);
+}
+
+void StringBuffer::AppendN(const char *bytes, std::int32_t count)
+{
+    AppendGrowing(bytes, count, 0);
+}
+
+void StringBuffer::AppendChar(char character)
+{
+    AppendGrowing(&character, 1, 0);
+}
+
+void StringBuffer::AppendDecimal(std::int32_t value)
+{
+    Append(DecimalText(value).c_str());
+}
+
+void StringBuffer::Reserve(std::int32_t count)
+{
+    mark_.Check();
+    if (count > 0 && std::int64_t{length_} + count >= capacity_) {
+        const bool wasIncomplete = incomplete_;
+        Grow(std::int64_t{length_} + increment_ + count + 1);
+        incomplete_ = wasIncomplete; // only a dropped append loses text
+    }
+}
+
+void StringBuffer::Shrink()
+{
+    mark_.Check();
+    if (data_ == sharedEmpty || capacity_ <= length_ + 4) {
+        return;
+    }
+    const bool wasIncomplete = incomplete_;
+    Grow(std::int64_t{length_} + 1);
+    incomplete_ = wasIncomplete;
+}
+
+void StringBuffer::Clear()
+{
+    mark_.Check();
+    incomplete_ = false;
+    length_ = 0;
+    if (data_ != sharedEmpty) {
+        data_[0] = 0;
+    }
+}
+
+const char *StringBuffer::c_str() const
+{
+    mark_.Check();
+    return data_;
+}
+
+std::int32_t StringBuffer::length() const
+{
+    mark_.Check();
+    return length_;
+}
+
+std::int32_t StringBuffer::capacity() const
+{
+    mark_.Check();
+    return capacity_;
+}
+
+std::int32_t StringBuffer::increment() const
+{
+    mark_.Check();
+    return increment_;
+}
+
+bool StringBuffer::complete() const
+{
+    mark_.Check();
+    return !incomplete_;
+}
+
+bool StringBuffer::BeginsWith(const char *prefix) const
+{
+    mark_.Check();
+    return std::strncmp(data_, prefix, std::strlen(prefix)) == 0;
+}
+
+bool StringBuffer::EndsWith(const char *suffix) const
+{
+    mark_.Check();
+    const std::size_t count = std::strlen(suffix);
+    return count <= static_cast<std::size_t>(length_) && std::memcmp(data_ + length_ - count, suffix, count) == 0;
+}
+
+bool StringBuffer::Contains(const char *text) const
+{
+    mark_.Check();
+    return std::strstr(data_, text) != nullptr;
+}
+
+bool StringBuffer::ContainsChar(char character) const
+{
+    mark_.Check();
+    return length_ > 0 && std::memchr(data_, character, static_cast<std::size_t>(length_)) != nullptr;
+}
+
+void StringBuffer::RemoveChar(char character)
+{
+    mark_.Check();
+    std::int32_t kept = 0;
+    for (std::int32_t i = 0; i < length_; ++i) {
+        if (data_[i] != character) {
+            data_[kept++] = data_[i];
+        }
+    }
+    if (kept != length_) {
+        length_ = kept;
+        data_[kept] = 0;
+    }
+}
+
+void StringBuffer::ReplaceChar(char from, char to)
+{
+    mark_.Check();
+    for (std::int32_t i = 0; i < length_; ++i) {
+        if (data_[i] == from) {
+            data_[i] = to;
+        }
+    }
+}
+
+void StringBuffer::Trim()
+{
+    mark_.Check();
+    std::int32_t first = 0;
+    std::int32_t end = length_;
+    while (first < end && IsBlank(data_[first])) {
+        ++first;
+    }
+    while (end > first && IsBlank(data_[end - 1])) {
+        --end;
+    }
+    if (end - first != length_) {
+        std::memmove(data_, data_ + first, static_cast<std::size_t>(end - first));
+        length_ = end - first;
+        data_[length_] = 0;
+    }
+}
+
+void StringBuffer::ToLower()
+{
+    mark_.Check();
+    for (std::int32_t i = 0; i < length_; ++i) {
+        if (data_[i] >= 'A' && data_[i] <= 'Z') {
+            data_[i] = static_cast<char>(data_[i] + ('a' - 'A'));
+        }
+    }
+}
+
+} // namespace pavonix

@@ -1,0 +1,58 @@
+// A growable zero-terminated string of 8-bit characters.
+#pragma once
+
+#include "rsa/text/integrity_mark.h"
+#include "rsa/text/zentorp_object.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// Lengths and capacities are signed 32-bit byte counts. When there is no memory
+// for an append, the append is dropped, the old content stays, and complete()
+// turns false until the next Clear. Arguments may point into the buffer itself.
+class StringBuffer : public ZentorpObject {
+public:
+    StringBuffer();
+    ~StringBuffer() override;
+
+    void Append(const char *text); // zero-terminated; null appends nothing
+    void AppendN(const char *bytes, std::int32_t count);
+    void AppendChar(char character);
+    void AppendDecimal(std::int32_t value);
+
+    // Makes room for `count` more characters without changing the increment.
+    void Reserve(std::int32_t count);
+    // Gives back what exceeds the length by more than the terminator and slack.
+    void Shrink();
+    void Clear();
+
+    const char *c_str() const;
+    std::int32_t length() const;
+    std::int32_t capacity() const;
+    std::int32_t increment() const;
+    // False when an append was dropped since construction or the last Clear.
+    bool complete() const;
+
+    bool BeginsWith(const char *prefix) const;
+    bool EndsWith(const char *suffix) const;
+    bool Contains(const char *text) const;
+    bool ContainsChar(char character) const;
+    void RemoveChar(char character);
+    void ReplaceChar(char from, char to);
+    void Trim(); // spaces, tabs, line feeds and carriage returns at both ends
+    void ToLower(); // ASCII letters
+
+private:
+    bool Grow(std::int64_t newCapacity);
+    void AppendGrowing(const char *bytes, std::int32_t count, std::int32_t terminatorRoom);
+
+    IntegrityMark<0xAA> mark_;
+    bool incomplete_ = false;
+    char *data_;
+    std::int32_t capacity_;
+    std::int32_t length_;
+    std::int32_t increment_;
+};
+
+} // namespace pavonix

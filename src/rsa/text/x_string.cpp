@@ -1,0 +1,222 @@
+#include "rsa/text/x_string.h"
+
+#include "platform/code_pages.h"
+#include "rsa/text/allocate.h"
+
+#include <cstring>
+#include <memory>
+
+namespace pavonix {
+
+namespace {
+
+constexpr WideChar kEmptyWide[1] = {0};
+constexpr std::uint8_t kWideTerminator[2] = {0, 0};
+
+std::int32_t WideLength(const WideChar *text)
+{
+    std::int32_t length = 0;
+    while (text[length] != 0) {
+        ++length;
+    }
+    return length;
+}
+
+bool SetWide(DataBuffer *wide, const void *units, std::uint32_t byteCount)
+{
+    wide->Clear();
+    return wide->EnsureCapacity(byteCount + 2) && wide->Append(units, byteCount) && wide->Append(kWideTerminator, 2);
+}
+
+} // namespace
+
+XString::XString()
+{
+    // A DataBuffer's slack is thousands of bytes; most strings never need it here.
+    (void)SetWide(&utf16_, nullptr, 0);
+}
+
+void XString::KeepOnly(const bool *valid)
+{
+    utf16Valid_ = valid == &utf16Valid_;
+    ansiValid_ = valid == &ansiValid_;
+    utf8Valid_ = valid == &utf8Valid_;
+}
+
+void XString::clear()
+{
+    lost_ = 0;
+    utf16Valid_ = ansiValid_ = utf8Valid_ = true;
+    ansi_.Clear();
+    utf8_.Clear();
+    if (!SetWide(&utf16_, nullptr, 0)) {
+        utf16Valid_ = false;
+    }
+}
+
+void XString::AppendTo(StringBuffer *narrow, const char *bytes, std::int32_t count)
+{
+    narrow->AppendN(bytes, count);
+    if (!narrow->complete()) {
+        markIncomplete();
+    }
+}
+
+void XString::setFromAnsi(const char *text)
+{
+    clear();
+    appendAnsi(text);
+}
+
+void XString::setFromAnsiN(const char *bytes, std::int32_t count)
+{
+    clear();
+    appendAnsiN(bytes, count);
+}
+
+void XString::setFromUtf8(const char *text)
+{
+    clear();
+    appendUtf8(text);
+}
+
+void XString::setFromUtf16(const WideChar *text)
+{
+    clear();
+    if (text == nullptr || text[0] == 0) {
+        return;
+    }
+    KeepOnly(&utf16Valid_);
+    if (!SetWide(&utf16_, text, static_cast<std::uint32_t>(WideLength(text)) * 2)) {
+        clear();
+        markIncomplete();
+    }
+}
+
+void XString::appendUtf8(const char *text)
+{
+    if (text == nullptr || text[0] == 0) {
+        return;
+    }
+    getUtf8();
+    KeepOnly(&utf8Valid_);
+    AppendTo(&utf8_, text, static_cast<std::int32_t>(std::strlen(text)));
+}
+
+void XString::appendAnsi(const char *text)
+{
+    if (text != nullptr) {
+        appendAnsiN(text, static_cast<std::int32_t>(std::strlen(text)));
+    }
+}
+
+void XString::appendAnsiN(const char *bytes, std::int32_t count)
+{
+    if (bytes == nullptr || count <= 0) {
+        return;
+    }
+    getAnsi();
+    KeepOnly(&ansiValid_);
+    AppendTo(&ansi_, bytes, count);
+}
+
+void XString::copyFrom(const XString &other)
+{
+    if (this == &other) {
+        return;
+    }
+    clear();
+    if (other.ansiValid_) {
+        appendAnsiN(other.ansi_.c_str(), other.ansi_.length());
+    } else if (other.utf8Valid_) {
+        KeepOnly(&utf8Valid_);
+        AppendTo(&utf8_, other.utf8_.c_str(), other.utf8_.length());
+    } else {
+        setFromUtf16(other.getUtf16());
+    }
+    if (!other.complete()) {
+        markIncomplete();
+    }
+}
+
+bool XString::MakeWide() const
+{
+    if (utf16Valid_) {
+        return true;
+    }
+    const StringBuffer &source = ansiValid_ ? ansi_ : utf8_;
+    const std::uint32_t codePage = ansiValid_ ? platform::kAnsiCodePage : platform::kUtf8CodePage;
+    const int units = platform::BytesToWide(codePage, source.c_str(), source.length(), nullptr, 0);
+    const std::uint32_t byteCount = static_cast<std::uint32_t>(units) * 2;
+    utf16_.Clear();
+    if (units < 0 || (units == 0 && source.length() > 0) || !utf16_.EnsureCapacity(byteCount + 2) ||
+        !utf16_.AppendFill(0, byteCount + 2)) {
+        return false;
+    }
+    platform::BytesToWide(codePage, source.c_str(), source.length(), reinterpret_cast<WideChar *>(utf16_.data()),
+                          units);
+    utf16Valid_ = true;
+    return true;
+}
+
+void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePage) const
+{
+    if (*valid) {
+        return;
+    }
+    narrow->Clear();
+    if (!MakeWide()) {
+        return;
+    }
+    const WideChar *wide = getUtf16();
+    const int units = lengthUtf16();
+    const int count = platform::WideToBytes(codePage, wide, units, nullptr, 0, nullptr);
+    const std::unique_ptr<char[]> bytes(AllocateArray<char>(static_cast<std::size_t>(count > 0 ? count : 1)));
+    if (bytes == nullptr || (count <= 0 && units > 0)) {
+        return;
+    }
+    platform::WideToBytes(codePage, wide, units, bytes.get(), count, nullptr);
+    narrow->AppendN(bytes.get(), count);
+    *valid = narrow->complete();
+    if (!*valid) {
+        narrow->Clear();
+    }
+}
+
+const StringBuffer &XString::getAnsi() const
+{
+    MakeNarrow(&ansi_, &ansiValid_, platform::kAnsiCodePage);
+    return ansi_;
+}
+
+const StringBuffer &XString::getUtf8() const
+{
+    MakeNarrow(&utf8_, &utf8Valid_, platform::kUtf8CodePage);
+    return utf8_;
+}
+
+const WideChar *XString::getUtf16() const
+{
+    if (!MakeWide() || utf16_.length() == 0) {
+        return kEmptyWide;
+    }
+    return reinterpret_cast<const WideChar *>(utf16_.data());
+}
+
+std::int32_t XString::lengthUtf16() const
+{
+    return MakeWide() && utf16_.length() >= 2 ? static_cast<std::int32_t>(utf16_.length() / 2 - 1) : 0;
+}
+
+bool XString::isEmpty() const
+{
+    if (ansiValid_) {
+        return ansi_.length() == 0;
+    }
+    if (utf8Valid_) {
+        return utf8_.length() == 0;
+    }
+    return utf16_.length() <= 2;
+}
+
+} // namespace pavonix

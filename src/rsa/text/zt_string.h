@@ -1,0 +1,47 @@
+// The facade's string: the form in which the shop code and the HTTP client hold
+// texts.
+#pragma once
+
+#include "rsa/text/x_string.h"
+#include "rsa/text/zt_object.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// Its 8-bit characters are in the ANSI code page unless put_Utf8(true) was
+// called. What gets no memory is dropped; complete() tells.
+class ZtString : public ZtObject {
+public:
+    ZtString() = default;
+    explicit ZtString(const char *text) { Append(text); }
+    ZtString(const ZtString &other);
+    ZtString &operator=(const ZtString &other);
+
+    void put_Utf8(bool utf8) { utf8_ = utf8; }
+
+    void Set(const char *text);
+    void Append(const char *text);
+    void AppendN(const char *bytes, std::int32_t count);
+    void Append(const ZtString &other);
+    void Clear() { text_.clear(); }
+
+    const char *c_str() const { return narrow().c_str(); }
+    std::int32_t length() const { return narrow().length(); }
+    bool isEmpty() const { return text_.isEmpty(); }
+    bool complete() const { return text_.complete(); }
+    // A "%d" scan of the text: 0 when it holds no number.
+    std::int32_t intValue() const;
+
+    // The engine's operations write their texts here.
+    XString &x() { return text_; }
+    const XString &x() const { return text_; }
+
+private:
+    const StringBuffer &narrow() const { return utf8_ ? text_.getUtf8() : text_.getAnsi(); }
+
+    XString text_;
+    bool utf8_ = false;
+};
+
+} // namespace pavonix
