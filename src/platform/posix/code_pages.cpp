@@ -1,0 +1,147 @@
+// The code-page contract over iconv. The ANSI code page is Windows-1252.
+#include "platform/code_pages.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <iconv.h>
+
+namespace pavonix::platform {
+
+namespace {
+
+class Converter {
+public:
+    Converter(const char *to, const char *from) : handle_(iconv_open(to, from)) {}
+    ~Converter()
+    {
+        if (valid()) {
+            iconv_close(handle_);
+        }
+    }
+    Converter(const Converter &) = delete;
+    Converter &operator=(const Converter &) = delete;
+
+    bool valid() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+
+    // One source unit at a time, so that a bad one can be replaced. 0 or errno.
+    int Convert(const char *source, std::size_t count, char **target, std::size_t *room)
+    {
+        char *input = const_cast<char *>(source);
+        return iconv(handle_, &input, &count, target, room) == static_cast<std::size_t>(-1) ? errno : 0;
+    }
+
+private:
+    iconv_t handle_;
+};
+
+// The iconv names of Windows code pages.
+class CodePageName {
+public:
+    explicit CodePageName(std::uint32_t codePage)
+    {
+        if (codePage == kUtf8CodePage) {
+            std::snprintf(name_, sizeof name_, "UTF-8");
+        } else if (codePage == 20127) {
+            std::snprintf(name_, sizeof name_, "US-ASCII");
+        } else if (codePage > 28590 && codePage < 28606) {
+            std::snprintf(name_, sizeof name_, "ISO-8859-%u", codePage - 28590);
+        } else {
+            std::snprintf(name_, sizeof name_, "CP%u", codePage == kAnsiCodePage ? 1252u : codePage);
+        }
+    }
+    const char *c_str() const { return name_; }
+
+private:
+    char name_[24];
+};
+
+constexpr char kUtf16[] = "UTF-16LE";
+
+// Where converted bytes go: into the caller's room, or only counted.
+class Sink {
+public:
+    Sink(char *bytes, int room) : bytes_(bytes), room_(room) {}
+
+    void Put(const char *bytes, std::size_t count)
+    {
+        for (std::size_t i = 0; i < count; ++i, ++used_) {
+            if (used_ < room_) {
+                bytes_[used_] = bytes[i];
+            }
+        }
+    }
+    // 0 when something was to be stored and did not fit.
+    int Used() const { return room_ > 0 && used_ > room_ ? 0 : used_; }
+
+private:
+    char *bytes_;
+    int room_;
+    int used_ = 0;
+};
+
+bool IsHighSurrogate(WideChar unit)
+{
+    return (unit & 0xFC00) == 0xD800;
+}
+
+bool IsLowSurrogate(WideChar unit)
+{
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+} // namespace
+
+int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
+{
+    Converter converter(CodePageName(codePage).c_str(), kUtf16);
+    bool replaced = false;
+    Sink sink(bytes, room);
+    for (int i = 0; converter.valid() && i < length;) {
+        const int units = i + 1 < length && IsHighSurrogate(text[i]) && IsLowSurrogate(text[i + 1]) ? 2 : 1;
+        char encoded[16];
+        char *end = encoded;
+        std::size_t left = sizeof encoded;
+        if (converter.Convert(reinterpret_cast<const char *>(text + i), static_cast<std::size_t>(units) * 2, &end,
+                              &left) == 0) {
+            sink.Put(encoded, sizeof encoded - left);
+        } else {
+            sink.Put("?", 1);
+            replaced = true;
+        }
+        i += units;
+    }
+    if (lossy != nullptr) {
+        *lossy = replaced;
+    }
+    return sink.Used();
+}
+
+int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
+{
+    Converter converter(kUtf16, CodePageName(codePage).c_str());
+    Sink sink(reinterpret_cast<char *>(text), room * 2);
+    for (int i = 0; converter.valid() && i < length;) {
+        char encoded[16];
+        char *end = encoded;
+        std::size_t left = sizeof encoded;
+        int count = 1; // a multi-byte character is complete once iconv takes it
+        int error = EINVAL;
+        while (error == EINVAL && count <= 4 && i + count <= length) {
+            error = converter.Convert(bytes + i, static_cast<std::size_t>(count), &end, &left);
+            count += error == EINVAL ? 1 : 0;
+        }
+        if (error == 0) {
+            sink.Put(encoded, sizeof encoded - left);
+            i += count;
+        } else {
+            // what the system has for a byte that the code page leaves undefined
+            const std::uint8_t byte = static_cast<std::uint8_t>(bytes[i]);
+            const WideChar unit = codePage == kUtf8CodePage ? 0xFFFD : byte;
+            sink.Put(reinterpret_cast<const char *>(&unit), sizeof unit);
+            ++i;
+        }
+    }
+    return sink.Used() / 2;
+}
+
+} // namespace pavonix::platform
