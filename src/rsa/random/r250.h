@@ -1,0 +1,45 @@
+// The R250 shift-register generator (Kirkpatrick and Stoll): each new 32-bit word
+// is the exclusive or of the words 103 and 250 places back.
+#pragma once
+
+#include "rsa/text/data_buffer.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// Seeds itself once, at the first request. It has no lock of its own.
+class R250 {
+public:
+    constexpr R250() = default; // all zero, so that the process-wide one costs no room in the file
+
+    bool seeded() const { return seeded_; }
+    // Fills the state from the system's cryptographic provider, or from the C
+    // library's rand, seeded with the tick count, when the provider fails.
+    void Seed();
+
+    // Append exactly `count` bytes; of AppendNonZeroBytes none is 0. False when
+    // there was no memory: the output is then empty.
+    [[nodiscard]] bool AppendBytes(std::uint32_t count, DataBuffer *output);
+    [[nodiscard]] bool AppendNonZeroBytes(std::uint32_t count, DataBuffer *output);
+
+private:
+    static constexpr unsigned kWords = 250;
+    static constexpr unsigned kLag = 103;
+
+    bool FillFromProvider();
+    void FillFromRand();
+    void MakeIndependent();
+    std::uint32_t Step();
+    bool AppendWords(std::uint32_t count, bool allowZero, DataBuffer *output);
+
+    std::uint32_t words_[kWords] = {};
+    std::uint8_t j_ = 0;
+    std::uint8_t k_ = 0;
+    bool seeded_ = false;
+};
+
+// The one generator of the process, used under the component's lock.
+R250 &SharedR250();
+
+} // namespace pavonix
