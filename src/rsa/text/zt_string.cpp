@@ -1,9 +1,5 @@
 #include "rsa/text/zt_string.h"
 
-#include "rsa/text/decimal.h"
-
-#include <cstring>
-
 namespace pavonix {
 
 ZtString::ZtString(const ZtString &other) : ZtObject(), utf8_(other.utf8_)
@@ -45,15 +41,18 @@ void ZtString::AppendN(const char *bytes, std::int32_t count)
 
 void ZtString::Append(const ZtString &other)
 {
-    Append(other.c_str());
+    Append(other.narrow());
     if (!other.complete()) {
         text_.markIncomplete();
     }
 }
 
-std::int32_t ZtString::intValue() const
+void ZtString::Append(const StringBuffer &other)
 {
-    return ParseDecimal(c_str());
+    Append(other.c_str());
+    if (!other.complete()) {
+        text_.markIncomplete();
+    }
 }
 
 } // namespace pavonix

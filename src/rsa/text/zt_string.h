@@ -24,14 +24,13 @@ public:
     void Append(const char *text);
     void AppendN(const char *bytes, std::int32_t count);
     void Append(const ZtString &other);
+    void Append(const StringBuffer &other);
     void Clear() { text_.clear(); }
 
     const char *c_str() const { return narrow().c_str(); }
     std::int32_t length() const { return narrow().length(); }
     bool isEmpty() const { return text_.isEmpty(); }
     bool complete() const { return text_.complete(); }
-    // A "%d" scan of the text: 0 when it holds no number.
-    std::int32_t intValue() const;
 
     // The engine's operations write their texts here.
     XString &x() { return text_; }

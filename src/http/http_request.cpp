@@ -1,0 +1,111 @@
+// HttpConnection: the request text.
+#include "http/http_connection.h"
+#include "http/url.h"
+#include "http/url_encode.h"
+
+namespace pavonix {
+
+namespace {
+
+constexpr char kCrLf[] = "\r\n";
+constexpr char kDefaultUserAgent[] =
+    "Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
+    ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)";
+
+// "name: value", the value replaced by `fallback` when empty.
+void AppendLine(ZtString *request, const char *name, const ZtString &value, const char *fallback)
+{
+    request->Append(name);
+    request->Append(": ");
+    if (value.isEmpty()) {
+        request->Append(fallback);
+    } else {
+        request->Append(value);
+    }
+    request->Append(kCrLf);
+}
+
+ZtString Assign(ZtString *member, std::string_view text)
+{
+    member->Clear();
+    member->AppendN(text.data(), static_cast<std::int32_t>(text.size()));
+    return *member;
+}
+
+} // namespace
+
+void HttpConnection::AddHeader(const char *name, const char *value)
+{
+    if (name == nullptr || value == nullptr) {
+        return;
+    }
+    if (headers_.length() > 0) {
+        headers_.Append(kCrLf);
+    }
+    headers_.Append(name);
+    headers_.Append(": ");
+    headers_.Append(value);
+}
+
+void HttpConnection::AddFormField(const char *name, const char *value)
+{
+    if (name == nullptr || value == nullptr) {
+        return;
+    }
+    if (!formBody_.isEmpty()) {
+        formBody_.Append("&");
+    }
+    StringBuffer encoded;
+    UrlEncode(value, &encoded);
+    formBody_.Append(name);
+    formBody_.Append("=");
+    formBody_.Append(encoded);
+}
+
+ZtString HttpConnection::ExtractHost(const char *url)
+{
+    return Assign(&host_, SplitUrl(url).host);
+}
+
+ZtString HttpConnection::ExtractPath(const char *url)
+{
+    return Assign(&path_, SplitUrl(url).target);
+}
+
+ZtString HttpConnection::ComposeRequest(const char *method, const char *url, ZtString range, ZtString body)
+{
+    request_.Clear();
+    request_.Append(method);
+    request_.Append(" ");
+    request_.Append(ExtractPath(url));
+    request_.Append(" HTTP/1.1\r\n");
+    AppendLine(&request_, "Host", ExtractHost(url), "");
+    AppendLine(&request_, "Accept", accept_, "*/*");
+    AppendLine(&request_, "User-Agent", userAgent_, kDefaultUserAgent);
+    request_.Append("Connection: Keep-Alive\r\n");
+    if (!body.isEmpty() || !contentType_.isEmpty()) {
+        AppendLine(&request_, "Content-Type", contentType_, "application/x-www-form-urlencoded");
+    }
+    if (headers_.length() > 0) {
+        request_.Append(headers_);
+        request_.Append(kCrLf);
+    }
+    if (!range.isEmpty()) {
+        request_.Append("Range: bytes=");
+        request_.Append(range);
+        request_.Append(kCrLf);
+    }
+    request_.Append(kCrLf);
+    if (!body.isEmpty()) {
+        request_.Append(body);
+        request_.Append(kCrLf); // not counted in Content-Length; servers in the field expect it
+    }
+    return request_;
+}
+
+ZtString HttpConnection::BuildRequest(const char *method, const char *url, std::uint32_t)
+{
+    return ComposeRequest(method, url, range_, formBody_);
+}
+
+} // namespace pavonix

@@ -1,0 +1,49 @@
+// HttpConnection: one GET or POST from start to the reply's first bytes.
+#include "http/copy_response_prefix.h"
+#include "http/http_connection.h"
+#include "http/url.h"
+
+namespace pavonix {
+
+namespace {
+
+// Any non-zero value switches TCP keep-alive on; this one is what is sent.
+constexpr std::int32_t kKeepAliveValue = 2000000;
+
+} // namespace
+
+int HttpConnection::Get(const char *url, ZtByteData *reply, std::uint32_t port)
+{
+    return Transact("GET", url, reply, port);
+}
+
+int HttpConnection::Post(const char *url, ZtByteData *reply, std::uint32_t port)
+{
+    return Transact("POST", url, reply, port);
+}
+
+int HttpConnection::Transact(const char *method, const char *url, ZtByteData *reply, std::uint32_t port)
+{
+    if (!SplitUrl(url).valid) {
+        return 0;
+    }
+    const ZtString host = ExtractHost(url);
+    if (StartSocket() == 0 || Connect(host.c_str(), port) == 0) {
+        Close();
+        return 0;
+    }
+    BuildRequest(method, url, 0);
+    if (!request_.complete() || !headers_.complete()) {
+        return 0; // a request that lost text must not be sent, and nothing will be answered
+    }
+    const int sent = Send(request_);
+    platform::SetSocketOption(socket_, platform::kSolSocket, platform::kSoKeepAlive, &kKeepAliveValue,
+                              sizeof kKeepAliveValue);
+    ReceiveHead();
+    const std::uint32_t count =
+        contentLength_ == 0 || contentLength_ > kFirstReception ? kFirstReception : contentLength_;
+    CopyResponsePrefix(headArea_, reply, static_cast<std::int32_t>(count));
+    return sent;
+}
+
+} // namespace pavonix

@@ -1,0 +1,41 @@
+// The file that a reply body is streamed into.
+#pragma once
+
+#include "platform/files.h"
+#include "platform/wide_char.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+class HttpConnection;
+
+// An output file in append mode. After a failed open or write it is no longer
+// usable, and every further write does nothing.
+class BodyWriter {
+public:
+    BodyWriter() = default;
+    ~BodyWriter() { Close(); }
+    BodyWriter(const BodyWriter &) = delete;
+    BodyWriter &operator=(const BodyWriter &) = delete;
+
+    // Opens the file at a path of at most 260 bytes in the ANSI code page. A path
+    // that this code page cannot express is not opened: a device could not either.
+    void Open(const WideChar *path);
+    void Write(const char *bytes, std::uint32_t count);
+    void Close();
+    bool usable() const { return stream_ != nullptr && !failed_; }
+
+    // Writes the whole body: the bytes held with the reply's head, then what still
+    // comes, in pieces of at most 1024 bytes, until the announced length is
+    // written or the stream ends. Without an announced length the held bytes are
+    // all there is. A piece is written whole, so a server that sends more than it
+    // announced may add up to 1023 bytes.
+    void WriteBody(HttpConnection *connection);
+
+private:
+    platform::Stream *stream_ = nullptr;
+    bool failed_ = false;
+};
+
+} // namespace pavonix
