@@ -1,0 +1,128 @@
+#include "rsa/encoding/block_writer.h"
+#include "rsa/encoding/content_coding.h"
+#include "rsa/text/allocate.h"
+
+#include <array>
+#include <cstring>
+#include <memory>
+
+namespace pavonix {
+
+namespace {
+
+constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::uint8_t kFirstCode = '+';
+constexpr std::uint8_t kLastCode = 'z';
+constexpr std::uint8_t kForeign = 127;
+
+constexpr std::array<std::uint8_t, kLastCode - kFirstCode + 1> MakeDecodingTable()
+{
+    std::array<std::uint8_t, kLastCode - kFirstCode + 1> table{};
+    table.fill(kForeign);
+    for (std::uint8_t value = 0; value < 64; ++value) {
+        table[static_cast<std::size_t>(kAlphabet[value] - kFirstCode)] = value;
+    }
+    return table;
+}
+
+constexpr auto kDecodingTable = MakeDecodingTable();
+static_assert(kDecodingTable.size() == 80);
+
+std::int32_t EncodedLength(std::uint32_t count)
+{
+    const std::uint64_t length = (std::uint64_t{count} + 2) / 3 * 4;
+    return length > INT32_MAX ? INT32_MAX : static_cast<std::int32_t>(length);
+}
+
+// Writes the bytes of `length` characters into `bytes`, which has room for
+// length * 3 / 4 + 4 of them, and answers how many are whole. The byte at that
+// count may hold leftover bits; the one after it is 0.
+std::uint32_t Decode(const char *text, std::uint32_t length, std::uint8_t *bytes)
+{
+    std::uint32_t index = 0;
+    std::uint32_t accepted = 0;
+    for (std::uint32_t i = 0; i < length && text[i] != '=' && text[i] != 0; ++i) {
+        const std::uint8_t code = static_cast<std::uint8_t>(text[i]);
+        if (code < kFirstCode || code > kLastCode) { // blanks and line ends among them
+            continue;
+        }
+        const unsigned value = kDecodingTable[code - kFirstCode];
+        switch (accepted++ % 4) {
+        case 0:
+            bytes[index] = static_cast<std::uint8_t>(value << 2);
+            break;
+        case 1:
+            bytes[index] = static_cast<std::uint8_t>(bytes[index] | value >> 4);
+            bytes[++index] = static_cast<std::uint8_t>(value << 4);
+            break;
+        case 2:
+            bytes[index] = static_cast<std::uint8_t>(bytes[index] | value >> 2);
+            bytes[++index] = static_cast<std::uint8_t>(value << 6);
+            break;
+        default:
+            bytes[index] = static_cast<std::uint8_t>(bytes[index] | value);
+            ++index;
+        }
+    }
+    bytes[index + 1] = 0;
+    return index;
+}
+
+// Null without memory.
+std::uint8_t *AllocateDecoded(std::size_t length, std::size_t slack)
+{
+    return AllocateArray<std::uint8_t>(static_cast<std::size_t>(std::uint64_t{length} * 3 / 4 + slack));
+}
+
+} // namespace
+
+void ContentCoding::EncodeBase64(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text)
+{
+    if (bytes == nullptr || count == 0) {
+        return;
+    }
+    text->Reserve(EncodedLength(count));
+    BlockWriter<256> writer(text);
+    for (; count >= 3; bytes += 3, count -= 3) {
+        writer.Put(kAlphabet[bytes[0] >> 2]);
+        writer.Put(kAlphabet[(bytes[0] & 3) << 4 | bytes[1] >> 4]);
+        writer.Put(kAlphabet[(bytes[1] & 15) << 2 | bytes[2] >> 6]);
+        writer.Put(kAlphabet[bytes[2] & 63]);
+    }
+    if (count > 0) {
+        const std::uint8_t second = count == 2 ? bytes[1] : std::uint8_t{0};
+        writer.Put(kAlphabet[bytes[0] >> 2]);
+        writer.Put(kAlphabet[(bytes[0] & 3) << 4 | second >> 4]);
+        writer.Put(count == 2 ? kAlphabet[(second & 15) << 2] : '=');
+        writer.Put('=');
+    }
+}
+
+bool ContentCoding::DecodeBase64(const char *text, std::uint32_t length, DataBuffer *bytes)
+{
+    bytes->Clear();
+    if (text == nullptr || length == 0) {
+        return true;
+    }
+    std::uint8_t *decoded = AllocateDecoded(length, 4);
+    if (decoded == nullptr) {
+        return false;
+    }
+    bytes->TakeOver(decoded, Decode(text, length, decoded));
+    return true;
+}
+
+void ContentCoding::DecodeBase64(const char *text, StringBuffer *bytes)
+{
+    const std::size_t length = text == nullptr ? 0 : std::strlen(text);
+    if (length == 0 || length > UINT32_MAX) {
+        return;
+    }
+    const std::unique_ptr<std::uint8_t[]> decoded(AllocateDecoded(length, 8));
+    if (decoded != nullptr) {
+        const std::uint32_t count = Decode(text, static_cast<std::uint32_t>(length), decoded.get());
+        bytes->AppendN(reinterpret_cast<const char *>(decoded.get()), static_cast<std::int32_t>(count));
+    }
+}
+
+} // namespace pavonix

@@ -1,0 +1,40 @@
+// Collects characters and hands them to a text in blocks, so that a long output
+// costs few appends.
+#pragma once
+
+#include "rsa/text/string_buffer.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// What is still held goes to the text when the writer ends.
+template <std::int32_t kSize>
+class BlockWriter {
+public:
+    explicit BlockWriter(StringBuffer *text) : text_(*text) {}
+    ~BlockWriter() { Flush(); }
+    BlockWriter(const BlockWriter &) = delete;
+    BlockWriter &operator=(const BlockWriter &) = delete;
+
+    void Put(char character)
+    {
+        block_[held_++] = character;
+        if (held_ == kSize) {
+            Flush();
+        }
+    }
+
+private:
+    void Flush()
+    {
+        text_.AppendN(block_, held_);
+        held_ = 0;
+    }
+
+    StringBuffer &text_;
+    std::int32_t held_ = 0;
+    char block_[kSize];
+};
+
+} // namespace pavonix

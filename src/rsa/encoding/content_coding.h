@@ -1,0 +1,35 @@
+// The codecs between bytes and text.
+#pragma once
+
+#include "rsa/text/data_buffer.h"
+#include "rsa/text/string_buffer.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// Each encoder appends the text of `count` bytes; a missing pointer or a count of
+// 0 appends what the encoding makes of no bytes. Text that gets no memory is
+// dropped, and text->complete() is false then.
+class ContentCoding {
+public:
+    ContentCoding() = default;
+    virtual ~ContentCoding() = default;
+
+    // RFC 4648 section 4, padded, on one line whatever the length.
+    static void EncodeBase64(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text);
+    // Replaces `bytes` with what `length` characters decode to. Decoding ends at
+    // the first "=" or zero byte. Blanks, line ends and every character below "+"
+    // or above "z" are skipped; the characters between that are not base64, "-"
+    // and "_" among them, count as the value 127 and spoil the bytes around them.
+    // Bits of an incomplete byte are dropped. False only without memory.
+    [[nodiscard]] static bool DecodeBase64(const char *text, std::uint32_t length, DataBuffer *bytes);
+    // The same for a zero-terminated text; appends the bytes, or nothing without
+    // memory.
+    static void DecodeBase64(const char *text, StringBuffer *bytes);
+
+    // Two upper-case digits a byte, no separators.
+    static void EncodeHex(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text);
+};
+
+} // namespace pavonix

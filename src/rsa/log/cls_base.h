@@ -1,0 +1,33 @@
+// The base that gives a component its log and remembers how its last public
+// operation ended.
+#pragma once
+
+#include "rsa/log/logger.h"
+
+namespace pavonix {
+
+class ClsBase {
+public:
+    ClsBase() = default;
+    virtual ~ClsBase() = default;
+    ClsBase(const ClsBase &) = delete;
+    ClsBase &operator=(const ClsBase &) = delete;
+
+    LogBase &log() { return log_; }
+    bool lastMethodSuccess() const { return lastMethodSuccess_; }
+    // What the last public operation logged, as plain text; replaces `text`.
+    void getLastErrorText(StringBuffer *text) { log_.getLogText(text); }
+
+    // The first act of a public operation: the log then describes this operation
+    // alone, and a long-lived process does not grow. Answers the log.
+    LogBase &StartMethod();
+    // The last entry of a public operation, "Success." or "Failed.", inside its
+    // context. Answers `success`.
+    bool RecordResult(bool success);
+
+private:
+    Logger log_;
+    bool lastMethodSuccess_ = false;
+};
+
+} // namespace pavonix

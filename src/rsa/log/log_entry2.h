@@ -1,0 +1,55 @@
+// One node of the log's tree.
+#pragma once
+
+#include "rsa/text/string_buffer.h"
+#include "rsa/text/zentorp_object.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// What an entry is; the renderings differ by it.
+enum class LogEntryKind : char {
+    kError = 'E',
+    kInfo = 'I',
+    kRaw = 'X',
+    kData = 'T', // tag and content
+    kContext = 'C', // tag and children
+};
+
+// An entry owns its children.
+class LogEntry2 : public ZentorpObject {
+public:
+    explicit LogEntry2(LogEntryKind kind) : kind_(kind) {}
+    // Frees the whole tree below, however deep, without recursion.
+    ~LogEntry2() override;
+
+    LogEntryKind kind() const { return kind_; }
+    StringBuffer &tag() { return tag_; }
+    const StringBuffer &tag() const { return tag_; }
+    StringBuffer &content() { return content_; }
+    const StringBuffer &content() const { return content_; }
+
+    // Takes the child over when it answers true; false when there is no memory.
+    [[nodiscard]] bool AddChild(LogEntry2 *child);
+
+    // Null where there is none. nextSibling is the entry added to the parent
+    // right after this one.
+    LogEntry2 *parent() const { return parent_; }
+    const LogEntry2 *firstChild() const { return childCount_ > 0 ? children_[0] : nullptr; }
+    const LogEntry2 *nextSibling() const;
+
+private:
+    bool MakeRoomForChild();
+
+    LogEntry2 **children_ = nullptr;
+    StringBuffer tag_;
+    StringBuffer content_;
+    LogEntryKind kind_;
+    LogEntry2 *parent_ = nullptr;
+    std::uint32_t position_ = 0; // among the parent's children
+    std::uint32_t childCount_ = 0;
+    std::uint32_t childRoom_ = 0;
+};
+
+} // namespace pavonix
