@@ -1,0 +1,29 @@
+// The character set in which a component turns text into bytes.
+#pragma once
+
+#include "rsa/text/string_buffer.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+class Charset {
+public:
+    Charset() = default;
+    virtual ~Charset() = default;
+    Charset(const Charset &) = delete;
+    Charset &operator=(const Charset &) = delete;
+
+    // Takes a Windows code-page number and its name; a number without a name
+    // changes nothing.
+    void setByCodePage(std::int32_t codePage);
+
+    const char *name() const { return name_.c_str(); }
+    std::int32_t codePage() const { return codePage_; } // 0, the system's own, until it is set
+
+private:
+    StringBuffer name_;
+    std::int32_t codePage_ = 0;
+};
+
+} // namespace pavonix

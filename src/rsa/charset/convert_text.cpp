@@ -1,0 +1,68 @@
+#include "rsa/charset/convert_text.h"
+
+#include "platform/code_pages.h"
+
+namespace pavonix {
+
+namespace {
+
+constexpr std::int32_t kIso88591 = 28591;
+constexpr std::int32_t kWindows1252 = 1252;
+
+// A pair of surrogates is one character.
+std::int32_t UnitsOfCharacter(const WideChar *units, std::int32_t length)
+{
+    return length > 1 && (units[0] & 0xFC00) == 0xD800 && (units[1] & 0xFC00) == 0xDC00 ? 2 : 1;
+}
+
+// Character by character, so that the output tells how far it came.
+bool Convert(std::uint32_t codePage, const XString &text, DataBuffer *output)
+{
+    // The length comes first: once it is known, the units are there to stay.
+    const std::int32_t length = text.lengthUtf16();
+    const WideChar *units = text.getUtf16();
+    if (length == 0) {
+        return text.isEmpty() && text.complete(); // otherwise there was no memory for the units
+    }
+    if (!output->EnsureCapacity(static_cast<std::uint32_t>(length))) {
+        return false;
+    }
+    for (std::int32_t i = 0, count = 0; i < length; i += count) {
+        count = UnitsOfCharacter(units + i, length - i);
+        char bytes[8];
+        bool lossy = false;
+        const int written = platform::WideToBytes(codePage, units + i, count, bytes, sizeof bytes, &lossy);
+        if (written <= 0 || lossy || !output->Append(bytes, static_cast<std::uint32_t>(written))) {
+            return false;
+        }
+    }
+    return text.complete();
+}
+
+} // namespace
+
+bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output, bool advise, bool leaveContext,
+                 LogBase &log)
+{
+    const std::int32_t asked = charset.codePage();
+    const auto codePage = static_cast<std::uint32_t>(asked == kIso88591 ? kWindows1252 : asked);
+    output->Clear();
+    if (Convert(codePage, text, output)) {
+        return true;
+    }
+    log.logError("Character encoding conversion failed.");
+    log.logDataLong("NumCharsIn", text.lengthUtf16());
+    log.logData("Charset", charset.name());
+    log.logDataLong("ConvertedToNumBytes", static_cast<std::int32_t>(output->length()));
+    output->Clear();
+    if (advise) {
+        log.logInfo("Set the Charset property to a charset that has all characters of the text, such as utf-8.");
+    }
+    if (leaveContext) {
+        log.logError("Failed.");
+        log.leaveContext();
+    }
+    return false;
+}
+
+} // namespace pavonix
