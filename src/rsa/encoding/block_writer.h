@@ -25,6 +25,14 @@ public:
         }
     }
 
+    // Two upper-case digits.
+    void PutHex(std::uint8_t byte)
+    {
+        constexpr char kDigits[] = "0123456789ABCDEF";
+        Put(kDigits[byte >> 4]);
+        Put(kDigits[byte & 15]);
+    }
+
 private:
     void Flush()
     {

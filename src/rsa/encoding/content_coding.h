@@ -30,6 +30,22 @@ public:
 
     // Two upper-case digits a byte, no separators.
     static void EncodeHex(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text);
+    // RFC 4648 section 6, padded, on one line.
+    static void EncodeBase32(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text);
+    // RFC 2045 section 6.7, escapes in upper case. A CR LF pair is a line break of
+    // the text; any other CR or LF is escaped, as is a blank at the end of a line.
+    // Soft line breaks keep every line within the line length.
+    void EncodeQuotedPrintable(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text) const;
+    // RFC 3986 section 2.1: all but the unreserved characters escaped, in upper case.
+    static void EncodeUrl(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text);
+    // POSIX uuencode with its begin and end lines; zero bits are a grave accent.
+    static void EncodeUuencode(const std::uint8_t *bytes, std::uint32_t count, const char *mode, const char *fileName,
+                               StringBuffer *text);
+    // The bytes as they are.
+    static void EncodeAnsi(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text);
+
+private:
+    std::int32_t lineLength_ = 72; // below the 76 that RFC 2045 allows
 };
 
 } // namespace pavonix

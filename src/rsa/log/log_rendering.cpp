@@ -22,43 +22,41 @@ protected:
     StringBuffer &out_;
 };
 
-void Open(const LogEntry2 &entry, std::uint32_t depth, LogForm *form)
+// Closes `entry` and every context that ends with it; answers the entry that
+// follows, null behind `top`.
+const LogEntry2 *Close(const LogEntry2 *entry, const LogEntry2 &top, std::uint32_t *depth, LogForm *form)
 {
-    if (entry.kind() == LogEntryKind::kContext) {
-        form->OpenContext(entry, depth);
-    } else {
-        form->Leaf(entry, depth);
+    for (;;) {
+        if (entry->kind() == LogEntryKind::kContext) {
+            form->CloseContext(*entry);
+        }
+        if (entry == &top) {
+            return nullptr;
+        }
+        if (const LogEntry2 *next = entry->nextSibling()) {
+            return next;
+        }
+        entry = entry->parent();
+        --*depth;
     }
 }
 
-// Depth first without recursion: up again through the parents.
+// Depth first without recursion: the way up leads through the parents.
 void Walk(const LogEntry2 &top, LogForm *form)
 {
-    const LogEntry2 *entry = &top;
     std::uint32_t depth = 0;
-    Open(*entry, depth, form);
-    for (;;) {
-        const LogEntry2 *next = entry->firstChild();
-        if (next != nullptr) {
+    for (const LogEntry2 *entry = &top; entry != nullptr;) {
+        if (entry->kind() == LogEntryKind::kContext) {
+            form->OpenContext(*entry, depth);
+        } else {
+            form->Leaf(*entry, depth);
+        }
+        if (entry->firstChild() != nullptr) {
+            entry = entry->firstChild();
             ++depth;
         } else {
-            for (;;) {
-                if (entry->kind() == LogEntryKind::kContext) {
-                    form->CloseContext(*entry);
-                }
-                if (entry == &top) {
-                    return;
-                }
-                next = entry->nextSibling();
-                if (next != nullptr) {
-                    break;
-                }
-                entry = entry->parent();
-                --depth;
-            }
+            entry = Close(entry, top, &depth, form);
         }
-        entry = next;
-        Open(*entry, depth, form);
     }
 }
 

@@ -95,12 +95,20 @@ void XString::setFromUtf16(const WideChar *text)
 
 void XString::appendUtf8(const char *text)
 {
-    if (text == nullptr || text[0] == 0) {
+    if (text != nullptr) {
+        appendUtf8N(text, static_cast<std::int32_t>(std::strlen(text)));
+    }
+}
+
+void XString::appendUtf8N(const char *bytes, std::int32_t count)
+{
+    if (bytes == nullptr || count <= 0) {
         return;
     }
     getUtf8();
+    lost_ |= utf8Valid_ ? 0 : 1; // what stood here could not be converted
     KeepOnly(&utf8Valid_);
-    AppendTo(&utf8_, text, static_cast<std::int32_t>(std::strlen(text)));
+    AppendTo(&utf8_, bytes, count);
 }
 
 void XString::appendAnsi(const char *text)
@@ -116,6 +124,7 @@ void XString::appendAnsiN(const char *bytes, std::int32_t count)
         return;
     }
     getAnsi();
+    lost_ |= ansiValid_ ? 0 : 1;
     KeepOnly(&ansiValid_);
     AppendTo(&ansi_, bytes, count);
 }

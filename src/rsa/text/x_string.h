@@ -24,6 +24,7 @@ public:
     void setFromUtf8(const char *text);
     void setFromUtf16(const WideChar *text);
     void appendUtf8(const char *text);
+    void appendUtf8N(const char *bytes, std::int32_t count);
     void appendAnsi(const char *text);
     void appendAnsiN(const char *bytes, std::int32_t count);
     void clear();
