@@ -1,0 +1,36 @@
+#!/bin/sh
+# Builds assembler, linker and friends for Windows CE on ARM (arm-mingw32ce)
+# from Debian's binutils-source package, which still knows that target.
+#
+#   build_toolchain.sh DIRECTORY
+#
+# DIRECTORY/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...} stand when
+# it succeeds. A finished tool chain of the same version is kept as it is.
+# Needs: binutils-source gcc make flex bison m4 xz-utils.
+set -eu
+
+directory=$(mkdir -p "$1" && cd "$1" && pwd)
+tarball=$(ls /usr/src/binutils/binutils-*.tar.xz)
+version=$(basename "$tarball" .tar.xz)
+stamp=$directory/$version.stamp
+
+if [ -e "$stamp" ]; then
+    exit 0
+fi
+work=$directory/work
+rm -rf "$work"
+mkdir -p "$work/build"
+echo "building $version for arm-mingw32ce, about two minutes; log: $work/log"
+{
+    tar -xf "$tarball" -C "$work"
+    cd "$work/build"
+    "../$version/configure" --target=arm-mingw32ce --prefix="$directory" --disable-nls --disable-werror \
+        --disable-gdb --disable-gprofng --disable-gprof --disable-shared --disable-plugins \
+        --enable-deterministic-archives
+    make -j2 MAKEINFO=true
+    make MAKEINFO=true install-strip-binutils install-strip-gas install-strip-ld
+} >"$work/log" 2>&1 || { tail -n 20 "$work/log"; exit 1; }
+cd "$directory"
+cp "$work/log" log
+rm -rf "$work" share
+touch "$stamp"

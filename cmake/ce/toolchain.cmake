@@ -1,0 +1,20 @@
+# Windows CE 6.0 on ARM. The compiler is Debian's bare-metal ARM gcc behind a
+# driver that makes COFF of its output; the rest is built by build_toolchain.sh.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR armv4t)
+set(PAVONIX_CE ON)
+
+set(tools ${CMAKE_CURRENT_LIST_DIR}/../../build/toolchain-ce/bin)
+cmake_path(NORMAL_PATH tools)
+set(CMAKE_C_COMPILER ${CMAKE_CURRENT_LIST_DIR}/arm-mingw32ce-gcc --ce-tools=${tools})
+set(CMAKE_CXX_COMPILER ${CMAKE_C_COMPILER})
+set(CMAKE_AR ${tools}/arm-mingw32ce-ar)
+set(CMAKE_RANLIB ${tools}/arm-mingw32ce-ranlib)
+set(CMAKE_DLLTOOL ${tools}/arm-mingw32ce-dlltool)
+set(CMAKE_RC_COMPILER ${tools}/arm-mingw32ce-windres)
+set(CMAKE_OBJDUMP ${tools}/arm-mingw32ce-objdump)
+
+# There is no start-up code to link a program with.
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+set(CMAKE_C_STANDARD_LIBRARIES "" CACHE STRING "")
+set(CMAKE_CXX_STANDARD_LIBRARIES "" CACHE STRING "")

@@ -1,0 +1,43 @@
+#!/bin/sh
+# Fetches LibTomMath 1.2.0 as Debian's source package, for the builds that Debian
+# has no library for.
+#
+#   fetch_libtommath.sh DIRECTORY
+#
+# DIRECTORY/libtommath-1.2.0 stands when it succeeds. The package comes from the
+# machine's own package sources, read as source entries from a list of the
+# build's own; the machine's configuration stays as it is. A finished fetch is kept.
+# Needs: apt dpkg-dev.
+set -eu
+
+directory=$(mkdir -p "$1" && cd "$1" && pwd)
+if [ -e "$directory/stamp" ]; then
+    exit 0
+fi
+rm -rf "$directory"/apt "$directory"/libtommath*
+mkdir -p "$directory/apt/sources" "$directory/apt/lists/partial" "$directory/apt/cache/archives/partial"
+
+for list in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+    if [ -e "$list" ]; then
+        sed -n 's/^deb /deb-src /p' "$list" >>"$directory/apt/sources/lines.list"
+    fi
+done
+for list in /etc/apt/sources.list.d/*.sources; do
+    if [ -e "$list" ]; then
+        sed 's/^Types:.*/Types: deb-src/' "$list" >"$directory/apt/sources/$(basename "$list")"
+    fi
+done
+
+fetch() {
+    apt-get -q -o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$directory/apt/sources" \
+        -o Dir::State::lists="$directory/apt/lists" -o Dir::Cache="$directory/apt/cache" "$@"
+}
+cd "$directory"
+{
+    # a source without source packages may fail here; the next line tells
+    fetch update || true
+    fetch source libtommath
+} >log 2>&1 || { tail -n 20 log; exit 1; }
+rm -rf apt
+test -d libtommath-1.2.0
+touch stamp

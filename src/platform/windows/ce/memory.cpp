@@ -1,0 +1,47 @@
+// operator new and delete over the system's heap. Only the forms that answer
+// null exist: a plain `new` in the library would not link, and is not wanted,
+// because nothing there could absorb its failure.
+#include <cstdlib>
+#include <new>
+
+const std::nothrow_t std::nothrow{};
+
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    return std::malloc(size != 0 ? size : 1);
+}
+
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept
+{
+    return std::malloc(size != 0 ? size : 1);
+}
+
+void operator delete(void *block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void *block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void *block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, const std::nothrow_t &) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void *block, const std::nothrow_t &) noexcept
+{
+    std::free(block);
+}
