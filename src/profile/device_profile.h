@@ -1,0 +1,42 @@
+// The device profile: the identity under which the device talks to the shop.
+#pragma once
+
+#include "platform/wide_char.h"
+#include "rsa/text/zt_string.h"
+
+#include <cstdint>
+
+namespace pavonix {
+
+// Read from a text file of lines "key: value", each at most 1023 characters and
+// ended by a line feed. A key is found anywhere in its line; of several keys in
+// one line the first of this order counts: User-Agent, Public-Key, Private-Key,
+// User-Serial, User-Id, User-No. Reading ends at a line that is too long.
+class DeviceProfile {
+public:
+    // Resets all values but the user number, then reads. A file that cannot be
+    // opened leaves the reset values.
+    void Read(const WideChar *path);
+    // Empties the texts; the numbers keep their values.
+    void Clear();
+    void SetKeys(const ZtString &publicKeyXml, const ZtString &privateKeyXml);
+
+    ZtString userAgent() const { return userAgent_; }
+    ZtString publicKeyXml() const { return publicKeyXml_; }
+    ZtString privateKeyXml() const { return privateKeyXml_; }
+    ZtString userSerial() const { return userSerial_; }
+    std::int32_t userId() const { return userId_; }
+    std::int32_t userNumber() const { return userNumber_; }
+
+private:
+    void TakeLine(const char *line);
+
+    ZtString userAgent_;
+    ZtString publicKeyXml_;
+    ZtString privateKeyXml_;
+    ZtString userSerial_;
+    std::int32_t userId_ = 0;
+    std::int32_t userNumber_ = 0; // sent by no request
+};
+
+} // namespace pavonix

@@ -1,0 +1,16 @@
+#include "profile/process_state.h"
+
+namespace pavonix {
+
+namespace {
+
+DeviceProfile profile;
+
+} // namespace
+
+DeviceProfile &Profile()
+{
+    return profile;
+}
+
+} // namespace pavonix

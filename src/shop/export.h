@@ -1,0 +1,8 @@
+// How a function is made visible to programs that load the library.
+#pragma once
+
+#if defined(_WIN32)
+#define PAVONIX_EXPORT extern "C" // by the module definition file, undecorated
+#else
+#define PAVONIX_EXPORT extern "C" __attribute__((visibility("default")))
+#endif

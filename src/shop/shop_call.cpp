@@ -1,0 +1,62 @@
+#include "shop/shop_call.h"
+
+#include "http/find_text.h"
+#include "platform/code_pages.h"
+#include "profile/credentials.h"
+#include "profile/process_state.h"
+
+namespace pavonix {
+
+bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url)
+{
+    if (baseUrl == nullptr) {
+        return false;
+    }
+    int units = 0;
+    while (baseUrl[units] != 0) {
+        ++units;
+    }
+    char bytes[256];
+    const int length = platform::WideToBytes(platform::kAnsiCodePage, baseUrl, units, bytes, sizeof bytes, nullptr);
+    if (length <= 0) {
+        return false;
+    }
+    url->AppendN(bytes, static_cast<std::size_t>(length));
+    return url->fits();
+}
+
+CallIdentity::CallIdentity(const WideChar *profilePath)
+{
+    Profile().Read(profilePath);
+    SetUpRsa(Profile().publicKeyXml(), Profile().privateKeyXml());
+}
+
+CallIdentity::~CallIdentity()
+{
+    Profile().Clear();
+}
+
+void CallIdentity::AddTo(HttpConnection *connection) const
+{
+    FixedText<16> userId;
+    userId.AppendDecimal(Profile().userId());
+    connection->SetUserAgent(Profile().userAgent());
+    connection->AddHeader("User-Serial", Profile().userSerial().c_str());
+    connection->AddHeader("User-ID", userId.c_str());
+}
+
+std::int32_t ReplyStatus(const HttpConnection &connection)
+{
+    FixedText<kFirstReception + 1> statusLine;
+    const ZtString head = connection.GetHead();
+    statusLine.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));
+    const std::int32_t blank = FindText(statusLine.c_str(), " ", 0);
+    if (blank < 0) {
+        return 0;
+    }
+    FixedText<4> status;
+    status.Append(statusLine.c_str() + blank + 1); // cut to three characters
+    return ParseDecimal(status.c_str());
+}
+
+} // namespace pavonix

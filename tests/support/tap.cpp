@@ -1,0 +1,130 @@
+#include "support/tap_state.h"
+
+#include <algorithm>
+#include <set>
+
+namespace pavonix::tap {
+
+namespace {
+
+struct Faults {
+    int nth = 0;
+    bool everAfter = false;
+    bool happened = false;
+    int seen = 0;
+    std::set<std::string> always;
+};
+
+Faults faults;
+std::vector<std::string> calls;
+
+bool CountAndDecide()
+{
+    ++faults.seen;
+    const bool fails = faults.nth > 0 && (faults.seen == faults.nth || (faults.everAfter && faults.seen > faults.nth));
+    faults.happened = faults.happened || fails;
+    return fails;
+}
+
+} // namespace
+
+State &TheState()
+{
+    static State state;
+    return state;
+}
+
+bool Enter(const char *name, const std::string &detail)
+{
+    calls.push_back(detail.empty() ? name : name + ("(" + detail + ")"));
+    return CountAndDecide() || faults.always.count(name) > 0;
+}
+
+bool EnterAllocation()
+{
+    return CountAndDecide();
+}
+
+const std::vector<std::string> &Calls()
+{
+    return calls;
+}
+
+int CountOf(const std::string &name)
+{
+    return static_cast<int>(std::count_if(calls.begin(), calls.end(), [&](const std::string &call) {
+        return call.substr(0, call.find('(')) == name;
+    }));
+}
+
+void FailNth(int nth, bool everAfter)
+{
+    faults.nth = nth;
+    faults.everAfter = everAfter;
+    faults.happened = false;
+    faults.seen = 0;
+}
+
+void FailAlways(const std::string &name)
+{
+    faults.always.insert(name);
+}
+
+void FailNone()
+{
+    faults = {};
+}
+
+int FallibleCalls()
+{
+    return faults.seen;
+}
+
+bool FaultHappened()
+{
+    return faults.happened;
+}
+
+Holdings Held()
+{
+    return TheState().held;
+}
+
+std::int64_t PeakBytes()
+{
+    return TheState().peakBytes;
+}
+
+void UsePeer(ScriptedPeer *peer)
+{
+    TheState().peer = peer;
+}
+
+void UseClock(const std::optional<Clock> &clock)
+{
+    TheState().clock = clock;
+}
+
+void UseRandom(const std::string &bytes)
+{
+    TheState().random = bytes;
+}
+
+void GrantWinsockVersion(std::uint16_t version)
+{
+    TheState().winsockVersion = version;
+}
+
+void Reset()
+{
+    FailNone();
+    calls.clear();
+    State &state = TheState();
+    state.peakBytes = state.bytes;
+    state.peer = nullptr;
+    state.clock.reset();
+    state.random.clear();
+    state.winsockVersion = 0;
+}
+
+} // namespace pavonix::tap

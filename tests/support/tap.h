@@ -1,0 +1,64 @@
+// A tap on the platform: every contract call and every allocation of the library
+// passes through here in the test programs (the linker's --wrap puts us in
+// front), to be recorded, failed on demand, or answered from a script.
+#pragma once
+
+#include "platform/clock.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pavonix::tap {
+
+// --- Recording: the contract calls since Reset, as "Name" or "Name(detail)".
+const std::vector<std::string> &Calls();
+int CountOf(const std::string &name);
+
+// --- Faults. A fallible call is an allocation or a contract call that can fail.
+// Makes the nth one (from 1) since now fail; with `everAfter` all later ones too.
+void FailNth(int nth, bool everAfter);
+// Makes every call of one contract function fail.
+void FailAlways(const std::string &name);
+void FailNone();
+int FallibleCalls(); // seen since FailNth
+bool FaultHappened();
+
+// --- What the library holds, to be compared before and after.
+struct Holdings {
+    int blocks = 0;   // allocations
+    int sockets = 0;
+    int streams = 0;
+    int searches = 0;
+    int sections = 0; // critical sections
+    int providers = 0;
+    bool operator==(const Holdings &) const = default;
+};
+Holdings Held();
+std::int64_t PeakBytes(); // largest sum of the library's allocations since Reset
+
+// --- A scripted peer in place of the network.
+struct ScriptedPeer {
+    std::vector<std::string> replies;  // one for each receive; after them the peer has closed
+    std::string received;              // what the library sent
+    std::size_t next = 0;
+};
+// Sockets answer from the script while `peer` is not null.
+void UsePeer(ScriptedPeer *peer);
+
+// --- A scripted clock and scripted random bytes.
+struct Clock {
+    platform::LocalTime time;
+    std::uint32_t ticks;
+};
+void UseClock(const std::optional<Clock> &clock);
+void UseRandom(const std::string &bytes); // what GenerateRandom gives; empty for the real source
+
+// --- Values that a call reports.
+void GrantWinsockVersion(std::uint16_t version); // 0 for the real one
+
+// Forgets records, faults and scripts.
+void Reset();
+
+} // namespace pavonix::tap

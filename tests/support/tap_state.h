@@ -1,0 +1,24 @@
+// What the parts of the tap share.
+#pragma once
+
+#include "support/tap.h"
+
+namespace pavonix::tap {
+
+// Notes a contract call, and answers whether it must fail.
+bool Enter(const char *name, const std::string &detail = {});
+// Notes an allocation of the library, and answers whether it must fail.
+bool EnterAllocation();
+
+struct State {
+    Holdings held;
+    std::int64_t bytes = 0;
+    std::int64_t peakBytes = 0;
+    ScriptedPeer *peer = nullptr;
+    std::optional<Clock> clock;
+    std::string random;
+    std::uint16_t winsockVersion = 0;
+};
+State &TheState();
+
+} // namespace pavonix::tap

@@ -1,0 +1,116 @@
+// The library allocates with new (std::nothrow), LibTomMath with malloc and its
+// kin (renamed in the copy that the tests link): both are counted and can fail
+// here. The throwing new of the tests themselves passes through uncounted.
+#include "support/tap_state.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <unordered_map>
+
+using pavonix::tap::EnterAllocation;
+using pavonix::tap::TheState;
+
+namespace {
+
+using Blocks = std::unordered_map<void *, std::size_t>;
+
+Blocks &LibraryBlocks()
+{
+    static Blocks *blocks = new Blocks; // never destroyed: the library frees at exit
+    return *blocks;
+}
+
+void *Allocate(std::size_t size)
+{
+    void *block = EnterAllocation() ? nullptr : std::malloc(size);
+    if (block != nullptr) {
+        auto &state = TheState();
+        LibraryBlocks().emplace(block, size);
+        ++state.held.blocks;
+        state.bytes += static_cast<std::int64_t>(size);
+        state.peakBytes = state.bytes > state.peakBytes ? state.bytes : state.peakBytes;
+    }
+    return block;
+}
+
+void Free(void *block)
+{
+    const auto found = LibraryBlocks().find(block);
+    if (found != LibraryBlocks().end()) {
+        --TheState().held.blocks;
+        TheState().bytes -= static_cast<std::int64_t>(found->second);
+        LibraryBlocks().erase(found);
+    }
+    std::free(block);
+}
+
+// The bookkeeping allocates while it frees and the other way round.
+bool inside = false;
+
+void FreeOnce(void *block)
+{
+    if (inside) {
+        std::free(block);
+        return;
+    }
+    inside = true;
+    Free(block);
+    inside = false;
+}
+
+void *AllocateOnce(std::size_t size)
+{
+    inside = true;
+    void *block = Allocate(size);
+    inside = false;
+    return block;
+}
+
+void *AllocateOrThrow(std::size_t size)
+{
+    void *block = std::malloc(size > 0 ? size : 1);
+    return block != nullptr ? block : throw std::bad_alloc();
+}
+
+} // namespace
+
+void *operator new(std::size_t size) { return AllocateOrThrow(size); }
+void *operator new[](std::size_t size) { return AllocateOrThrow(size); }
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept { return AllocateOnce(size); }
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept { return AllocateOnce(size); }
+void operator delete(void *block) noexcept { FreeOnce(block); }
+void operator delete[](void *block) noexcept { FreeOnce(block); }
+void operator delete(void *block, std::size_t) noexcept { FreeOnce(block); }
+void operator delete[](void *block, std::size_t) noexcept { FreeOnce(block); }
+
+extern "C" {
+
+void *TapMalloc(std::size_t size)
+{
+    return AllocateOnce(size);
+}
+
+void *TapCalloc(std::size_t count, std::size_t size)
+{
+    void *block = AllocateOnce(count * size);
+    return block == nullptr ? nullptr : std::memset(block, 0, count * size);
+}
+
+void *TapRealloc(void *block, std::size_t size)
+{
+    const auto old = LibraryBlocks().find(block);
+    void *grown = AllocateOnce(size);
+    if (grown != nullptr && old != LibraryBlocks().end()) {
+        std::memcpy(grown, block, old->second < size ? old->second : size);
+        FreeOnce(block);
+    }
+    return grown;
+}
+
+void TapFree(void *block)
+{
+    FreeOnce(block);
+}
+
+} // extern "C"

@@ -1,0 +1,98 @@
+// The tap on the rest of the contract: text, time, locks, random bytes.
+#include "platform/clock.h"
+#include "platform/code_pages.h"
+#include "platform/critical_section.h"
+#include "platform/random.h"
+#include "support/tap_state.h"
+
+#include <algorithm>
+#include <cstdio>
+
+using namespace pavonix;
+using pavonix::tap::Enter;
+using pavonix::tap::TheState;
+
+extern "C" {
+
+int __real_WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy);
+int __real_BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room);
+void __real_ReadLocalTime(platform::LocalTime *time);
+std::uint32_t __real_ReadTickCount();
+void __real_InitCriticalSection(platform::CriticalSection *section);
+void __real_FreeCriticalSection(platform::CriticalSection *section);
+bool __real_AcquireProvider(platform::Provider *provider, const WideChar *name, std::uint32_t type,
+                            std::uint32_t flags);
+bool __real_GenerateRandom(platform::Provider provider, std::uint8_t *bytes, std::uint32_t length);
+void __real_ReleaseProvider(platform::Provider provider);
+
+int __wrap_WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
+{
+    return Enter("WideToBytes", std::to_string(codePage))
+               ? 0
+               : __real_WideToBytes(codePage, text, length, bytes, room, lossy);
+}
+
+int __wrap_BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
+{
+    return Enter("BytesToWide", std::to_string(codePage)) ? 0
+                                                          : __real_BytesToWide(codePage, bytes, length, text, room);
+}
+
+void __wrap_ReadLocalTime(platform::LocalTime *time)
+{
+    if (TheState().clock) {
+        *time = TheState().clock->time;
+    } else {
+        __real_ReadLocalTime(time);
+    }
+}
+
+std::uint32_t __wrap_ReadTickCount()
+{
+    return TheState().clock ? TheState().clock->ticks : __real_ReadTickCount();
+}
+
+void __wrap_InitCriticalSection(platform::CriticalSection *section)
+{
+    ++TheState().held.sections;
+    __real_InitCriticalSection(section);
+}
+
+void __wrap_FreeCriticalSection(platform::CriticalSection *section)
+{
+    --TheState().held.sections;
+    __real_FreeCriticalSection(section);
+}
+
+bool __wrap_AcquireProvider(platform::Provider *provider, const WideChar *name, std::uint32_t type,
+                            std::uint32_t flags)
+{
+    char detail[32];
+    std::snprintf(detail, sizeof detail, "%u,%08x", type, flags);
+    const bool acquired = !Enter("AcquireProvider", detail) && __real_AcquireProvider(provider, name, type, flags);
+    TheState().held.providers += acquired ? 1 : 0;
+    return acquired;
+}
+
+bool __wrap_GenerateRandom(platform::Provider provider, std::uint8_t *bytes, std::uint32_t length)
+{
+    if (Enter("GenerateRandom", std::to_string(length))) {
+        return false;
+    }
+    const std::string &script = TheState().random;
+    if (script.empty()) {
+        return __real_GenerateRandom(provider, bytes, length);
+    }
+    for (std::uint32_t i = 0; i < length; ++i) {
+        bytes[i] = static_cast<std::uint8_t>(script[i % script.size()]);
+    }
+    return true;
+}
+
+void __wrap_ReleaseProvider(platform::Provider provider)
+{
+    --TheState().held.providers;
+    __real_ReleaseProvider(provider);
+}
+
+} // extern "C"
