@@ -61,10 +61,8 @@ int HttpConnection::Connect(const char *host, std::uint32_t port)
         return 0;
     }
     const std::uint8_t *b = hostEntry_->firstAddress;
-    const platform::SocketAddress address = {kAfInet,
-                                             {static_cast<std::uint8_t>(port >> 8), static_cast<std::uint8_t>(port)},
-                                             {b[0], b[1], b[2], b[3]},
-                                             {}};
+    const platform::SocketAddress address = {
+        kAfInet, {static_cast<std::uint8_t>(port >> 8), static_cast<std::uint8_t>(port)}, {b[0], b[1], b[2], b[3]}, {}};
     FixedText<sizeof peerAddress_> dotted;
     dotted.AppendDecimal(b[0]).Append(".").AppendDecimal(b[1]).Append(".");
     dotted.AppendDecimal(b[2]).Append(".").AppendDecimal(b[3]);

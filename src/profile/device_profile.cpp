@@ -22,8 +22,7 @@ void DeviceProfile::Read(const WideChar *path)
 {
     Clear();
     userId_ = 0;
-    platform::Stream *stream =
-        path == nullptr ? nullptr : platform::OpenStream(path, platform::StreamMode::kRead);
+    platform::Stream *stream = path == nullptr ? nullptr : platform::OpenStream(path, platform::StreamMode::kRead);
     if (stream == nullptr) {
         return;
     }
@@ -43,9 +42,12 @@ void DeviceProfile::TakeLine(const char *line)
         std::int32_t *number;
     };
     const Key keys[] = {
-        {"User-Agent", &userAgent_, nullptr},   {"Public-Key", &publicKeyXml_, nullptr},
-        {"Private-Key", &privateKeyXml_, nullptr}, {"User-Serial", &userSerial_, nullptr},
-        {"User-Id", nullptr, &userId_},         {"User-No", nullptr, &userNumber_},
+        {"User-Agent", &userAgent_, nullptr},
+        {"Public-Key", &publicKeyXml_, nullptr},
+        {"Private-Key", &privateKeyXml_, nullptr},
+        {"User-Serial", &userSerial_, nullptr},
+        {"User-Id", nullptr, &userId_},
+        {"User-No", nullptr, &userNumber_},
     };
     for (const Key &key : keys) {
         const std::int32_t position = FindText(line, key.name, 0);

@@ -26,9 +26,7 @@ bool GenerateRandom(Provider, std::uint8_t *bytes, std::uint32_t length)
     return true;
 }
 
-void ReleaseProvider(Provider)
-{
-}
+void ReleaseProvider(Provider) {}
 
 void SeedRand(std::uint32_t seed)
 {

@@ -40,7 +40,7 @@ public:
     bool ContainsChar(char character) const;
     void RemoveChar(char character);
     void ReplaceChar(char from, char to);
-    void Trim(); // spaces, tabs, line feeds and carriage returns at both ends
+    void Trim();    // spaces, tabs, line feeds and carriage returns at both ends
     void ToLower(); // ASCII letters
 
 private:
