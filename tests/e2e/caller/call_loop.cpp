@@ -96,7 +96,7 @@ std::string CallBuy(const ShopExports &shop, std::istream &words)
            Hex(reinterpret_cast<const unsigned char *>(record.get()), sizeof *record);
 }
 
-std::string Answer(const ShopExports &shop, const std::string &command, std::istream &words)
+std::string Answer(LibraryLoader &loader, const ShopExports &shop, const std::string &command, std::istream &words)
 {
     if (command == "list") {
         return CallList(shop, words);
@@ -107,7 +107,8 @@ std::string Answer(const ShopExports &shop, const std::string &command, std::ist
     if (command == "buy") {
         return CallBuy(shop, words);
     }
-    return "error unknown command " + command;
+    const std::string answer = loader.AnswerOther(command, words);
+    return answer.empty() ? "error unknown command " + command : answer;
 }
 
 } // namespace
@@ -127,7 +128,7 @@ int RunCallLoop(LibraryLoader &loader)
             break;
         }
         if (command != "reload") {
-            std::cout << Answer(shop, command, words) << std::endl;
+            std::cout << Answer(loader, shop, command, words) << std::endl;
             continue;
         }
         loader.Unload();

@@ -17,6 +17,9 @@
 
 #include <pavonix/pavonix.h>
 
+#include <istream>
+#include <string>
+
 namespace pavonix::e2e {
 
 struct ShopExports {
@@ -34,6 +37,8 @@ public:
     virtual bool Load(ShopExports *exports) = 0;
     // Runs the library's clean-up; the exports of the last Load are gone.
     virtual void Unload() = 0;
+    // The answer to a command that only this flavour knows, "" for an unknown one.
+    virtual std::string AnswerOther(const std::string &, std::istream &) { return ""; }
 };
 
 // Loads the library, prints `ready` and serves commands until `quit` or the end

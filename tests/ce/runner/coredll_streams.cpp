@@ -1,0 +1,69 @@
+// coredll.dll: byte streams on wide paths.
+#include "coredll.h"
+#include "holdings.h"
+#include "platform/posix/utf8_path.h"
+
+#include <cstdio>
+#include <string>
+
+namespace pavonix::ce {
+
+namespace {
+
+FILE *CheckedStream(FILE *stream)
+{
+    if (!holdings.files.Has(stream)) {
+        Misuse("a stream that is not open");
+    }
+    return stream;
+}
+
+FILE *Wfopen(const WideChar *path, const WideChar *mode)
+{
+    const platform::Utf8Path name(path);
+    std::string narrowMode(mode, mode + std::char_traits<WideChar>::length(mode)); // letters only
+    FILE *stream = name.valid() ? std::fopen(name.c_str(), narrowMode.c_str()) : nullptr;
+    if (stream == nullptr) {
+        return FailWith(kErrorFileNotFound, stream);
+    }
+    holdings.files.Add(stream);
+    return stream;
+}
+
+std::uint32_t Fread(void *bytes, std::uint32_t size, std::uint32_t count, FILE *stream)
+{
+    return std::fread(bytes, size, count, CheckedStream(stream));
+}
+
+std::uint32_t Fwrite(const void *bytes, std::uint32_t size, std::uint32_t count, FILE *stream)
+{
+    return std::fwrite(bytes, size, count, CheckedStream(stream));
+}
+
+int Fflush(FILE *stream) { return std::fflush(CheckedStream(stream)); }
+
+int Fclose(FILE *stream)
+{
+    holdings.files.Remove(CheckedStream(stream));
+    return std::fclose(stream);
+}
+
+// A failing fclose loses what was buffered, but the stream is gone all the same.
+int FcloseFailing(FILE *stream)
+{
+    Fclose(stream);
+    return EOF;
+}
+
+} // namespace
+
+void AddStreamImports(std::vector<Import> &table)
+{
+    table.push_back(Failing<&Wfopen, 0>(kCoreDll, "_wfopen"));
+    table.push_back(Failing<&Fread, 0>(kCoreDll, "fread"));
+    table.push_back(Failing<&Fwrite, 0>(kCoreDll, "fwrite"));
+    table.push_back(Failing<&Fflush, EOF>(kCoreDll, "fflush"));
+    table.push_back(Failing<&Fclose, &FcloseFailing>(kCoreDll, "fclose"));
+}
+
+} // namespace pavonix::ce

@@ -1,0 +1,98 @@
+// runner [--search=rejects-trailing|accepts-trailing] PAVONIX.dll: makes calls
+// into the device's DLL on command. It runs on ARM, or under an emulator of it.
+//
+// When the DLL is unloaded and something is still held, says what and ends with
+// exit code 3.
+#include "call_loop.h"
+#include "device_commands.h"
+#include "device_options.h"
+#include "holdings.h"
+#include "import_table.h"
+#include "pe_image.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+namespace {
+
+using namespace pavonix::ce;
+using pavonix::e2e::ShopExports;
+
+constexpr int kUsageExit = 2;
+constexpr int kLeakExit = 3;
+
+class ImageLoader : public pavonix::e2e::LibraryLoader {
+public:
+    explicit ImageLoader(std::string path) : path_(std::move(path)) {}
+
+    bool Load(ShopExports *exports) override
+    try {
+        image_ = std::make_unique<PeImage>(path_, ResolveImport);
+        Find("GetGoodListXml", &exports->getGoodListXml);
+        Find("GetOneGoodXml", &exports->getOneGoodXml);
+        Find("GetBuyGood", &exports->getBuyGood);
+        return true;
+    } catch (const ImageError &error) {
+        std::cerr << path_ << ": " << error.what() << std::endl;
+        return false;
+    }
+
+    void Unload() override
+    {
+        image_.reset();
+        if (!holdings.Empty()) {
+            std::cerr << "left behind: " << holdings.Text() << std::endl;
+            leaked_ = true;
+        }
+    }
+
+    std::string AnswerOther(const std::string &command, std::istream &words) override
+    {
+        return AnswerDeviceCommand(command, words);
+    }
+
+    bool Leaked() const { return leaked_; }
+
+private:
+    template <typename Function> void Find(const char *name, Function *function)
+    {
+        std::uint32_t address = image_->Export(name);
+        if (address == 0) {
+            throw ImageError(std::string("does not export ") + name);
+        }
+        *function = reinterpret_cast<Function>(static_cast<std::uintptr_t>(address));
+    }
+
+    std::string path_;
+    std::unique_ptr<PeImage> image_;
+    bool leaked_ = false;
+};
+
+// The DLL's path, or null when the arguments are not understood.
+const char *ReadArguments(int count, char **arguments)
+{
+    for (int i = 1; i < count; ++i) {
+        const std::string argument = arguments[i];
+        if (argument == "--search=rejects-trailing" || argument == "--search=accepts-trailing") {
+            deviceOptions.searchRejectsTrailing = argument == "--search=rejects-trailing";
+        } else {
+            return i + 1 == count && argument[0] != '-' ? arguments[i] : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+int main(int count, char **arguments)
+{
+    const char *path = ReadArguments(count, arguments);
+    if (path == nullptr) {
+        std::cerr << "usage: runner [--search=rejects-trailing|accepts-trailing] DLL" << std::endl;
+        return kUsageExit;
+    }
+    ImageLoader loader(path);
+    int result = pavonix::e2e::RunCallLoop(loader);
+    return result == 0 && loader.Leaked() ? kLeakExit : result;
+}
