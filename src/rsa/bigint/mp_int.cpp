@@ -1,0 +1,121 @@
+#include "rsa/bigint/mp_int.h"
+
+#include "rsa/encoding/content_coding.h"
+
+#include <cstring>
+
+namespace pavonix {
+
+mp_int::mp_int()
+{
+    if (mp_init(&value_) != MP_OKAY) {
+        value_ = {};
+    }
+}
+
+mp_int::~mp_int()
+{
+    mp_clear(&value_);
+}
+
+bool mp_int::ReadUnsignedBytes(const std::uint8_t *bytes, std::uint32_t length)
+{
+    if (!usable() && mp_init(&value_) != MP_OKAY) {
+        value_ = {};
+        return false;
+    }
+    if (mp_from_ubin(&value_, bytes, length) != MP_OKAY) {
+        mp_clear(&value_); // a half-read value must not be calculated with
+        value_ = {};
+        return false;
+    }
+    return true;
+}
+
+bool mp_int::ReadBase64(const char *text)
+{
+    if (text == nullptr || text[0] == 0) {
+        return false;
+    }
+    DataBuffer bytes;
+    const auto length = static_cast<std::uint32_t>(std::strlen(text));
+    if (!ContentCoding::DecodeBase64(text, length, &bytes) || bytes.length() == 0) {
+        return false;
+    }
+    return ReadUnsignedBytes(bytes.data(), bytes.length());
+}
+
+bool mp_int::WriteUnsignedBytes(DataBuffer *output) const
+{
+    const std::uint32_t size = UnsignedByteSize();
+    if (size == 0) {
+        return true;
+    }
+    // Exact room: the buffer's own slack is many times a key's size.
+    if (!output->EnsureCapacity(output->length() + size)) {
+        return false;
+    }
+    for (std::uint32_t i = size; i-- > 0;) {
+        const std::uint32_t digit = i * 8 / MP_DIGIT_BIT;
+        const std::uint32_t shift = i * 8 % MP_DIGIT_BIT;
+        ::mp_digit byte = value_.dp[digit] >> shift;
+        if (shift > MP_DIGIT_BIT - 8 && digit + 1 < static_cast<std::uint32_t>(value_.used)) {
+            byte |= value_.dp[digit + 1] << (MP_DIGIT_BIT - shift);
+        }
+        if (!output->AppendByte(static_cast<std::uint8_t>(byte))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::int32_t mp_int::CountBits() const
+{
+    return mp_count_bits(&value_);
+}
+
+std::uint32_t mp_int::UnsignedByteSize() const
+{
+    return (static_cast<std::uint32_t>(CountBits()) + 7) / 8;
+}
+
+int Compare(const mp_int &a, const mp_int &b)
+{
+    return mp_cmp(&a.value_, &b.value_);
+}
+
+int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y)
+{
+    if (!g.usable() || !x.usable() || !m.usable() || !y->usable()) {
+        return MP_MEM;
+    }
+    const bool modulusIsOne = m.CountBits() == 1 && !mp_isneg(&m.value_);
+    const int result = mp_exptmod(&g.value_, &x.value_, &m.value_, &y->value_);
+    if (modulusIsOne && result == MP_OKAY) {
+        mp_zero(&y->value_); // the library answers 1 for an exponent of 0
+    }
+    return result;
+}
+
+int MulMod(const mp_int &a, const mp_int &b, const mp_int &m, mp_int *y)
+{
+    const bool usable = a.usable() && b.usable() && m.usable() && y->usable();
+    return usable ? mp_mulmod(&a.value_, &b.value_, &m.value_, &y->value_) : MP_MEM;
+}
+
+int Mul(const mp_int &a, const mp_int &b, mp_int *y)
+{
+    return a.usable() && b.usable() && y->usable() ? mp_mul(&a.value_, &b.value_, &y->value_) : MP_MEM;
+}
+
+int Add(const mp_int &a, const mp_int &b, mp_int *y)
+{
+    return a.usable() && b.usable() && y->usable() ? mp_add(&a.value_, &b.value_, &y->value_) : MP_MEM;
+}
+
+int Sub(const mp_int &a, const mp_int &b, mp_int *y)
+{
+    return a.usable() && b.usable() && y->usable() ? mp_sub(&a.value_, &b.value_, &y->value_) : MP_MEM;
+}
+
+} // namespace pavonix
