@@ -1,0 +1,24 @@
+// Reads an RSA key from its XML text.
+#pragma once
+
+#include "rsa/key/rsa_key.h"
+#include "rsa/log/log_base.h"
+
+namespace pavonix {
+
+// `xml` is zero-terminated UTF-8. Of the root element, whatever its name, the
+// first direct child of each of these names counts, its content being the base64
+// text of a big-endian integer:
+//
+//     Modulus, Exponent       always needed
+//     P                       makes the key a private one
+//     Q, DP, DQ, InverseQ, D  read only beside P; each may be missing
+//
+// An element that is there but cannot be read fails the import; the log then
+// names it. Whether the parts belong together is not tested. `key` is not
+// cleared first: a part without an element keeps what it was, and a failure
+// leaves what was read before it. `verbose` logs the parts' bit counts, and the
+// modulus itself.
+[[nodiscard]] bool ReadKey(const char *xml, RsaKey *key, bool verbose, LogBase &log);
+
+} // namespace pavonix
