@@ -1,0 +1,113 @@
+#include "rsa/cipher/cls_rsa.h"
+
+#include "rsa/charset/convert_text.h"
+#include "rsa/cipher/rsa_encrypt.h"
+#include "rsa/digest/hash_table.h"
+#include "rsa/key/key_reader.h"
+#include "rsa/log/log_context.h"
+
+namespace pavonix {
+
+namespace {
+
+constexpr std::int32_t kWindows1252 = 1252;
+
+} // namespace
+
+ClsRsa::ClsRsa()
+{
+    encodingMode_.setFromUtf8("base64");
+    charset_.setByCodePage(kWindows1252);
+}
+
+void ClsRsa::put_VerboseLogging(bool verbose)
+{
+    const CritSecLock lock(*this);
+    verboseLogging_ = verbose;
+}
+
+void ClsRsa::put_OAEP(bool oaep)
+{
+    const CritSecLock lock(*this);
+    oaep_ = oaep;
+}
+
+void ClsRsa::put_LittleEndian(bool littleEndian)
+{
+    const CritSecLock lock(*this);
+    littleEndian_ = littleEndian;
+}
+
+void ClsRsa::put_EncodingMode(const XString &name)
+{
+    const CritSecLock lock(*this);
+    StringBuffer normalised;
+    normalised.Append(name.getUtf8().c_str());
+    normalised.RemoveChar(' ');
+    normalised.Trim();
+    normalised.ToLower();
+    encodingMode_.setFromUtf8(normalised.c_str());
+}
+
+void ClsRsa::get_EncodingMode(XString *name)
+{
+    const CritSecLock lock(*this);
+    name->copyFrom(encodingMode_);
+}
+
+void ClsRsa::put_CharsetCodePage(std::int32_t codePage)
+{
+    const CritSecLock lock(*this);
+    charset_.setByCodePage(codePage);
+}
+
+bool ClsRsa::ImportKey(const char *method, const XString &xml)
+{
+    const CritSecLock lock(*this);
+    LogBase &methodLog = StartMethod();
+    const LogContext context(methodLog, method);
+    return RecordResult(ReadKey(xml.getUtf8().c_str(), &key_, false, methodLog));
+}
+
+bool ClsRsa::EncryptStringENC(const XString &text, bool usePrivateKey, XString *result)
+{
+    const CritSecLock lock(*this);
+    LogBase &methodLog = StartMethod();
+    LogContext context(methodLog, "EncryptStringENC");
+    methodLog.logDataLong("usePrivateKey", usePrivateKey ? 1 : 0);
+    DataBuffer bytes;
+    if (!ConvertText(charset_, text, &bytes, true, true, methodLog)) {
+        context.MarkLeft();
+        result->clear();
+        return false;
+    }
+    return RecordResult(EncryptBytes(bytes, usePrivateKey, result, methodLog));
+}
+
+bool ClsRsa::EncryptBytes(const DataBuffer &bytes, bool usePrivateKey, XString *result, LogBase &methodLog)
+{
+    const RsaSettings settings = {
+        .key = key_,
+        .keyChoice = usePrivateKey ? kPrivateKey : kPublicKey,
+        .padding = oaep_ ? kOaepPadding : kPkcs1Padding,
+        .hashId = kSha1HashId,
+        .label = nullptr,
+        .labelLength = 0,
+        .littleEndian = littleEndian_,
+        .verbose = verboseLogging_,
+    };
+    DataBuffer encrypted;
+    bool success = EncryptRsa(bytes.data(), bytes.length(), settings, &encrypted, methodLog);
+    if (success) {
+        ClsEncode encoder;
+        encoder.SetMode(encodingMode_);
+        encoder.Encode(encrypted, result, false);
+        success = result->complete(); // a token that was cut short would pass for one
+    }
+    if (!success) {
+        result->clear();
+    }
+    return success;
+}
+
+} // namespace pavonix

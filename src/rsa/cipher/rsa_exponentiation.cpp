@@ -1,0 +1,95 @@
+#include "rsa/cipher/rsa_exponentiation.h"
+
+namespace pavonix {
+
+namespace {
+
+bool Fail(LogBase &log, const char *reason)
+{
+    log.logError(reason);
+    return false;
+}
+
+// c = m^d mod N from the primes and what belongs to them. Neither d nor N is
+// needed, and none of the parts is trusted: whatever they hold, each step has a
+// result or a code.
+bool ApplyPrivateKey(const mp_int &m, const RsaKey &key, mp_int *c, LogBase &log)
+{
+    mp_int a;
+    mp_int b;
+    mp_int t;
+    if (ExptMod(m, key.dP, key.p, &a) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (1) failed");
+    }
+    if (ExptMod(m, key.dQ, key.q, &b) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (2) failed");
+    }
+    if (Sub(a, b, &t) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (3) failed");
+    }
+    if (MulMod(t, key.qP, key.p, &t) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (4) failed");
+    }
+    if (Mul(t, key.q, &t) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (5) failed");
+    }
+    if (Add(t, b, c) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (6) failed");
+    }
+    return true;
+}
+
+bool ApplyKey(const mp_int &m, std::int32_t keyChoice, const RsaKey &key, mp_int *c, LogBase &log)
+{
+    if (keyChoice == kPrivateKey) {
+        return ApplyPrivateKey(m, key, c, log);
+    }
+    return ExptMod(m, key.e, key.N, c) == MP_OKAY || Fail(log, "Modular exponentiation (A) failed");
+}
+
+// The division is not rounded up: servers in the field know that a modulus of an
+// odd bit length makes such a call fail instead.
+std::uint32_t MissingZeros(std::uint32_t inputLength, std::uint32_t resultLength, const RsaKey &key)
+{
+    const bool whole = inputLength == static_cast<std::uint32_t>(key.ModulusBitLength()) / 8;
+    return whole && resultLength > 0 && resultLength < inputLength ? inputLength - resultLength : 0;
+}
+
+} // namespace
+
+bool ExponentiateRsa(const std::uint8_t *input, std::uint32_t length, std::int32_t keyChoice, const RsaKey &key,
+                     bool zeroExtend, DataBuffer *output, LogBase &log)
+{
+    if (keyChoice != kPublicKey && keyChoice != kPrivateKey) {
+        return Fail(log, "Invalid public/private key choice");
+    }
+    if (keyChoice == kPrivateKey && key.type != kPrivateKey) {
+        return Fail(log, "Private key required, but not provided");
+    }
+    mp_int m;
+    mp_int c;
+    m.ReadUnsignedBytes(input, length); // for want of memory m is unusable, and ApplyKey fails
+    if (Compare(key.N, m) < 0) {
+        return Fail(log, "Invalid RSA input value");
+    }
+    if (!ApplyKey(m, keyChoice, key, &c, log)) {
+        return false;
+    }
+    if (c.UnsignedByteSize() > key.N.UnsignedByteSize()) {
+        return Fail(log, "Modular exponentiation output size is invalid");
+    }
+    DataBuffer result;
+    if (!c.WriteUnsignedBytes(&result)) {
+        return false;
+    }
+    log.logDataValue("exptmodOutput", result.data(), result.length());
+    const std::uint32_t zeros = zeroExtend ? MissingZeros(length, result.length(), key) : 0;
+    if (zeros > 0) {
+        log.logInfo("Zero-extending to match modulus byte length");
+    }
+    const std::uint32_t total = output->length() + zeros + result.length();
+    return total == 0 || (output->EnsureCapacity(total) && output->AppendFill(0, zeros) &&
+                          output->Append(result.data(), result.length()));
+}
+
+} // namespace pavonix
