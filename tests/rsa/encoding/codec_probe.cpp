@@ -1,0 +1,85 @@
+// Runs the codecs for the oracle test. Each input line is an operation and bytes
+// in hex; the answer is one line, the result's bytes in hex.
+//   <mode name> <hex>  encodes in that mode
+//   decode <hex>       decodes base64 text into a byte buffer
+//   decode-z <hex>     decodes zero-terminated base64 text into a string
+#include "rsa/encoding/cls_encode.h"
+#include "rsa/encoding/content_coding.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+using namespace pavonix;
+
+namespace {
+
+std::string FromHex(const std::string &hex)
+{
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+        bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+    }
+    return bytes;
+}
+
+std::string ToHex(const void *data, std::size_t count)
+{
+    const auto *bytes = static_cast<const std::uint8_t *>(data);
+    std::string hex;
+    for (std::size_t i = 0; i < count; ++i) {
+        hex.push_back("0123456789abcdef"[bytes[i] >> 4]);
+        hex.push_back("0123456789abcdef"[bytes[i] & 15]);
+    }
+    return hex;
+}
+
+std::string Decode(const std::string &text)
+{
+    DataBuffer bytes;
+    if (!ContentCoding::DecodeBase64(text.data(), static_cast<std::uint32_t>(text.size()), &bytes)) {
+        std::abort();
+    }
+    return ToHex(bytes.data(), bytes.length());
+}
+
+std::string DecodeZeroTerminated(const std::string &text)
+{
+    StringBuffer bytes;
+    ContentCoding::DecodeBase64(text.c_str(), &bytes);
+    return ToHex(bytes.c_str(), static_cast<std::size_t>(bytes.length()));
+}
+
+std::string Encode(const std::string &mode, const std::string &input)
+{
+    DataBuffer bytes;
+    XString name;
+    XString output;
+    ClsEncode encode;
+    name.setFromAnsi(mode.c_str());
+    encode.SetMode(name);
+    if (!bytes.Append(input.data(), static_cast<std::uint32_t>(input.size()))) {
+        std::abort();
+    }
+    encode.Encode(bytes, &output, false);
+    const StringBuffer &text = output.getUtf8();
+    return ToHex(text.c_str(), static_cast<std::size_t>(text.length()));
+}
+
+} // namespace
+
+int main()
+{
+    std::string line;
+    while (std::getline(std::cin, line)) {
+        const std::size_t blank = line.find(' ');
+        const std::string operation = line.substr(0, blank);
+        const std::string input = FromHex(line.substr(blank + 1));
+        std::cout << (operation == "decode"     ? Decode(input)
+                      : operation == "decode-z" ? DecodeZeroTerminated(input)
+                                                : Encode(operation, input))
+                  << '\n';
+    }
+    return 0;
+}
