@@ -13,7 +13,7 @@ constexpr char kWinsockDll[] = "ws2.dll";
 
 void AddMemoryImports(std::vector<Import> &table);
 void AddTextImports(std::vector<Import> &table);
-void AddStreamImports(std::vector<Import> &table);
+void AddSearchImports(std::vector<Import> &table);
 void AddFileImports(std::vector<Import> &table);
 void AddSystemImports(std::vector<Import> &table);
 void AddSocketImports(std::vector<Import> &table);

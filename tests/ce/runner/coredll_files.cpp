@@ -1,83 +1,59 @@
-// coredll.dll: searches, folders and deletion, with the device's records.
+// coredll.dll: folders, deletion and byte streams.
 #include "coredll.h"
-#include "device_options.h"
 #include "holdings.h"
 #include "platform/files.h"
+#include "platform/posix/utf8_path.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstring>
-#include <string_view>
+#include <cstdio>
+#include <string>
 
 namespace pavonix::ce {
 
 namespace {
 
-constexpr std::uint32_t kInvalidHandle = 0xFFFFFFFF;
-
-// The device's find record. Unlike the desktop's it has an object id and no
-// short name.
-struct FindData {
-    std::uint32_t attributes;
-    std::uint32_t times[6];
-    std::uint32_t sizeHigh, sizeLow, objectId;
-    WideChar name[260];
-};
-static_assert(sizeof(FindData) == 560 && offsetof(FindData, name) == 40);
-
-// The whole record is written, as the device does, so that a caller with a
-// shorter one is found out. Of a wildcard search the name stays the pattern:
-// the library reads only attributes.
-void Fill(FindData *data, const platform::FindRecord &record, std::u16string_view component)
+FILE *CheckedStream(FILE *stream)
 {
-    std::memset(data, 0, sizeof *data);
-    data->attributes = record.attributes;
-    component.substr(0, std::size(data->name) - 1).copy(data->name, component.size());
+    if (!holdings.files.Has(stream)) {
+        Misuse("a stream that is not open");
+    }
+    return stream;
 }
 
-std::u16string_view LastComponent(std::u16string_view path)
+FILE *Wfopen(const WideChar *path, const WideChar *mode)
 {
-    path = path.substr(0, path.find_last_not_of(u'\\') + 1);
-    return path.substr(path.find_last_of(u'\\') + 1);
+    const platform::Utf8Path name(path);
+    std::string narrowMode(mode, mode + std::char_traits<WideChar>::length(mode)); // letters only
+    FILE *stream = name.valid() ? std::fopen(name.c_str(), narrowMode.c_str()) : nullptr;
+    if (stream == nullptr) {
+        return FailWith(kErrorFileNotFound, stream);
+    }
+    holdings.files.Add(stream);
+    return stream;
 }
 
-platform::FindHandle *FindFirstFile(const WideChar *path, FindData *data)
+std::uint32_t Fread(void *bytes, std::uint32_t size, std::uint32_t count, FILE *stream)
 {
-    auto *const none = reinterpret_cast<platform::FindHandle *>(kInvalidHandle);
-    std::u16string_view text(path);
-    if (deviceOptions.searchRejectsTrailing && text.ends_with(u'\\')) {
-        return FailWith(kErrorFileNotFound, none);
-    }
-    platform::FindRecord record = {};
-    platform::FindHandle *search = platform::FindFirst(path, &record);
-    if (search == nullptr) {
-        return FailWith(kErrorFileNotFound, none);
-    }
-    holdings.searches.Add(search);
-    Fill(data, record, LastComponent(text));
-    return search;
+    return std::fread(bytes, size, count, CheckedStream(stream));
 }
 
-int FindNextFile(platform::FindHandle *search, FindData *data)
+std::uint32_t Fwrite(const void *bytes, std::uint32_t size, std::uint32_t count, FILE *stream)
 {
-    if (!holdings.searches.Has(search)) {
-        Misuse("FindNextFileW on a search that is not open");
-    }
-    platform::FindRecord record = {};
-    if (!platform::FindNext(search, &record)) {
-        return FailWith(kErrorNoMoreFiles, 0);
-    }
-    data->attributes = record.attributes;
-    return 1;
+    return std::fwrite(bytes, size, count, CheckedStream(stream));
 }
 
-int FindClose(platform::FindHandle *search)
+int Fflush(FILE *stream) { return std::fflush(CheckedStream(stream)); }
+
+int Fclose(FILE *stream)
 {
-    if (!holdings.searches.Remove(search)) {
-        Misuse("FindClose of a search that is not open");
-    }
-    platform::EndFind(search);
-    return 1;
+    holdings.files.Remove(CheckedStream(stream));
+    return std::fclose(stream);
+}
+
+// A failing fclose loses what was buffered, but the stream is gone all the same.
+int FcloseFailing(FILE *stream)
+{
+    Fclose(stream);
+    return EOF;
 }
 
 int CreateDirectory(const WideChar *path, const void *)
@@ -94,9 +70,11 @@ int DeleteFile(const WideChar *path)
 
 void AddFileImports(std::vector<Import> &table)
 {
-    table.push_back(Failing<&FindFirstFile, kInvalidHandle>(kCoreDll, "FindFirstFileW"));
-    table.push_back(Failing<&FindNextFile, 0>(kCoreDll, "FindNextFileW"));
-    table.push_back(Unfailing<&FindClose>(kCoreDll, "FindClose"));
+    table.push_back(Failing<&Wfopen, 0>(kCoreDll, "_wfopen"));
+    table.push_back(Failing<&Fread, 0>(kCoreDll, "fread"));
+    table.push_back(Failing<&Fwrite, 0>(kCoreDll, "fwrite"));
+    table.push_back(Failing<&Fflush, EOF>(kCoreDll, "fflush"));
+    table.push_back(Failing<&Fclose, &FcloseFailing>(kCoreDll, "fclose"));
     table.push_back(Failing<&CreateDirectory, 0>(kCoreDll, "CreateDirectoryW"));
     table.push_back(Failing<&DeleteFile, 0>(kCoreDll, "DeleteFileW"));
 }

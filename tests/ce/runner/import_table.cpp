@@ -13,7 +13,7 @@ std::vector<Import> MakeTable()
     std::vector<Import> table;
     AddMemoryImports(table);
     AddTextImports(table);
-    AddStreamImports(table);
+    AddSearchImports(table);
     AddFileImports(table);
     AddSystemImports(table);
     AddSocketImports(table);

@@ -29,9 +29,9 @@ public:
     bool Load(ShopExports *exports) override
     try {
         image_ = std::make_unique<PeImage>(path_, ResolveImport);
-        Find("GetGoodListXml", &exports->getGoodListXml);
-        Find("GetOneGoodXml", &exports->getOneGoodXml);
-        Find("GetBuyGood", &exports->getBuyGood);
+        Find("GetGoodListXml", 1, &exports->getGoodListXml);
+        Find("GetOneGoodXml", 2, &exports->getOneGoodXml);
+        Find("GetBuyGood", 3, &exports->getBuyGood);
         return true;
     } catch (const ImageError &error) {
         std::cerr << path_ << ": " << error.what() << std::endl;
@@ -55,11 +55,12 @@ public:
     bool Leaked() const { return leaked_; }
 
 private:
-    template <typename Function> void Find(const char *name, Function *function)
+    // By name, and by the ordinal that applications linked to the DLL are bound to.
+    template <typename Function> void Find(const char *name, std::uint32_t ordinal, Function *function)
     {
         std::uint32_t address = image_->Export(name);
-        if (address == 0) {
-            throw ImageError(std::string("does not export ") + name);
+        if (address == 0 || address != image_->Export(ordinal)) {
+            throw ImageError(std::string("does not export ") + name + " as ordinal " + std::to_string(ordinal));
         }
         *function = reinterpret_cast<Function>(static_cast<std::uintptr_t>(address));
     }
