@@ -1,0 +1,29 @@
+// The shop's HTTP side: one thread, any number of connections, one request each.
+#pragma once
+
+#include "shop.h"
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+
+namespace shop {
+
+class Server {
+public:
+    // Listens at once. port 0 picks a free one. Throws boost::system::system_error.
+    Server(Shop &shop, const std::string &host, unsigned short port);
+
+    unsigned short port() const { return acceptor_.local_endpoint().port(); }
+
+    // Serves until SIGINT or SIGTERM; writes a line per request to standard output.
+    void Run();
+
+private:
+    void Accept();
+
+    Shop &shop_;
+    boost::asio::io_context context_;
+    boost::asio::ip::tcp::acceptor acceptor_;
+};
+
+} // namespace shop

@@ -1,0 +1,38 @@
+// What the shop answers at which path.
+#pragma once
+
+#include "catalogue.h"
+#include "till.h"
+
+#include <boost/beast/http/message.hpp>
+#include <boost/beast/http/string_body.hpp>
+
+namespace shop {
+
+using Request = boost::beast::http::request<boost::beast::http::string_body>;
+using Response = boost::beast::http::response<boost::beast::http::string_body>;
+
+struct ErrorKind;
+
+//   GET  /shop/list?type=&category=&sort=&start=&max=   one page of the catalogue
+//   GET  /shop/good?type=&id=                           one good
+//   POST /shop/buy   form type=&id=&force=              a purchase
+class Shop {
+public:
+    Shop(Database &database, std::chrono::seconds maxSkew) : catalogue_(database), till_(database, maxSkew) {}
+
+    // Always answers: what goes wrong becomes an error response.
+    [[nodiscard]] Response Answer(const Request &request);
+
+private:
+    std::string Route(const Request &request);
+    std::string Sell(const Request &request);
+
+    Catalogue catalogue_;
+    Till till_;
+};
+
+// The response that says why a request is refused.
+[[nodiscard]] Response MakeErrorResponse(const ErrorKind &kind, const std::string &message);
+
+} // namespace shop

@@ -1,0 +1,15 @@
+// The shop's database file: its tables and the goods it starts with.
+#pragma once
+
+#include "sqlite.h"
+
+namespace shop {
+
+// Opens the file. A missing or empty one gets the tables and the demonstration
+// goods. Throws DatabaseError, also for a file that holds something else.
+[[nodiscard]] Database OpenShopDatabase(const std::string &file);
+
+// Fills the empty tables with types, categories and goods to try a client on.
+void AddDemonstrationGoods(Database &database);
+
+} // namespace shop

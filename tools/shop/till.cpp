@@ -1,0 +1,120 @@
+#include "till.h"
+
+#include "devices.h"
+#include "errors.h"
+#include "form_fields.h"
+#include "xml_writer.h"
+
+#include <charconv>
+#include <ctime>
+#include <limits>
+#include <optional>
+
+namespace shop {
+
+namespace {
+
+constexpr int kSmallest = std::numeric_limits<int>::min();
+constexpr int kLargest = std::numeric_limits<int>::max();
+
+// How long a used token is remembered beyond the time in which the clock check
+// lets it pass: clocks without a time zone are set back by an hour in autumn.
+constexpr std::int64_t kTokenMemorySeconds = 24 * 60 * 60;
+
+int ParseUserId(const std::string &text)
+{
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) {
+        throw Refusal(kWrongParameter, "User-ID is a number");
+    }
+    return value;
+}
+
+} // namespace
+
+Till::Order Till::ReadOrder(const PurchaseRequest &request) const
+{
+    const FormFields form(request.form, {"type", "id", "force"});
+    return {request.serial, ParseUserId(request.userId), form.Number("type", 1, kLargest),
+            form.Number("id", 1, kLargest), form.Number("force", kSmallest, kLargest) != 0};
+}
+
+Token Till::CheckToken(const Order &order, const std::string &headerValue)
+{
+    const PublicKey key = FindDeviceKey(database_, order.serial, order.userId);
+    if (key == nullptr) {
+        throw Refusal(kUnknownDevice);
+    }
+    Token token = OpenToken(headerValue, key);
+    // To the second: the fraction of a device's time text is not of its clock.
+    const auto difference = token.time - std::chrono::floor<std::chrono::seconds>(WallTimeNow());
+    if (std::chrono::abs(difference) > maxSkew_) {
+        throw Refusal(kClockOff);
+    }
+    return token;
+}
+
+void Till::UseToken(const Token &token)
+{
+    const std::int64_t now = std::time(nullptr);
+    database_.Run("DELETE FROM token WHERE seen_at < ?", now - 2 * maxSkew_.count() - kTokenMemorySeconds);
+    if (database_.Run("INSERT OR IGNORE INTO token (ciphertext, seen_at) VALUES (?, ?)", token.ciphertext, now) == 0) {
+        throw Refusal(kReplayedToken);
+    }
+}
+
+std::int64_t Till::CheckedPrice(const Order &order)
+{
+    Statement good = database_.Query("SELECT price FROM good WHERE type = ? AND id = ?", order.type, order.id);
+    if (!good.Step()) {
+        throw Refusal(kUnknownGood);
+    }
+    if (!order.force &&
+        database_.Query("SELECT 1 FROM purchase WHERE serial = ? AND user_id = ? AND type = ? AND id = ?", order.serial,
+                        order.userId, order.type, order.id).Step()) {
+        throw Refusal(kAlreadyOwned);
+    }
+    return good.Integer(0);
+}
+
+std::string Till::Book(const Order &order, std::int64_t price)
+{
+    if (database_.Run("UPDATE device SET balance = balance - ?3 WHERE serial = ?1 AND user_id = ?2 AND balance >= ?3",
+                      order.serial, order.userId, price) == 0) {
+        throw Refusal(kBalanceTooLow);
+    }
+    const std::string boughtAt = FormatTimeText(WallTimeNow());
+    database_.Run("INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES (?, ?, ?, ?, ?, ?)",
+                  order.serial, order.userId, order.type, order.id, price, boughtAt);
+    XmlWriter xml;
+    xml.Start("purchase");
+    xml.Attribute("number", database_.LastRowId());
+    xml.Attribute("type", order.type);
+    xml.Attribute("id", order.id);
+    xml.Attribute("price", price);
+    xml.Attribute("at", boughtAt);
+    return xml.Finish();
+}
+
+std::string Till::Sell(const PurchaseRequest &request)
+{
+    const Order order = ReadOrder(request);
+    const Token token = CheckToken(order, request.token);
+    Transaction transaction(database_);
+    UseToken(token);
+    std::string receipt;
+    std::optional<Refusal> refusal;
+    try {
+        receipt = Book(order, CheckedPrice(order));
+    } catch (const Refusal &caught) {
+        refusal = caught; // nothing of the purchase is written at this point, the token is
+    }
+    transaction.Commit();
+    if (refusal) {
+        throw *refusal;
+    }
+    return receipt;
+}
+
+} // namespace shop

@@ -1,0 +1,65 @@
+#include "time_text.h"
+
+#include <cstdio>
+#include <ctime>
+
+namespace shop {
+
+namespace {
+
+namespace chrono = std::chrono;
+
+struct Fields {
+    int year, month, day, hour, minute, second, fraction;
+};
+
+std::string Print(const Fields &fields)
+{
+    char text[96];
+    std::snprintf(text, sizeof text, "%d-%d-%d %d:%d:%d.%.3d", fields.year, fields.month, fields.day, fields.hour,
+                  fields.minute, fields.second, fields.fraction);
+    return text;
+}
+
+} // namespace
+
+WallTime WallTimeNow()
+{
+    const auto now = chrono::floor<chrono::milliseconds>(chrono::system_clock::now());
+    const std::time_t seconds = chrono::system_clock::to_time_t(now);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return WallTime(now.time_since_epoch() + chrono::seconds(local.tm_gmtoff));
+}
+
+std::string FormatTimeText(WallTime time)
+{
+    const auto days = chrono::floor<chrono::days>(time);
+    const chrono::year_month_day date{days};
+    const chrono::hh_mm_ss clock{time - days};
+    return Print({static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
+                  static_cast<int>(static_cast<unsigned>(date.day())), static_cast<int>(clock.hours().count()),
+                  static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()),
+                  static_cast<int>(clock.subseconds().count())});
+}
+
+std::optional<WallTime> ParseTimeText(const std::string &text)
+{
+    Fields fields{};
+    if (std::sscanf(text.c_str(), "%5d-%3d-%3d %3d:%3d:%3d.%4d", &fields.year, &fields.month, &fields.day, &fields.hour,
+                    &fields.minute, &fields.second, &fields.fraction) != 7) {
+        return std::nullopt;
+    }
+    // Scanning is lenient about blanks, zeros and what follows; printing is not.
+    const chrono::year_month_day date{chrono::year(fields.year), chrono::month(static_cast<unsigned>(fields.month)),
+                                      chrono::day(static_cast<unsigned>(fields.day))};
+    const bool clockExists = fields.hour >= 0 && fields.hour < 24 && fields.minute >= 0 && fields.minute < 60 &&
+                             fields.second >= 0 && fields.second < 60;
+    if (Print(fields) != text || !date.ok() || !clockExists) {
+        return std::nullopt;
+    }
+    return chrono::local_days(date) + chrono::hours(fields.hour) + chrono::minutes(fields.minute) +
+           chrono::seconds(fields.second);
+}
+
+} // namespace shop

@@ -1,0 +1,23 @@
+// The token with which a device proves who it is: the header "User-Cert".
+//
+// Made on the device: the time text (time_text.h), OAEP-encoded (RFC 8017, SHA-1,
+// empty label) in as many blocks as it needs, each block raised to the *private*
+// exponent, all of it in base64. Whoever has the public key can read it; only the
+// device can make it.
+#pragma once
+
+#include "base64.h"
+#include "public_key.h"
+#include "time_text.h"
+
+namespace shop {
+
+struct Token {
+    Bytes ciphertext; // what makes a token the same token
+    WallTime time;    // the device's clock when it made the token
+};
+
+// Opens the header's value with the device's key. Throws Refusal(kInvalidToken).
+[[nodiscard]] Token OpenToken(const std::string &headerValue, const PublicKey &key);
+
+} // namespace shop
