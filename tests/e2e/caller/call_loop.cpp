@@ -90,8 +90,8 @@ std::string CallBuy(const ShopExports &shop, std::istream &words)
     }
     auto record = std::make_unique<BuyGoodRoomyResult>();
     std::memset(record.get(), kUntouched, sizeof *record);
-    const int result = shop.getBuyGood(profile.get(), request.get(), reinterpret_cast<BuyGoodResult *>(record.get()),
-                                       url.get(), port);
+    const int result =
+        shop.getBuyGood(profile.get(), request.get(), reinterpret_cast<BuyGoodResult *>(record.get()), url.get(), port);
     return "result " + std::to_string(result) + " " +
            Hex(reinterpret_cast<const unsigned char *>(record.get()), sizeof *record);
 }

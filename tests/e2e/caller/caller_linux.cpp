@@ -28,7 +28,8 @@ public:
     void Unload() override { dlclose(library_); }
 
 private:
-    template <typename Function> bool Find(const char *name, Function *function)
+    template <typename Function>
+    bool Find(const char *name, Function *function)
     {
         *function = reinterpret_cast<Function>(dlsym(library_, name));
         return *function != nullptr;

@@ -28,7 +28,8 @@ public:
     void Unload() override { FreeLibrary(library_); }
 
 private:
-    template <typename Function> bool Find(const char *name, Function *function)
+    template <typename Function>
+    bool Find(const char *name, Function *function)
     {
         *function = reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(library_, name)));
         return *function != nullptr;

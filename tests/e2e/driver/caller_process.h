@@ -1,0 +1,47 @@
+// A running caller: the program that has the library loaded and makes calls on
+// command. It is kept alive from row to row and started anew after it died.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace pavonix::e2e {
+
+class CallerProcess {
+public:
+    // What the program writes to standard error goes into errorFile.
+    CallerProcess(std::vector<std::string> command, std::string errorFile);
+    ~CallerProcess();
+    CallerProcess(const CallerProcess &) = delete;
+    CallerProcess &operator=(const CallerProcess &) = delete;
+
+    // Sends one command and returns the answer's line. Starts the program first
+    // when it does not run. Nullopt when it died or stayed silent for too long;
+    // it is then gone.
+    std::optional<std::string> Ask(const std::string &command,
+                                   std::chrono::seconds patience = std::chrono::seconds(20));
+
+    // Ends the program by `quit`; true when it did not run or exited with 0.
+    bool Quit();
+
+    // What the program has written to standard error since its start.
+    std::string Complaints() const;
+
+private:
+    bool Start();
+    std::optional<std::string> ReadLine(std::chrono::seconds patience);
+    int Reap(); // closes the pipes, waits, and returns the wait status
+
+    std::vector<std::string> command_;
+    std::string errorFile_;
+    pid_t pid_ = 0;
+    int input_ = -1;  // the program's standard input
+    int output_ = -1; // the program's standard output
+    std::string pending_;
+};
+
+} // namespace pavonix::e2e

@@ -1,0 +1,21 @@
+// What differs between the builds of the library as seen from outside.
+#pragma once
+
+#include <string>
+
+namespace pavonix::e2e {
+
+enum class Flavour { kLinux, kWindows, kCe };
+
+// The text under which the library reaches a file of this machine: `\tmp\x` or,
+// where Wine shows the machine's files as a drive, `Z:\tmp\x`. ASCII paths only.
+inline std::u16string LibraryPath(Flavour flavour, const std::string &path)
+{
+    std::u16string text = flavour == Flavour::kWindows ? u"Z:" : u"";
+    for (const char c : path) {
+        text += c == '/' ? u'\\' : static_cast<char16_t>(c);
+    }
+    return text;
+}
+
+} // namespace pavonix::e2e

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "scenario.h"
+
+namespace pavonix::e2e {
+
+// Plays one row with the suite's caller and checks everything the row says.
+void RunScenario(const Scenario &row);
+
+} // namespace pavonix::e2e

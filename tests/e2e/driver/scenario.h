@@ -1,0 +1,92 @@
+// One end-to-end scenario: what stands on the disk, the call, what the server
+// says to it, and what must come of all that. The same rows run on every flavour.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pavonix::e2e {
+
+enum class Export { kList, kGood, kBuy };
+
+enum class Server {
+    kAnswers,      // reads the request, sends the pieces
+    kNeverAccepts, // leaves the connection in the queue, then stops listening
+    kRefuses,      // nothing listens on the port
+};
+
+// What the server does after the last piece.
+enum class Ending {
+    kWaits,  // leaves it to the client to close
+    kCloses, // an orderly close of its side
+    kResets, // a reset
+};
+
+enum class Token { kNone, kEmpty, kSigned };
+
+// Files and folders by their path in the row's folder, '/' between the names and
+// UTF-8; a name that ends in '/' is a folder and has no content.
+using Tree = std::map<std::string, std::string>;
+
+// What the purchase record must hold; a field without a value was not written.
+// The texts are written in this order, each with its terminator.
+struct Record {
+    std::optional<int> errorCode;
+    std::optional<std::u16string> message;
+    std::optional<std::u16string> timestamp;
+};
+
+inline constexpr char kIdentity[] = "User-Agent: Handheld/1.0\nUser-Serial: S-0815\nUser-Id: 42\n";
+
+inline constexpr char kListRequest[] = "GET /goods?type=1&category=2&sort=3&start=4&max=5 HTTP/1.1\r\n"
+                                       "Host: 127.0.0.1\r\n"
+                                       "Accept: */*\r\n"
+                                       "User-Agent: Handheld/1.0\r\n"
+                                       "Connection: Keep-Alive\r\n"
+                                       "User-Serial: S-0815\r\n"
+                                       "User-ID: 42\r\n"
+                                       "\r\n";
+
+struct Scenario {
+    const char *name;
+
+    // Before the call.
+    bool freshLibrary = false;                      // unloads the library and loads it again
+    std::optional<std::string> profile = kIdentity; // nullopt: there is no such file
+    Tree before = {};
+
+    // The call.
+    Export function = Export::kList;
+    std::vector<int> words = {0, 0, 1, 2, 3, 4, 5}; // the request record
+    std::u16string target = u"list.xml";            // in the row's folder, '\' between the names
+    int force = 1;
+    std::u16string url = u"http://127.0.0.1/goods";
+    int portOffset = 0; // added to the server's port
+
+    // The server. A piece is sent in one go, once the client has taken in all
+    // that came before it.
+    Server server = Server::kAnswers;
+    std::vector<std::string> pieces = {};
+    Ending ending = Ending::kWaits;
+
+    // What must come of it.
+    std::optional<std::string> request = kListRequest; // all bytes; nullopt: no connection was made
+    int result = 200;
+    Tree after = {};
+    Token token = Token::kNone; // stands in for "{token}" in the request
+    Record record = {};
+};
+
+// The lines of a head, each ended by CR LF, and the blank line.
+std::string Head(const std::vector<std::string> &lines);
+// A reply of status 200 with "Content-Length: announced" as its only header.
+std::string Announce(std::size_t announced, const std::string &body);
+// `count` bytes in which every piece is unlike every other.
+std::string Bytes(std::size_t count);
+// What the library keeps of a first reception: always 1024 bytes less the head,
+// zeros where nothing arrived.
+std::string FirstReception(const std::string &reply);
+
+} // namespace pavonix::e2e

@@ -1,0 +1,53 @@
+// A TCP server on 127.0.0.1 that plays one row's part and notes what it saw.
+#pragma once
+
+#include "scenario.h"
+
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace pavonix::e2e {
+
+struct ServerScript {
+    Server manner = Server::kAnswers;
+    std::vector<std::string> pieces;
+    Ending ending = Ending::kWaits;
+};
+
+struct Exchange {
+    bool connected = false;    // a client connected
+    std::string received;      // every byte it sent, also behind the request's end
+    bool clientClosed = false; // it closed the connection in the end
+};
+
+class ScriptedServer {
+public:
+    // Takes a free port; serves one client in a thread of its own.
+    explicit ScriptedServer(ServerScript script);
+    ~ScriptedServer();
+    ScriptedServer(const ScriptedServer &) = delete;
+    ScriptedServer &operator=(const ScriptedServer &) = delete;
+
+    int port() const { return port_; }
+
+    // To be called when the library's call has returned: ends the server and
+    // tells what happened.
+    Exchange Finish();
+
+private:
+    void Run();
+    bool WaitForClient();
+    void ReadRequest(int client);
+    void SendPieces(int client);
+    void AwaitClose(int client);
+
+    ServerScript script_;
+    int listener_;
+    int stop_[2]; // a pipe: its write end is closed to end the wait for a client
+    int port_ = 0;
+    Exchange seen_;
+    std::thread thread_;
+};
+
+} // namespace pavonix::e2e

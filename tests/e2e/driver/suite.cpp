@@ -1,0 +1,77 @@
+#include "suite.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace pavonix::e2e {
+
+namespace {
+
+std::string Hex(const std::u16string &text)
+{
+    constexpr char kDigits[] = "0123456789abcdef";
+    std::string hex;
+    for (const char16_t unit : text) {
+        for (int shift = 12; shift >= 0; shift -= 4) {
+            hex += kDigits[unit >> shift & 15];
+        }
+    }
+    return text.empty() ? "\"\"" : hex;
+}
+
+std::string Command(const ShopCall &call)
+{
+    constexpr const char *kNames[] = {"list ", "good ", "buy "};
+    std::ostringstream line;
+    line << kNames[static_cast<int>(call.function)] << Hex(call.profile);
+    for (const int word : call.words) {
+        line << ' ' << word;
+    }
+    if (call.function != Export::kBuy) { // a purchase has its force among the words
+        line << ' ' << Hex(call.target) << ' ' << call.force;
+    }
+    line << ' ' << Hex(call.url) << ' ' << call.port;
+    return line.str();
+}
+
+std::string FromHex(const std::string &hex)
+{
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+} // namespace
+
+Suite &TheSuite()
+{
+    static Suite suite;
+    return suite;
+}
+
+std::optional<Answer> MakeCall(const ShopCall &call)
+{
+    CallerProcess &caller = *TheSuite().caller;
+    const std::optional<std::string> line = caller.Ask(Command(call));
+    std::istringstream words(line.value_or(""));
+    std::string kind, record;
+    int result = 0;
+    words >> kind >> result >> record;
+    if (kind != "result") {
+        ADD_FAILURE() << "no result from the caller, but: " << line.value_or("silence or its death") << "\n"
+                      << caller.Complaints();
+        return std::nullopt;
+    }
+    return Answer{result, FromHex(record)};
+}
+
+void ReloadLibrary()
+{
+    CallerProcess &caller = *TheSuite().caller;
+    EXPECT_EQ(caller.Ask("reload"), "ready") << caller.Complaints();
+}
+
+} // namespace pavonix::e2e

@@ -1,0 +1,45 @@
+// Calls that get no reply: the result is 0 and the old file stays.
+#include "rows.h"
+
+namespace pavonix::e2e {
+
+namespace {
+
+const Tree kOld = {{"list.xml", "old"}};
+
+Scenario Unanswered(const char *name, Server server, Ending ending, std::optional<std::string> request)
+{
+    return {.name = name,
+            .before = kOld,
+            .server = server,
+            .ending = ending,
+            .request = std::move(request),
+            .result = 0,
+            .after = kOld};
+}
+
+Scenario NothingSent(const char *name, const std::u16string &url)
+{
+    return {.name = name, .before = kOld, .url = url, .request = std::nullopt, .result = 0, .after = kOld};
+}
+
+} // namespace
+
+std::vector<Scenario> FailureRows()
+{
+    return {
+        Unanswered("no_reply", Server::kAnswers, Ending::kCloses, kListRequest),
+        Unanswered("reset_before_the_reply", Server::kAnswers, Ending::kResets, kListRequest),
+        Unanswered("never_accepted", Server::kNeverAccepts, Ending::kCloses, kListRequest),
+        Unanswered("refused_connection", Server::kRefuses, Ending::kCloses, std::nullopt),
+        // A label may have 63 letters; a resolver refuses this one without asking anybody.
+        NothingSent("unknown_host", u"http://" + std::u16string(64, u'h') + u"/goods"),
+        NothingSent("empty_address", u""),
+        NothingSent("no_path_in_the_address", u"http://127.0.0.1"),
+        NothingSent("no_host_in_the_address", u"http:///goods"),
+        NothingSent("other_scheme", u"ftp://127.0.0.1/goods"),
+        NothingSent("secure_scheme", u"https://127.0.0.1/goods"),
+    };
+}
+
+} // namespace pavonix::e2e
