@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <new>
 #include <unordered_map>
 
@@ -46,7 +47,14 @@ void Free(void *block)
 }
 
 // The bookkeeping allocates while it frees and the other way round.
-bool inside = false;
+thread_local bool inside = false;
+
+// For the tests whose threads allocate at the same time.
+std::mutex &BookLock()
+{
+    static std::mutex *lock = new std::mutex; // never destroyed: the library frees at exit
+    return *lock;
+}
 
 void FreeOnce(void *block)
 {
@@ -55,13 +63,16 @@ void FreeOnce(void *block)
         return;
     }
     inside = true;
+    BookLock().lock();
     Free(block);
+    BookLock().unlock();
     inside = false;
 }
 
 void *AllocateOnce(std::size_t size)
 {
     inside = true;
+    const std::lock_guard lock(BookLock());
     void *block = Allocate(size);
     inside = false;
     return block;

@@ -211,8 +211,11 @@ bool Logger::saveText(const WideChar *path)
     const CritSecLock lock(section_);
     StringBuffer text;
     getLogText(&text);
+    if (!text.complete()) {
+        return false;
+    }
     platform::RemoveFile(path); // streams only append
-    platform::Stream *file = text.complete() ? platform::OpenStream(path, platform::StreamMode::kAppend) : nullptr;
+    platform::Stream *file = platform::OpenStream(path, platform::StreamMode::kAppend);
     if (file == nullptr) {
         return false;
     }

@@ -1,0 +1,255 @@
+#include "rsa/log/logger.h"
+
+#include "rsa/log/cls_base.h"
+#include "rsa/log/log_context.h"
+#include "rsa/log/log_null.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <thread>
+
+namespace pavonix {
+namespace {
+
+std::string TextOf(LogBase &log)
+{
+    StringBuffer text;
+    text.Append("earlier");
+    EXPECT_TRUE(log.getLogText(&text));
+    return text.c_str();
+}
+
+class LoggerTest : public testing::Test {
+protected:
+    void SetUp() override { tap::Reset(); }
+    void TearDown() override { tap::Reset(); }
+
+    Logger log_;
+};
+
+TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
+{
+    tap::UseClock(tap::Clock{{}, 0xABCDE});
+    log_.enterContext(" Encrypt String\t");
+    log_.logDataLong("usePrivateKey", -1);
+    log_.enterContext("Block");
+    log_.logDataValue("padded data", "\x00\xA5>", 3);
+    log_.logError("too <small>");
+    log_.leaveContext();
+    log_.logRaw("<hint/>");
+    log_.logHex("flags", 255);
+    log_.leaveContext();
+    log_.logTickCount("Ticks");
+    log_.logInfo("done");
+    StringBuffer form;
+    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n"
+                            "  Encrypt_String:\r\n"
+                            "    usePrivateKey: -1\r\n"
+                            "    Block:\r\n"
+                            "      padded_data: 00A53E\r\n"
+                            "      too <small>\r\n"
+                            "    <hint/>\r\n"
+                            "    flags: 0xff\r\n"
+                            "  Ticks: abcde\r\n"
+                            "  done\r\n");
+    log_.getLogHtml(&form);
+    EXPECT_STREQ(form.c_str(), "ZentorpLog:<blockquote>\r\n"
+                               "Encrypt_String:<blockquote>\r\n"
+                               "usePrivateKey: -1<br>\r\n"
+                               "Block:<blockquote>\r\n"
+                               "padded_data: 00A53E<br>\r\n"
+                               "too &lt;small&gt;<br>\r\n"
+                               "</blockquote>\r\n"
+                               "&lt;hint/&gt;<br>\r\n"
+                               "flags: 0xff<br>\r\n"
+                               "</blockquote>\r\n"
+                               "Ticks: abcde<br>\r\n"
+                               "done<br>\r\n"
+                               "</blockquote>\r\n");
+    log_.getLogXml(&form);
+    EXPECT_STREQ(form.c_str(), "<ZentorpLog>\r\n"
+                               "<Encrypt_String>\r\n"
+                               "<usePrivateKey>-1</usePrivateKey>\r\n"
+                               "<Block>\r\n"
+                               "<padded_data>00A53E</padded_data>\r\n"
+                               "<error><![CDATA[too <small>]]></error>\r\n"
+                               "</Block>\r\n"
+                               "<hint/>\r\n"
+                               "<flags>0xff</flags>\r\n"
+                               "</Encrypt_String>\r\n"
+                               "<Ticks>abcde</Ticks>\r\n"
+                               "<info>done</info>\r\n"
+                               "</ZentorpLog>\r\n");
+}
+
+TEST_F(LoggerTest, TagsAndTextsAtTheirEdges)
+{
+    log_.logData(" my value ", "v");
+    log_.logData("\r\n a\tb  c", nullptr);
+    log_.logDataValue("nothing", nullptr, 9);
+    log_.logDataValue("none", "", 0);
+    log_.logData("empty", "");
+    log_.logHex("zero", 0);
+    log_.logHex("all", 0xFFFFFFFFu);
+    log_.logInfo("");
+    const std::string kept = "ZentorpLog:\r\n"
+                             "  my_value: v\r\n"
+                             "  a\tb__c: (NULL)\r\n"
+                             "  nothing: (NULL)\r\n"
+                             "  none: \r\n"
+                             "  empty: \r\n"
+                             "  zero: 0x0\r\n"
+                             "  all: 0xffffffff\r\n"
+                             "  \r\n";
+    EXPECT_EQ(TextOf(log_), kept);
+    for (const char *tag : {static_cast<const char *>(nullptr), "", " \t\r\n"}) {
+        EXPECT_TRUE(log_.logData(tag, "x") && log_.logDataLong(tag, 1) && log_.logDataValue(tag, "x", 1) &&
+                    log_.logHex(tag, 1) && log_.logTickCount(tag) && log_.enterContext(tag));
+    }
+    EXPECT_TRUE(log_.logError(nullptr) && log_.logInfo(nullptr) && log_.logRaw(nullptr));
+    EXPECT_EQ(TextOf(log_), kept);
+}
+
+TEST_F(LoggerTest, LeavingTooOftenStaysAtTheRootAndClearingStartsAfresh)
+{
+    log_.leaveContext();
+    {
+        LogContext outer(log_, "Outer");
+        LogContext inner(log_, "Inner");
+        log_.leaveContext(); // as the step that leaves its caller's context does
+        inner.MarkLeft();
+        log_.logInfo("in Outer");
+    }
+    log_.leaveContext();
+    log_.logInfo("in root");
+    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n    in Outer\r\n  in root\r\n");
+    log_.enterContext("Open");
+    log_.clear();
+    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n");
+    log_.logInfo("in the new root");
+    log_.leaveContext();
+    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n  in the new root\r\n");
+}
+
+TEST_F(LoggerTest, SavedTextReplacesTheFile)
+{
+    const std::string path = testing::TempDir() + "pavonix_saved_log";
+    std::ofstream(path) << std::string(1000, 'x');
+    std::basic_string<WideChar> wide(path.begin(), path.end());
+    log_.logInfo("kept");
+    EXPECT_TRUE(log_.saveText(wide.c_str()));
+    std::stringstream saved;
+    saved << std::ifstream(path, std::ios::binary).rdbuf();
+    EXPECT_EQ(saved.str(), "ZentorpLog:\r\n  kept\r\n");
+    for (const char *failing : {"OpenStream", "WriteStream", "CloseStream"}) {
+        tap::FailAlways(failing);
+        EXPECT_FALSE(log_.saveText(wide.c_str())) << failing;
+        tap::FailNone();
+    }
+    EXPECT_EQ(tap::Held().streams, 0);
+    std::remove(path.c_str());
+}
+
+void LogSomeContexts(LogBase &log)
+{
+    const LogContext outer(log, "Outer");
+    {
+        const LogContext inner(log, "Inner");
+        log.logInfo("inner");
+    }
+    log.logDataLong("between", 7);
+    log.logDataValue("bytes", std::string(300, 'x').data(), 300);
+}
+
+TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
+{
+    const tap::Holdings before = tap::Held();
+    bool happened = true;
+    for (int nth = 1; happened; ++nth) {
+        for (const bool everAfter : {false, true}) {
+            tap::FailNth(nth, everAfter);
+            Logger log;
+            log.clear();
+            LogSomeContexts(log);
+            StringBuffer text;
+            log.getLogText(&text);
+            happened = tap::FaultHappened();
+            tap::FailNone();
+            log.logInfo("after");
+            const std::string rendered = TextOf(log);
+            // Without its root a log is empty until it is cleared.
+            EXPECT_TRUE(rendered.empty() || rendered.ends_with("\r\n  after\r\n")) << rendered;
+            log.clear();
+            log.logInfo("again");
+            EXPECT_EQ(TextOf(log), "ZentorpLog:\r\n  again\r\n");
+        }
+    }
+    EXPECT_EQ(tap::Held(), before);
+}
+
+TEST_F(LoggerTest, WhatALostContextHoldsGoesToTheOneAround)
+{
+    tap::FailNth(1, false); // the entry of "Outer"
+    LogSomeContexts(log_);
+    EXPECT_TRUE(TextOf(log_).starts_with("ZentorpLog:\r\n  inner\r\n  between: 7\r\n  bytes: 78")) << TextOf(log_);
+}
+
+TEST_F(LoggerTest, ThreadsShareOneLog)
+{
+    const auto logMany = [this](const char *tag) {
+        for (int i = 0; i < 3000; ++i) {
+            log_.logDataLong(tag, i);
+        }
+    };
+    std::thread other(logMany, "b");
+    logMany("a");
+    other.join();
+    std::istringstream lines(TextOf(log_));
+    std::string tag, value;
+    int next[2] = {0, 0};
+    lines >> tag;
+    while (lines >> tag >> value) {
+        EXPECT_EQ(value, std::to_string(next[tag == "a:" ? 0 : 1]++));
+    }
+    EXPECT_EQ(next[0], 3000);
+    EXPECT_EQ(next[1], 3000);
+}
+
+TEST(LogNullTest, KeepsNothing)
+{
+    LogNull log;
+    EXPECT_FALSE(log.keepsEntries());
+    EXPECT_TRUE(Logger().keepsEntries());
+    LogSomeContexts(log);
+    StringBuffer form;
+    form.Append("earlier");
+    EXPECT_EQ(TextOf(log), "");
+    EXPECT_TRUE(log.getLogHtml(&form) && log.getLogXml(&form));
+    EXPECT_STREQ(form.c_str(), "");
+    EXPECT_TRUE(log.saveText(nullptr));
+}
+
+TEST(ClsBaseTest, DescribesTheLastOperationAlone)
+{
+    ClsBase component;
+    StringBuffer text;
+    EXPECT_FALSE(component.lastMethodSuccess());
+    for (const bool success : {true, false, true}) {
+        const LogContext context(component.StartMethod(), "Work");
+        EXPECT_EQ(component.RecordResult(success), success);
+        EXPECT_EQ(component.lastMethodSuccess(), success);
+        component.getLastErrorText(&text);
+        EXPECT_STREQ(text.c_str(), success ? "ZentorpLog:\r\n  Work:\r\n    Success.\r\n"
+                                           : "ZentorpLog:\r\n  Work:\r\n    Failed.\r\n");
+    }
+    component.StartMethod();
+    EXPECT_FALSE(component.lastMethodSuccess());
+}
+
+} // namespace
+} // namespace pavonix
