@@ -89,6 +89,16 @@ bool IsLowSurrogate(WideChar unit)
     return (unit & 0xFC00) == 0xDC00;
 }
 
+// Windows takes a byte that its code page leaves undefined, such as 0x81 in 1252,
+// for the control character of that value, and the other way round; iconv does not.
+bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
+{
+    const bool windows = codePage == kAnsiCodePage || (codePage >= 1250 && codePage <= 1258);
+    const char byte = static_cast<char>(unit);
+    WideChar back = 0;
+    return windows && unit >= 0x80 && unit < 0xA0 && BytesToWide(codePage, &byte, 1, &back, 1) == 1 && back == unit;
+}
+
 } // namespace
 
 int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
@@ -104,6 +114,9 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
         if (converter.Convert(reinterpret_cast<const char *>(text + i), static_cast<std::size_t>(units) * 2, &end,
                               &left) == 0) {
             sink.Put(encoded, sizeof encoded - left);
+        } else if (IsUndefinedByte(codePage, text[i])) {
+            const char byte = static_cast<char>(text[i]);
+            sink.Put(&byte, 1);
         } else {
             sink.Put("?", 1);
             replaced = true;

@@ -1,5 +1,5 @@
 // The R250 shift-register generator (Kirkpatrick and Stoll): each new 32-bit word
-// is the exclusive or of the words 103 and 250 places back.
+// is the exclusive or of the one 250 places back and the one 103 places after that.
 #pragma once
 
 #include "rsa/text/data_buffer.h"
