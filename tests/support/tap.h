@@ -54,6 +54,8 @@ struct Clock {
 };
 void UseClock(const std::optional<Clock> &clock);
 void UseRandom(const std::string &bytes); // what GenerateRandom gives; empty for the real source
+// NextRand always gives the 31-bit numbers of a linear congruence that starts at
+// the seed (tests/data/make_r250.py has it too).
 
 // --- Values that a call reports.
 void GrantWinsockVersion(std::uint16_t version); // 0 for the real one

@@ -17,6 +17,7 @@ struct State {
     ScriptedPeer *peer = nullptr;
     std::optional<Clock> clock;
     std::string random;
+    std::uint32_t rand = 0;
     std::uint16_t winsockVersion = 0;
 };
 State &TheState();

@@ -12,6 +12,19 @@ using namespace pavonix;
 using pavonix::tap::Enter;
 using pavonix::tap::TheState;
 
+namespace {
+
+std::string Narrow(const WideChar *text)
+{
+    std::string narrow;
+    for (; *text != 0; ++text) {
+        narrow += static_cast<char>(*text);
+    }
+    return narrow;
+}
+
+} // namespace
+
 extern "C" {
 
 int __real_WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy);
@@ -67,8 +80,8 @@ void __wrap_FreeCriticalSection(platform::CriticalSection *section)
 bool __wrap_AcquireProvider(platform::Provider *provider, const WideChar *name, std::uint32_t type,
                             std::uint32_t flags)
 {
-    char detail[32];
-    std::snprintf(detail, sizeof detail, "%u,%08x", type, flags);
+    char detail[80];
+    std::snprintf(detail, sizeof detail, "%s,%u,%08x", Narrow(name).c_str(), type, flags);
     const bool acquired = !Enter("AcquireProvider", detail) && __real_AcquireProvider(provider, name, type, flags);
     TheState().held.providers += acquired ? 1 : 0;
     return acquired;
@@ -93,6 +106,18 @@ void __wrap_ReleaseProvider(platform::Provider provider)
 {
     --TheState().held.providers;
     __real_ReleaseProvider(provider);
+}
+
+void __wrap_SeedRand(std::uint32_t seed)
+{
+    Enter("SeedRand", std::to_string(seed)); // it cannot fail
+    TheState().rand = seed;
+}
+
+int __wrap_NextRand()
+{
+    TheState().rand = (TheState().rand * 1103515245 + 12345) % 0x80000000;
+    return static_cast<int>(TheState().rand);
 }
 
 } // extern "C"

@@ -162,10 +162,10 @@ bool XString::MakeWide() const
         !utf16_.AppendFill(0, byteCount + 2)) {
         return false;
     }
-    platform::BytesToWide(codePage, source.c_str(), source.length(), reinterpret_cast<WideChar *>(utf16_.data()),
-                          units);
-    utf16Valid_ = true;
-    return true;
+    const int written = platform::BytesToWide(codePage, source.c_str(), source.length(),
+                                              reinterpret_cast<WideChar *>(utf16_.data()), units);
+    utf16Valid_ = written == units;
+    return utf16Valid_;
 }
 
 void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePage) const
@@ -184,7 +184,9 @@ void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePa
     if (bytes == nullptr || (count <= 0 && units > 0)) {
         return;
     }
-    platform::WideToBytes(codePage, wide, units, bytes.get(), count, nullptr);
+    if (platform::WideToBytes(codePage, wide, units, bytes.get(), count, nullptr) != count) {
+        return;
+    }
     narrow->AppendN(bytes.get(), count);
     *valid = narrow->complete();
     if (!*valid) {

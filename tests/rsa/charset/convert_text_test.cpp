@@ -1,0 +1,198 @@
+#include "rsa/charset/code_page_name.h"
+#include "rsa/charset/convert_text.h"
+#include "rsa/log/logger.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+#include <iconv.h>
+
+#include <fstream>
+#include <map>
+#include <optional>
+#include <string>
+
+using namespace pavonix;
+
+namespace {
+
+using Converted = std::optional<std::string>; // nothing when the conversion failed
+
+Converted Convert(const Charset &charset, const std::u16string &text)
+{
+    XString wide;
+    wide.setFromUtf16(text.c_str());
+    DataBuffer output;
+    LogBase log;
+    if (!ConvertText(charset, wide, &output, false, false, log)) {
+        return std::nullopt;
+    }
+    return std::string(reinterpret_cast<const char *>(output.data()), output.length());
+}
+
+Converted Convert(int codePage, const std::u16string &text)
+{
+    Charset charset;
+    charset.setByCodePage(codePage);
+    return Convert(charset, text);
+}
+
+// What iconv makes of one unit in a charset that it knows by name.
+Converted ByIconv(const std::string &charset, char16_t unit)
+{
+    const iconv_t converter = iconv_open(charset.c_str(), "UTF-16LE");
+    if (converter == reinterpret_cast<iconv_t>(-1)) {
+        ADD_FAILURE() << "iconv does not know " << charset;
+        return std::nullopt;
+    }
+    char bytes[8];
+    char *in = reinterpret_cast<char *>(&unit), *out = bytes;
+    std::size_t inLeft = 2, outLeft = sizeof bytes;
+    const bool converted = iconv(converter, &in, &inLeft, &out, &outLeft) == 0;
+    iconv_close(converter);
+    return converted ? Converted(std::string(bytes, out)) : std::nullopt;
+}
+
+std::string LogText(Logger &log)
+{
+    StringBuffer text;
+    log.getLogText(&text);
+    return text.c_str();
+}
+
+class ConvertTextTest : public testing::Test {
+protected:
+    void SetUp() override { tap::Reset(); }
+    void TearDown() override { tap::Reset(); }
+};
+
+} // namespace
+
+// All units but the terminator. The five bytes that the code page leaves undefined
+// (81, 8D, 8F, 90, 9D) stand for the control characters of the same value.
+TEST_F(ConvertTextTest, Windows1252ConvertsEveryUnitAndServesIso88591Too)
+{
+    std::map<char16_t, std::string> expected;
+    std::ifstream lines(TEST_DATA_DIR "/cp1252.txt");
+    for (unsigned byte, unit; lines >> std::hex >> byte >> unit;) {
+        expected[static_cast<char16_t>(unit)] = std::string(1, static_cast<char>(byte));
+    }
+    ASSERT_EQ(expected.size(), 256u);
+    for (unsigned unit = 1; unit < 0x10000; ++unit) {
+        const std::u16string text(1, static_cast<char16_t>(unit));
+        const auto row = expected.find(text[0]);
+        const Converted wanted = row != expected.end() ? Converted(row->second) : std::nullopt;
+        ASSERT_EQ(Convert(1252, text), wanted) << std::hex << unit;
+        ASSERT_EQ(Convert(28591, text), wanted) << std::hex << unit;
+    }
+}
+
+TEST_F(ConvertTextTest, TheNameOfACodePageIsTheCharsetItConvertsTo)
+{
+    int names = 0;
+    for (int codePage = 0; codePage < 70000; ++codePage) {
+        const char *name = CodePageName(codePage);
+        if (name == nullptr || codePage == 28591) {
+            continue;
+        }
+        const std::string known = codePage == 949 ? "euc-kr" : name; // iconv has it under this name only
+        int compared = 0;
+        for (const char16_t unit : u"A\u00e4\u00e9\u00f1\u010d\u0119\u0123\u011f\u0127\u0153\u03b1\u0436\u05d0\u0628"
+                                   u"\u0e01\u20ab\u20ac\u2500\u4e2d\u6f22") {
+            const Converted wanted = unit != 0 ? ByIconv(known, unit) : std::nullopt;
+            if (wanted) {
+                ASSERT_EQ(Convert(codePage, std::u16string(1, unit)), wanted) << name << std::hex << ' ' << +unit;
+                ++compared;
+            }
+        }
+        EXPECT_GT(compared, 0) << name;
+        ++names;
+    }
+    EXPECT_EQ(names, 30);
+}
+
+TEST_F(ConvertTextTest, ANumberWithoutANameLeavesTheCharsetUnchanged)
+{
+    Charset charset;
+    charset.setByCodePage(28605);
+    for (const int codePage : {0, -1, 1, 1249, 1259, 28590, 65002}) {
+        charset.setByCodePage(codePage);
+        EXPECT_EQ(charset.codePage(), 28605);
+        EXPECT_STREQ(charset.name(), "iso-8859-15");
+    }
+}
+
+TEST_F(ConvertTextTest, TheOutputIsTheTextAloneInAnyLength)
+{
+    EXPECT_EQ(Convert(1252, u""), "");
+    EXPECT_EQ(Convert(65001, u"a\u20ac\U0001F600"), "a\u20ac\xF0\x9F\x98\x80") << "no byte-order mark, pairs whole";
+    std::u16string text;
+    std::string bytes;
+    for (int i = 0; i < 30000; ++i) { // more than the room of one growth
+        text += u"\u4e2d";
+        bytes += "\xE4\xB8\xAD";
+    }
+    EXPECT_EQ(Convert(65001, text), bytes);
+}
+
+TEST_F(ConvertTextTest, AFailureIsReportedAndLeavesNoOutput)
+{
+    const std::string entries = "    Character encoding conversion failed.\r\n"
+                                "    NumCharsIn: 5\r\n"
+                                "    Charset: windows-1252\r\n"
+                                "    ConvertedToNumBytes: 2\r\n";
+    const std::string advice = "    Set the Charset property to a charset that has all characters of the text, such as"
+                               " utf-8.\r\n";
+    const std::string start = "ZentorpLog:\r\n  Caller:\r\n";
+    const struct {
+        bool advise, leaveContext;
+        std::string log;
+    } rows[] = {
+        {false, false, start + entries + "    after\r\n"},
+        {true, false, start + entries + advice + "    after\r\n"},
+        {true, true, start + entries + advice + "    Failed.\r\n  after\r\n"},
+    };
+    Charset charset;
+    charset.setByCodePage(1252);
+    XString text;
+    text.setFromUtf16(u"\u20ac1\U0001F600b");
+    for (const auto &row : rows) {
+        Logger log;
+        log.enterContext("Caller");
+        DataBuffer output;
+        ASSERT_TRUE(output.AppendByte('x'));
+        EXPECT_FALSE(ConvertText(charset, text, &output, row.advise, row.leaveContext, log));
+        EXPECT_EQ(output.length(), 0u);
+        log.logInfo("after");
+        EXPECT_EQ(LogText(log), row.log);
+    }
+}
+
+// Each allocation and each conversion failing once, and ever after: all of the
+// bytes or a failure, never a part of them.
+TEST_F(ConvertTextTest, MissingMemoryIsAFailureAndNothingElse)
+{
+    Charset charset;
+    charset.setByCodePage(1252);
+    const tap::Holdings before = tap::Held();
+    for (const bool everAfter : {false, true}) {
+        int nth = 0;
+        bool happened = true;
+        while (happened) {
+            XString text;
+            text.setFromUtf8("2026-\xE2\x82\xAC");
+            {
+                DataBuffer output;
+                Logger log;
+                log.enterContext("Caller");
+                tap::FailNth(++nth, everAfter);
+                const bool converted = ConvertText(charset, text, &output, true, true, log);
+                happened = tap::FaultHappened();
+                tap::FailNone();
+                EXPECT_EQ(converted, !happened) << nth;
+                EXPECT_EQ(output.length(), converted ? 6u : 0u) << nth;
+            }
+        }
+        EXPECT_GT(nth, 8);
+    }
+    EXPECT_EQ(tap::Held(), before);
+}

@@ -1,0 +1,150 @@
+#include "rsa/random/r250.h"
+#include "rsa/random/random_bytes.h"
+#include "rsa/random/zentorp_rand.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <memory>
+
+using namespace pavonix;
+
+namespace {
+
+constexpr char kAcquire[] = "AcquireProvider(Microsoft Base Cryptographic Provider v1.0,1,";
+using Calls = std::vector<std::string>;
+
+std::string Unhex(const std::string &hex)
+{
+    std::string bytes;
+    for (std::size_t i = 0; i < hex.size(); i += 2) {
+        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
+    }
+    return bytes;
+}
+
+std::string Content(const DataBuffer &buffer)
+{
+    return std::string(reinterpret_cast<const char *>(buffer.data()), buffer.length());
+}
+
+class R250Test : public testing::Test {
+protected:
+    void SetUp() override { tap::Reset(); }
+    void TearDown() override { tap::Reset(); }
+};
+
+// Makes the next seeding start from what a line of r250.txt says.
+void Prepare(const std::string &source, const std::string &value)
+{
+    tap::Reset();
+    if (source == "seed") {
+        tap::UseRandom(Unhex(value));
+    } else {
+        tap::FailAlways("GenerateRandom");
+        tap::UseClock(tap::Clock{{}, static_cast<std::uint32_t>(std::stoul(value))});
+    }
+}
+
+bool FirstInstanceSeedsOnce()
+{
+    tap::UseClock(tap::Clock{{}, 77});
+    const ZentorpRand first;
+    const ZentorpRand second;
+    DataBuffer output;
+    const bool answered = RandomBytes(8, &output) && RandomNonZeroBytes(8, &output);
+    const Calls expected = {"SeedRand(77)", kAcquire + std::string("f0000000)"), "GenerateRandom(1000)"};
+    return answered && output.length() == 16 && tap::Calls() == expected;
+}
+
+} // namespace
+
+// One row each for seeds at random, of zeros, of ones, and from 31-bit rand
+// numbers; every answer depends on the exact number of steps taken before.
+TEST_F(R250Test, AgreesWithASecondImplementation)
+{
+    std::ifstream lines(TEST_DATA_DIR "/r250.txt");
+    std::unique_ptr<R250> generator;
+    int answers = 0;
+    for (std::string kind, value; lines >> kind >> value;) {
+        if (kind == "seed" || kind == "rand") {
+            Prepare(kind, value);
+            generator = std::make_unique<R250>();
+            continue;
+        }
+        std::string expected;
+        lines >> expected;
+        const auto count = static_cast<std::uint32_t>(std::stoul(value));
+        DataBuffer output;
+        ASSERT_TRUE(output.AppendByte('x'));
+        ASSERT_TRUE(kind == "bytes" ? generator->AppendBytes(count, &output)
+                                    : generator->AppendNonZeroBytes(count, &output));
+        ASSERT_EQ(Content(output), std::string("x").append(Unhex(expected))) << kind << ' ' << count;
+        ++answers;
+        EXPECT_EQ(tap::CountOf("GenerateRandom"), 1) << "seeded again";
+    }
+    EXPECT_EQ(answers, 4 * 8);
+}
+
+TEST_F(R250Test, TriesTheProviderInOrderAndReleasesWhatItAcquired)
+{
+    const std::string seedRand = "SeedRand(77)";
+    const struct {
+        void (*fail)();
+        Calls calls;
+    } rows[] = {
+        {[] {}, {kAcquire + std::string("f0000000)"), "GenerateRandom(1000)"}},
+        {[] { tap::FailNth(1, false); },
+         {kAcquire + std::string("f0000000)"), kAcquire + std::string("f0000008)"), "GenerateRandom(1000)"}},
+        {[] { tap::FailAlways("AcquireProvider"); },
+         {kAcquire + std::string("f0000000)"), kAcquire + std::string("f0000008)"),
+          kAcquire + std::string("f0000020)"), kAcquire + std::string("f0000028)"), seedRand}},
+        {[] { tap::FailAlways("GenerateRandom"); },
+         {kAcquire + std::string("f0000000)"), "GenerateRandom(1000)", seedRand}},
+    };
+    for (const auto &row : rows) {
+        tap::Reset();
+        tap::UseClock(tap::Clock{{}, 77});
+        row.fail();
+        R250 generator;
+        DataBuffer output;
+        EXPECT_TRUE(generator.AppendBytes(0, &output));
+        EXPECT_EQ(tap::Calls(), row.calls);
+        EXPECT_EQ(tap::Held().providers, 0);
+        EXPECT_EQ(output.length(), 0u);
+    }
+}
+
+TEST_F(R250Test, NonZeroBytesAreNeverZero)
+{
+    R250 generator;
+    DataBuffer output;
+    ASSERT_TRUE(generator.AppendNonZeroBytes(100001, &output));
+    EXPECT_EQ(output.length(), 100001u);
+    EXPECT_EQ(Content(output).find('\0'), std::string::npos);
+}
+
+TEST_F(R250Test, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
+{
+    R250 generator;
+    DataBuffer output;
+    ASSERT_TRUE(generator.AppendBytes(20, &output));
+    EXPECT_EQ(output.capacity(), 20u);
+
+    tap::FailNth(1, false);
+    EXPECT_FALSE(generator.AppendNonZeroBytes(1, &output));
+    EXPECT_EQ(output.length(), 0u);
+
+    ASSERT_TRUE(output.AppendByte('x'));
+    EXPECT_FALSE(generator.AppendBytes(UINT32_MAX, &output)) << "the length would wrap";
+    EXPECT_EQ(output.length(), 0u);
+}
+
+TEST_F(R250Test, TheFirstInstanceSeedsTheWholeProcessOnce)
+{
+    // a process of its own, since other tests may have seeded the shared generator
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::_Exit(FirstInstanceSeedsOnce() ? 0 : 1), testing::ExitedWithCode(0), "");
+}
