@@ -1,10 +1,10 @@
 # What only the device's DLL needs: its entry, its subsystem, and import
 # libraries for the system's own DLLs.
 foreach(system coredll ws2)
-  set(definition ${CMAKE_CURRENT_LIST_DIR}/${system}.def)
+  set(exported ${CMAKE_CURRENT_LIST_DIR}/${system}.def)
   set(library ${CMAKE_CURRENT_BINARY_DIR}/lib${system}.a)
-  add_custom_command(OUTPUT ${library} DEPENDS ${definition}
-                     COMMAND ${CMAKE_DLLTOOL} --input-def ${definition} --output-lib ${library})
+  add_custom_command(OUTPUT ${library} DEPENDS ${exported}
+                     COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --input-def ${exported} --output-lib ${library})
   add_custom_target(${system} DEPENDS ${library})
   add_dependencies(pavonix ${system})
   target_link_libraries(pavonix PRIVATE ${library})

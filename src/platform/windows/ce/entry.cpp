@@ -38,10 +38,4 @@ int _DllMainCRTStartup(void *, std::uint32_t reason, void *)
     return 1;
 }
 
-// What a call of a pure virtual function ends in.
-[[noreturn]] void __cxa_pure_virtual()
-{
-    __builtin_trap();
-}
-
 } // extern "C"

@@ -1,6 +1,7 @@
-// operator new and delete over the system's heap. Only the forms that answer
-// null exist: a plain `new` in the library would not link, and is not wanted,
-// because nothing there could absorb its failure.
+// operator new and delete over the C library's heap: no Windows flavour links a
+// C++ run-time library. Only the forms that answer null exist: a plain `new` in
+// the library would not link, and is not wanted, because nothing there could
+// absorb its failure.
 #include <cstdlib>
 #include <new>
 

@@ -1,0 +1,69 @@
+// The code-page contract over Windows.
+#include "platform/code_pages.h"
+
+#include "platform/windows/system.h"
+
+#include <cstring>
+
+namespace pavonix::platform {
+
+namespace {
+
+constexpr int kLongestCharacter = 8; // bytes, in any code page
+
+bool IsPair(const WideChar *text, int length)
+{
+    return length > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
+}
+
+// Converts one character. The system may answer a look-alike, and not every
+// version can be told not to; only what converts back is taken. Bytes written,
+// 0 for an unknown code page.
+int CharacterToBytes(std::uint32_t codePage, const WideChar *character, int units, char *bytes, bool *replaced)
+{
+    const int count = WideCharToMultiByte(codePage, 0, character, units, bytes, kLongestCharacter, nullptr, nullptr);
+    if (count == 0) {
+        return 0;
+    }
+    WideChar back[kLongestCharacter];
+    const int unitsBack = MultiByteToWideChar(codePage, 0, bytes, count, back, kLongestCharacter);
+    if (unitsBack == units && std::memcmp(back, character, static_cast<std::size_t>(units) * sizeof *back) == 0) {
+        return count;
+    }
+    bytes[0] = '?';
+    *replaced = true;
+    return 1;
+}
+
+} // namespace
+
+int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
+{
+    bool replaced = false;
+    int used = 0;
+    for (int i = 0; i < length;) {
+        const int units = IsPair(text + i, length - i) ? 2 : 1;
+        char character[kLongestCharacter];
+        const int count = CharacterToBytes(codePage, text + i, units, character, &replaced);
+        if (count == 0 || (room > 0 && count > room - used)) {
+            used = 0;
+            break;
+        }
+        if (room > 0) {
+            std::memcpy(bytes + used, character, static_cast<std::size_t>(count));
+        }
+        used += count;
+        i += units;
+    }
+    if (lossy != nullptr) {
+        *lossy = replaced;
+    }
+    return used;
+}
+
+int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
+{
+    return length > 0 ? MultiByteToWideChar(codePage, 0, bytes, length, text, room) : 0;
+}
+
+} // namespace pavonix::platform

@@ -1,0 +1,42 @@
+// The random contract over the Windows cryptographic providers and C library.
+#include "platform/random.h"
+
+#include "platform/windows/system.h"
+
+#include <cstdlib>
+
+namespace pavonix::platform {
+
+static_assert(sizeof(HCRYPTPROV) == sizeof(Provider));
+
+bool AcquireProvider(Provider *provider, const WideChar *name, std::uint32_t type, std::uint32_t flags)
+{
+    HCRYPTPROV acquired = 0;
+    if (!CryptAcquireContextW(&acquired, nullptr, name, type, flags)) {
+        return false;
+    }
+    *provider = acquired;
+    return true;
+}
+
+bool GenerateRandom(Provider provider, std::uint8_t *bytes, std::uint32_t length)
+{
+    return CryptGenRandom(provider, length, bytes) != 0;
+}
+
+void ReleaseProvider(Provider provider)
+{
+    CryptReleaseContext(provider, 0);
+}
+
+void SeedRand(std::uint32_t seed)
+{
+    std::srand(seed);
+}
+
+int NextRand()
+{
+    return std::rand();
+}
+
+} // namespace pavonix::platform
