@@ -2,14 +2,13 @@
 # Builds assembler, linker and friends for Windows CE on ARM (arm-mingw32ce)
 # from Debian's binutils-source package, which still knows that target.
 #
-#   build_toolchain.sh DIRECTORY
-#
-# DIRECTORY/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...} stand when
-# it succeeds. A finished tool chain of the same version is kept as it is.
+# build/toolchain-ce/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...}
+# stand when it succeeds. A finished tool chain of the same version is kept.
 # Needs: binutils-source gcc make flex bison m4 xz-utils.
 set -eu
 
-directory=$(mkdir -p "$1" && cd "$1" && pwd)
+root=$(cd "$(dirname "$0")/../.." && pwd)
+directory=$root/build/toolchain-ce
 tarball=$(ls /usr/src/binutils/binutils-*.tar.xz)
 version=$(basename "$tarball" .tar.xz)
 stamp=$directory/$version.stamp

@@ -2,15 +2,15 @@
 # Fetches LibTomMath 1.2.0 as Debian's source package, for the builds that Debian
 # has no library for.
 #
-#   fetch_libtommath.sh DIRECTORY
-#
-# DIRECTORY/libtommath-1.2.0 stands when it succeeds. The package comes from the
-# machine's own package sources, read as source entries from a list of the
-# build's own; the machine's configuration stays as it is. A finished fetch is kept.
+# build/libtommath/libtommath-1.2.0 stands when it succeeds. The package comes
+# from the machine's own package sources, read as source entries from a list of
+# the build's own; the machine's configuration stays as it is. A finished fetch
+# is kept.
 # Needs: apt dpkg-dev.
 set -eu
 
-directory=$(mkdir -p "$1" && cd "$1" && pwd)
+root=$(cd "$(dirname "$0")/../.." && pwd)
+directory=$root/build/libtommath
 if [ -e "$directory/stamp" ]; then
     exit 0
 fi
@@ -36,8 +36,7 @@ cd "$directory"
 {
     # a source without source packages may fail here; the next line tells
     fetch update || true
-    fetch source libtommath
+    fetch source libtommath && test -d libtommath-1.2.0
 } >log 2>&1 || { tail -n 20 log; exit 1; }
 rm -rf apt
-test -d libtommath-1.2.0
 touch stamp

@@ -1,9 +1,7 @@
-# LibTomMath for the Windows flavours, from the source that fetch_libtommath.sh
-# unpacked. Its file-per-function archive lets the linker take only what is reached.
+# LibTomMath for the Windows flavours, from Debian's source package. Its
+# file-per-function archive lets the linker take only what is reached.
+execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_libtommath.sh COMMAND_ERROR_IS_FATAL ANY)
 set(tommath_source ${PROJECT_SOURCE_DIR}/build/libtommath/libtommath-1.2.0)
-if(NOT EXISTS ${tommath_source}/tommath.h)
-  message(FATAL_ERROR "run cmake/windows/fetch_libtommath.sh build/libtommath first")
-endif()
 
 file(GLOB tommath_files ${tommath_source}/bn_*.c)
 # no files and no random numbers: the device lacks what they stand on
