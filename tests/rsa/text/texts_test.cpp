@@ -1,0 +1,117 @@
+#include "rsa/text/decimal.h"
+#include "rsa/text/fixed_text.h"
+#include "rsa/text/x_string.h"
+#include "rsa/text/zt_string.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+using namespace pavonix;
+
+TEST(XString, ConvertsOnDemand)
+{
+    XString text;
+    EXPECT_STREQ(text.getAnsi().c_str(), "");
+    EXPECT_STREQ(text.getUtf8().c_str(), "");
+    EXPECT_EQ(text.getUtf16()[0], 0);
+
+    text.setFromUtf8("K\xC3\xA4se 5 \xE2\x82\xAC"); // "Käse 5 €"
+    tap::Reset();
+    EXPECT_STREQ(text.getAnsi().c_str(), "K\xE4se 5 \x80");
+    EXPECT_EQ(std::u16string(text.getUtf16()), u"Käse 5 €");
+    const int conversions = tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide");
+    EXPECT_STREQ(text.getAnsi().c_str(), "K\xE4se 5 \x80");
+    EXPECT_EQ(tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide"), conversions) << "made once";
+
+    text.appendUtf8("!");
+    EXPECT_EQ(std::u16string(text.getUtf16()), u"Käse 5 €!");
+    text.appendAnsi("\xDF");
+    EXPECT_STREQ(text.getUtf8().c_str(), "K\xC3\xA4se 5 \xE2\x82\xAC!\xC3\x9F");
+    text.setFromUtf16(u"Ω");
+    EXPECT_STREQ(text.getAnsi().c_str(), "?");
+    text.setFromUtf16(nullptr);
+    EXPECT_TRUE(text.isEmpty());
+}
+
+TEST(XString, CopiesOneRepresentationWithoutConversion)
+{
+    XString source, copy;
+    source.setFromAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
+    tap::Reset();
+    copy.copyFrom(source);
+    EXPECT_EQ(tap::CountOf("BytesToWide"), 0);
+    EXPECT_EQ(std::string(copy.getAnsi().c_str(), 3), std::string("\x81\0\xFF", 3));
+    source.setFromUtf16(u"żółw");
+    copy.copyFrom(source);
+    EXPECT_EQ(std::u16string(copy.getUtf16()), u"żółw");
+}
+
+TEST(XString, TellsWhatItLost)
+{
+    ZtString text("some text");
+    tap::FailNth(1, true);
+    text.Append(std::string(1000, 'x').c_str());
+    tap::FailNone();
+    EXPECT_STREQ(text.c_str(), "some text");
+    EXPECT_FALSE(text.complete());
+    EXPECT_FALSE(ZtString(text).complete()) << "a copy lost it too";
+    text.Set("new");
+    EXPECT_TRUE(text.complete());
+
+    // a conversion without memory yields the empty text and is tried again
+    text.x().setFromUtf8("\xC3\xA4");
+    tap::FailNth(1, true);
+    EXPECT_STREQ(text.c_str(), "");
+    tap::FailNone();
+    EXPECT_STREQ(text.c_str(), "\xE4");
+}
+
+TEST(ZtString, HandsOutTheChosenRepresentation)
+{
+    ZtString text("\xE4");
+    EXPECT_STREQ(text.c_str(), "\xE4");
+    text.put_Utf8(true);
+    EXPECT_STREQ(text.c_str(), "\xC3\xA4");
+    text.Append("\xC3\xB6");
+    const ZtString copy = text;
+    EXPECT_STREQ(copy.c_str(), "\xC3\xA4\xC3\xB6");
+    text = text;
+    EXPECT_STREQ(text.c_str(), "\xC3\xA4\xC3\xB6");
+}
+
+TEST(Decimal, WritesWhatPrintfWrites)
+{
+    for (const std::int32_t value : {0, 7, 42, -42, 998, -998, 1000, INT32_MAX, INT32_MIN}) {
+        char expected[16];
+        std::snprintf(expected, sizeof expected, "%d", value);
+        EXPECT_STREQ(DecimalText(value).c_str(), expected);
+        std::snprintf(expected, sizeof expected, "%.3d", value);
+        EXPECT_STREQ(DecimalText(value, 3).c_str(), expected);
+    }
+}
+
+TEST(Decimal, ReadsWhatAtoiReads)
+{
+    for (const char *text : {"0", "42", " 42", "\t\r\n\v\f-42x", "+7", "", "x", "-", "+-1", "- 1", "2147483647",
+                             "-2147483648", "007", "9 9"}) {
+        EXPECT_EQ(ParseDecimal(text), std::atoi(text)) << text;
+    }
+    EXPECT_EQ(ParseDecimal("2147483648"), INT32_MAX) << "beyond 32 bits: the nearest number, on every flavour";
+    EXPECT_EQ(ParseDecimal("99999999999999999999"), INT32_MAX);
+    EXPECT_EQ(ParseDecimal("-2147483649"), INT32_MIN);
+    EXPECT_EQ(ParseDecimal("-99999999999999999999"), INT32_MIN);
+}
+
+TEST(FixedText, CutsAndTells)
+{
+    FixedText<8> text;
+    text.Append("id=").AppendDecimal(1234);
+    EXPECT_STREQ(text.c_str(), "id=1234");
+    EXPECT_TRUE(text.fits());
+    text.Append("5");
+    EXPECT_STREQ(text.c_str(), "id=1234");
+    EXPECT_FALSE(text.fits());
+}
