@@ -1,0 +1,248 @@
+#include "http/http_connection.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+using namespace pavonix;
+
+namespace {
+
+class Connection : public testing::Test {
+protected:
+    void SetUp() override { tap::Reset(); }
+    void TearDown() override { tap::Reset(); }
+
+    std::string Sent() const { return peer.received; }
+
+    tap::ScriptedPeer peer;
+};
+
+std::string Text(const ZtString &text)
+{
+    return std::string(text.c_str(), static_cast<std::size_t>(text.length()));
+}
+
+} // namespace
+
+TEST_F(Connection, ComposesTheRequestInItsOrder)
+{
+    HttpConnection connection;
+    EXPECT_EQ(Text(connection.BuildRequest("GET", "http://host/", 0)),
+              "GET  HTTP/1.1\r\nHost: host\r\nAccept: */*\r\n"
+              "User-Agent: Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
+              ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)\r\nConnection: Keep-Alive\r\n\r\n");
+
+    connection.SetUserAgent(ZtString("U"));
+    connection.AddHeader("A", "1");
+    connection.AddHeader(nullptr, "no");
+    connection.AddHeader("no", nullptr);
+    connection.AddHeader("B", " 2 ");
+    connection.AddHeader("A", "1");
+    connection.AddFormField("type", "1");
+    connection.AddFormField("no", nullptr);
+    connection.AddFormField(nullptr, "no");
+    connection.AddFormField("id", "a b&c");
+    EXPECT_EQ(Text(connection.GetFormBody()), "type=1&id=a+b%26c");
+    EXPECT_EQ(Text(connection.ComposeRequest("POST", "host:8080/x", ZtString("100-199"), connection.GetFormBody())),
+              "POST /x HTTP/1.1\r\nHost: host:8080\r\nAccept: */*\r\nUser-Agent: U\r\nConnection: Keep-Alive\r\n"
+              "Content-Type: application/x-www-form-urlencoded\r\nA: 1\r\nB:  2 \r\nA: 1\r\n"
+              "Range: bytes=100-199\r\n\r\ntype=1&id=a+b%26c\r\n");
+}
+
+TEST_F(Connection, SplitsHeadAndBody)
+{
+    peer.replies = {"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello"};
+    tap::UsePeer(&peer);
+    HttpConnection connection;
+    ZtByteData reply;
+    EXPECT_EQ(connection.Get("http://host:99/x", &reply, 65536 + 8080), 1);
+    EXPECT_EQ(tap::CountOf("ConnectSocket"), 1);
+    EXPECT_EQ(tap::Calls()[2], "ResolveHost(host)");
+    EXPECT_EQ(tap::Calls()[3], "ConnectSocket(8080)");
+    EXPECT_STREQ(connection.peerAddress(), "127.0.0.1");
+    EXPECT_EQ(connection.GetHeadLength(), 38u);
+    EXPECT_EQ(connection.GetContentLength(), 5u);
+    EXPECT_EQ(Text(connection.GetHead()), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n");
+    EXPECT_STREQ(connection.GetBodyPrefix(), "hello");
+    EXPECT_STREQ(connection.GetHeadBuffer(), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello");
+    EXPECT_EQ(reply.length(), 5u + 2u) << "cut at the content length, ended by two zeros";
+    char buffer[4];
+    EXPECT_EQ(connection.Receive(buffer, 4), -1) << "the peer has closed";
+}
+
+TEST_F(Connection, HoldsRepliesOfEveryShape)
+{
+    struct Row {
+        std::string reply;
+        std::uint32_t headLength, contentLength;
+        std::size_t prefixBytes, copiedBytes;
+    };
+    const std::string head = "HTTP/1.1 200 OK\r\n\r\n";
+    const std::string longHead = "HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\n";
+    const std::string full = "HTTP/1.1 200 OK\r\nX: " + std::string(1024 - 24, 'x') + "\r\n\r\n";
+    for (const Row &row : {Row{"", 2, 0, 0, 4},                                      // nothing came
+                           {"no blank line", 2, 0, 11, 13 + 4},                      // a head of two bytes
+                           {head + "abc", 19, 0, 3, 22 + 4},                         // stops at the first zero byte
+                           {longHead + std::string(2000, 'b'), 41, 5000, 983, 1026}, // room for 1024 - 41
+                           {head + std::string(1005, 'c'), 19, 0, 1005, 1026},
+                           {full, 1024, 0, 0, 1026},
+                           {"HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\nabc", 39, 0xFFFFFFFF, 3, 42 + 4},
+                           {"HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nabc", 38, 0, 3, 41 + 4},
+                           {"HTTP/1.1 200 OK\r\nContent-Length\r\n\r\nabc", 35, 0, 3, 38 + 4}}) {
+        SCOPED_TRACE(row.reply.substr(0, 60));
+        tap::ScriptedPeer scripted{{row.reply}, {}, 0};
+        tap::UsePeer(&scripted);
+        HttpConnection connection;
+        ZtByteData reply;
+        ASSERT_EQ(connection.Get("http://host/x", &reply, 80), 1);
+        EXPECT_EQ(connection.GetHeadLength(), row.headLength);
+        EXPECT_EQ(connection.GetContentLength(), row.contentLength);
+        EXPECT_EQ(std::strlen(connection.GetBodyPrefix()), row.prefixBytes);
+        EXPECT_EQ(reply.length(), row.copiedBytes);
+    }
+}
+
+TEST_F(Connection, KeepsTheSocketForASecondRequest)
+{
+    peer.replies = {"HTTP/1.1 200 OK\r\nX: 1\r\n\r\n", "HTTP/1.1 404 No\r\nX: 2\r\n\r\n"};
+    tap::UsePeer(&peer);
+    HttpConnection connection;
+    ZtByteData reply;
+    EXPECT_EQ(connection.Get("http://host/a", &reply, 80), 1);
+    EXPECT_EQ(connection.StartSocket(), 1);
+    EXPECT_EQ(connection.Connect("other", 81), 1);
+    EXPECT_EQ(connection.Post("http://host/b", &reply, 80), 1);
+    EXPECT_EQ(tap::CountOf("StartWinsock"), 1);
+    EXPECT_EQ(tap::CountOf("ConnectSocket"), 1);
+    EXPECT_TRUE(Text(connection.GetHead()).starts_with("HTTP/1.1 200 OK\r\nX: 1\r\n\r\nHTTP/1.1 404"));
+    const platform::Socket socket = connection.socket();
+    connection.Reset();
+    EXPECT_FALSE(connection.connected());
+    EXPECT_EQ(connection.socket(), socket) << "stays open, but is no longer marked connected";
+    EXPECT_EQ(connection.GetHeadLength(), 0u);
+    EXPECT_EQ(Text(connection.GetHead()), "");
+    char byte;
+    EXPECT_EQ(connection.Receive(&byte, 1), 0);
+}
+
+// How often Winsock is started and released, for every way a transaction ends.
+TEST_F(Connection, PairsItsPlatformCalls)
+{
+    struct Row {
+        const char *failing;
+        int result, starts, cleanups, closes, sends;
+        bool socketLeft;
+    };
+    for (const Row &row : {Row{"", 1, 1, 0, 0, 1, true},
+                           {"StartWinsock", 0, 1, 1, 0, 0, false},
+                           {"OpenSocket", 0, 1, 1, 1, 0, true}, // closing the invalid handle fails
+                           {"ResolveHost", 0, 1, 1, 1, 0, false},
+                           {"ConnectSocket", 0, 1, 1, 1, 0, false},
+                           {"SendSocket", 0, 1, 0, 0, 1, true},
+                           {"SetSocketOption", 1, 1, 0, 0, 1, true},
+                           {"ReceiveSocket", 1, 1, 0, 0, 1, true},
+                           {"CloseSocket", 1, 1, 0, 0, 1, true}}) {
+        SCOPED_TRACE(row.failing);
+        tap::Reset();
+        tap::ScriptedPeer scripted{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+        tap::UsePeer(&scripted);
+        tap::FailAlways(row.failing);
+        {
+            HttpConnection connection;
+            ZtByteData reply;
+            EXPECT_EQ(connection.Get("http://host/x", &reply, 80), row.result);
+            EXPECT_EQ(tap::CountOf("StartWinsock"), row.starts);
+            EXPECT_EQ(tap::CountOf("CleanupWinsock"), row.cleanups);
+            EXPECT_EQ(tap::CountOf("CloseSocket"), row.closes);
+            EXPECT_EQ(tap::CountOf("SendSocket"), row.sends);
+            EXPECT_EQ(connection.socket() != 0, row.socketLeft);
+        }
+        EXPECT_EQ(tap::Held().sockets, 0);
+    }
+}
+
+TEST_F(Connection, ClosesAsThePairingSays)
+{
+    tap::UsePeer(&peer);
+    {
+        HttpConnection idle;
+        EXPECT_EQ(idle.Close(), 1);
+        EXPECT_EQ(tap::CountOf("CleanupWinsock"), 1) << "also without a socket";
+        EXPECT_EQ(tap::CountOf("CloseSocket"), 0);
+    }
+    EXPECT_EQ(tap::CountOf("CleanupWinsock"), 2) << "the destructor releases once more";
+    {
+        HttpConnection connection;
+        EXPECT_EQ(connection.Connect(nullptr, 80), 0);
+        EXPECT_EQ(connection.StartSocket(), 1);
+        EXPECT_EQ(connection.Connect("host", 80), 1);
+        tap::FailAlways("CloseSocket");
+        EXPECT_EQ(connection.Close(), 0);
+        EXPECT_TRUE(connection.connected());
+        EXPECT_NE(connection.socket(), 0u);
+    }
+    EXPECT_EQ(tap::CountOf("CleanupWinsock"), 2) << "a socket that cannot be closed keeps Winsock";
+
+    tap::Reset();
+    tap::GrantWinsockVersion(0x0001);
+    HttpConnection old;
+    EXPECT_EQ(old.StartSocket(), 0);
+    EXPECT_EQ(tap::CountOf("CleanupWinsock"), 1);
+    EXPECT_EQ(tap::CountOf("OpenSocket"), 0);
+}
+
+TEST_F(Connection, SetsKeepAliveWithItsValue)
+{
+    peer.replies = {"HTTP/1.1 200 OK\r\n\r\n"};
+    tap::UsePeer(&peer);
+    HttpConnection connection;
+    ZtByteData reply;
+    connection.Get("http://host/x", &reply, 80);
+    const std::vector<std::string> expected = {"StartWinsock(514)",  "OpenSocket(2,1,6)",
+                                               "ResolveHost(host)",  "ConnectSocket(80)",
+                                               "SendSocket",         "SetSocketOption(65535,8,2000000,4)",
+                                               "ReceiveSocket(1024)"};
+    EXPECT_EQ(tap::Calls(), expected);
+}
+
+TEST_F(Connection, SendsNothingForAUrlItCannotSplit)
+{
+    for (const char *url : {"", "http://host", "https://host/x", "http:///x"}) {
+        HttpConnection connection;
+        ZtByteData reply;
+        EXPECT_EQ(connection.Get(url, &reply, 80), 0) << url;
+        EXPECT_EQ(Text(connection.ExtractHost(url)), "");
+        EXPECT_EQ(Text(connection.ExtractPath(url)), "");
+    }
+    EXPECT_EQ(tap::CountOf("StartWinsock"), 0);
+}
+
+// A purchase whose id was lost for want of memory would buy something else.
+TEST_F(Connection, NeverSendsARequestThatLostText)
+{
+    const auto send = [](int nth) {
+        tap::Reset();
+        tap::ScriptedPeer scripted{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+        tap::UsePeer(&scripted);
+        HttpConnection connection;
+        tap::FailNth(nth, true);
+        connection.SetUserAgent(ZtString(std::string(300, 'u').c_str()));
+        connection.AddHeader("Name", std::string(300, 'v').c_str());
+        connection.AddFormField("field", std::string(300, '&').c_str());
+        ZtByteData reply;
+        connection.Post("http://host/x", &reply, 80);
+        return scripted.received;
+    };
+    const std::string whole = send(0);
+    ASSERT_NE(whole.find("%26\r\n"), std::string::npos);
+    int nth = 1;
+    for (bool happened = true; happened; ++nth) {
+        const std::string sent = send(nth);
+        happened = tap::FaultHappened();
+        EXPECT_TRUE(sent.empty() || sent == whole) << "fault " << nth;
+    }
+    EXPECT_GT(nth, 20);
+}

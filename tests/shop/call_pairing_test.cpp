@@ -1,0 +1,149 @@
+// What each way a call can end does to the platform: starts and releases of
+// Winsock, sockets opened and closed, files and searches left.
+#include "pavonix/pavonix.h"
+#include "support/sandbox.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+using namespace pavonix;
+
+namespace {
+
+class Pairing : public testing::Test {
+protected:
+    void SetUp() override { tap::Reset(); }
+    void TearDown() override { tap::Reset(); }
+
+    int Download(const char *target, int force = 1)
+    {
+        const OneGoodRequest request = {9, 9, 1, 7};
+        return GetOneGoodXml(box.Write("profile", "User-Serial: S\n").c_str(), &request, box.Path(target).c_str(),
+                             force, u"http://shop/good", 80);
+    }
+
+    // The calls of the contract, without the conversions of texts and paths.
+    static std::vector<std::string> Steps()
+    {
+        std::vector<std::string> steps;
+        std::copy_if(tap::Calls().begin(), tap::Calls().end(), std::back_inserter(steps), [](const std::string &call) {
+            return call.find("ToWide") == std::string::npos && call.find("ToBytes") == std::string::npos;
+        });
+        return steps;
+    }
+
+    Sandbox box;
+};
+
+} // namespace
+
+TEST_F(Pairing, OfEveryEndOfADownload)
+{
+    struct Row {
+        const char *name, *failing, *target, *reply;
+        int result, starts, cleanups, sockets, closes;
+    };
+    constexpr char kOk[] = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
+    constexpr char kMissing[] = "HTTP/1.1 404 Not Found\r\n\r\n";
+    for (const Row &row : {
+             // After a stored body the connection is only reset; its end closes it.
+             Row{"stored", "", "f", kOk, 200, 1, 1, 1, 1},
+             // Close, and then the connection's end, release Winsock.
+             {"refused", "", "f", kMissing, 404, 1, 2, 1, 1},
+             {"no reply", "", "f", "", 0, 1, 2, 1, 1},
+             {"no folder", "", "a/b/f", kOk, 200, 1, 2, 1, 1},
+             {"no file", "OpenStream", "f", kOk, 200, 1, 2, 1, 1},
+             {"no Winsock", "StartWinsock", "f", kOk, 0, 1, 3, 0, 0},
+             {"no socket", "OpenSocket", "f", kOk, 0, 1, 1, 1, 3},
+             {"no host", "ResolveHost", "f", kOk, 0, 1, 3, 1, 1},
+             {"no connection", "ConnectSocket", "f", kOk, 0, 1, 3, 1, 1},
+             {"not sent", "SendSocket", "f", kOk, 0, 1, 2, 1, 1},
+             {"not closed", "CloseSocket", "f", kOk, 200, 1, 0, 1, 1},
+             {"not closed, refused", "CloseSocket", "f", kMissing, 404, 1, 0, 1, 2},
+         }) {
+        SCOPED_TRACE(row.name);
+        tap::Reset();
+        tap::ScriptedPeer peer{{row.reply}, {}, 0};
+        tap::UsePeer(&peer);
+        if (*row.failing != 0) {
+            tap::FailAlways(row.failing);
+        }
+        const tap::Holdings before = tap::Held();
+        EXPECT_EQ(Download(row.target), row.result);
+        EXPECT_EQ(tap::CountOf("StartWinsock"), row.starts);
+        EXPECT_EQ(tap::CountOf("CleanupWinsock"), row.cleanups);
+        EXPECT_EQ(tap::CountOf("OpenSocket"), row.sockets);
+        EXPECT_EQ(tap::CountOf("CloseSocket"), row.closes);
+        EXPECT_TRUE(tap::Held() == before);
+        std::filesystem::remove(box.root() / "f");
+    }
+}
+
+TEST_F(Pairing, AKeptTargetTouchesNothing)
+{
+    box.Write("f", "old");
+    box.MakeFolder("folder");
+    EXPECT_EQ(Download("f", 0), PAVONIX_KEPT);
+    const std::vector<std::string> expected = {"FindFirst"};
+    EXPECT_EQ(Steps(), expected);
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+    tap::UsePeer(&peer);
+    EXPECT_EQ(Download("folder", 0), 200) << "a folder is no target to keep";
+    EXPECT_EQ(tap::CountOf("SetThreadError"), 1);
+}
+
+TEST_F(Pairing, StepsOfADownloadInTheirOrder)
+{
+    box.Write("f", "old");
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nContent-Length: 1500\r\n\r\n" + std::string(983, 'a'),
+                            std::string(400, 'b'), std::string(300, 'c')},
+                           {},
+                           0};
+    tap::UsePeer(&peer);
+    EXPECT_EQ(Download("f"), 200);
+    const std::vector<std::string> expected = {"OpenStream",          "ReadStream",
+                                               "ReadStream",          "CloseStream", // the profile
+                                               "StartWinsock(514)",   "OpenSocket(2,1,6)",
+                                               "ResolveHost(shop)",   "ConnectSocket(80)", //
+                                               "SendSocket",          "SetSocketOption(65535,8,2000000,4)",
+                                               "ReceiveSocket(1024)", //
+                                               "FindFirst",           "FindNext",
+                                               "FindFirst",           "FindFirst",
+                                               "RemoveFile",          "OpenStream", // folder, target
+                                               "WriteStream(983)",    "ReceiveSocket(1024)",
+                                               "WriteStream(400)",    "ReceiveSocket(1024)",
+                                               "WriteStream(300)",    "CloseStream",
+                                               "CloseSocket",         "CleanupWinsock"};
+    EXPECT_EQ(Steps(), expected);
+    EXPECT_EQ(box.Read("f"), std::string(983, 'a') + std::string(400, 'b') + std::string(300, 'c'))
+        << "a piece is written whole, beyond the announced length too";
+}
+
+TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
+{
+    const GoodListRequest list = {};
+    const OneGoodRequest good = {};
+    const BuyGoodRequest buy = {};
+    const std::u16string longUrl =
+        u"http://h/" + std::u16string(247, u'x'); // 256 with its terminator: too long with a query
+    const std::u16string tooLong = longUrl + u"x";
+    EXPECT_EQ(GetGoodListXml(u"p", &list, u"t", 1, longUrl.c_str(), 80), 0);
+    EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, tooLong.c_str(), 80), 0);
+    EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, tooLong.c_str(), 80), 0);
+    EXPECT_EQ(GetGoodListXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
+    EXPECT_EQ(GetOneGoodXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
+    EXPECT_EQ(GetBuyGood(u"p", nullptr, nullptr, u"http://h/x", 80), 0);
+    EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, nullptr, 80), 0);
+    EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, u"", 80), 0);
+    EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, u"http://h", 80), 0);
+    EXPECT_EQ(tap::CountOf("StartWinsock"), 0);
+
+    tap::Reset();
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+    tap::UsePeer(&peer);
+    EXPECT_EQ(GetOneGoodXml(nullptr, &good, nullptr, 0, u"http://h/x", 80), 200) << "nothing to read, nowhere to store";
+    EXPECT_EQ(tap::CountOf("SendSocket"), 1);
+    EXPECT_EQ(tap::CountOf("OpenStream"), 0);
+}

@@ -1,0 +1,74 @@
+// Every allocation and every platform call of a call fails, once and ever after:
+// no crash, nothing left behind, a documented result, and the next call works.
+#include "pavonix/pavonix.h"
+#include "support/sandbox.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace pavonix;
+
+namespace {
+
+constexpr char kReply[] = "HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n";
+
+class Torture : public testing::TestWithParam<bool> {
+protected:
+    void TearDown() override { tap::Reset(); }
+
+    // Runs `call` once for each fallible call that it makes, failing that one.
+    // `check` gets the result of the faulted run.
+    void Run(const std::function<int()> &call, const std::function<void(int result)> &check)
+    {
+        const tap::Holdings before = tap::Held();
+        int nth = 1;
+        for (bool happened = true; happened; ++nth) {
+            SCOPED_TRACE("fault " + std::to_string(nth));
+            tap::Reset();
+            tap::FailNth(nth, GetParam());
+            const int result = call();
+            happened = tap::FaultHappened();
+            tap::FailNone();
+            check(result);
+            ASSERT_TRUE(tap::Held() == before);
+            ASSERT_EQ(call(), 200) << "the next call";
+        }
+        RecordProperty("faults", nth - 2);
+        EXPECT_GT(nth, 50);
+    }
+
+    int Download()
+    {
+        std::filesystem::remove_all(box.root() / "new");
+        tap::ScriptedPeer peer{{kReply + std::string(983, 'a'), std::string(1024, 'b'), std::string(993, 'c')}, {}, 0};
+        tap::UsePeer(&peer);
+        const OneGoodRequest request = {0, 0, 1, 7};
+        return GetOneGoodXml(profile.c_str(), &request, box.Path("new/f").c_str(), 1, u"http://shop/good", 80);
+    }
+
+    Sandbox box;
+    std::u16string profile = box.Write("profile", "User-Agent: U\nUser-Serial: S\nUser-Id: 1\n");
+};
+
+} // namespace
+
+TEST_P(Torture, OfADownload)
+{
+    const std::string body = std::string(983, 'a') + std::string(1024, 'b') + std::string(993, 'c');
+    const auto check = [&](int result) {
+        EXPECT_TRUE(result == 200 || result == 0) << result;
+        const std::string stored = box.Read("new/f").value_or("");
+        EXPECT_TRUE(body.starts_with(stored)) << "the body, a start of it, or nothing";
+        EXPECT_TRUE(result == 200 || stored.empty());
+        for (const auto &entry : std::filesystem::directory_iterator(box.root())) {
+            const std::string name = entry.path().filename();
+            EXPECT_TRUE(name == "profile" || name == "new") << name << ": no file but the target is touched";
+        }
+    };
+    Run([this] { return Download(); }, check);
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, Torture, testing::Values(false, true),
+                         [](const auto &fault) { return std::string(fault.param ? "EverAfter" : "Once"); });
