@@ -10,8 +10,8 @@ constexpr std::uint32_t kLongestDigest = 64;
 
 struct HashRow {
     std::int32_t id;
-    const char *name;          // as the log shows it
-    std::uint32_t digestSize;  // in bytes
+    const char *name;         // as the log shows it
+    std::uint32_t digestSize; // in bytes
     void (*compute)(const void *bytes, std::uint32_t length, std::uint8_t *digest);
 };
 

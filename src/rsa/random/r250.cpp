@@ -11,9 +11,9 @@ static_assert(std::endian::native == std::endian::little, "words go out least si
 
 namespace {
 
-constexpr WideChar kProviderName[] = {'M', 'i', 'c', 'r', 'o', 's', 'o', 'f', 't', ' ', 'B', 'a', 's', 'e',
-                                      ' ', 'C', 'r', 'y', 'p', 't', 'o', 'g', 'r', 'a', 'p', 'h', 'i', 'c',
-                                      ' ', 'P', 'r', 'o', 'v', 'i', 'd', 'e', 'r', ' ', 'v', '1', '.', '0', 0};
+constexpr WideChar kProviderName[] = {'M', 'i', 'c', 'r', 'o', 's', 'o', 'f', 't', ' ', 'B', 'a', 's', 'e', ' ',
+                                      'C', 'r', 'y', 'p', 't', 'o', 'g', 'r', 'a', 'p', 'h', 'i', 'c', ' ', 'P',
+                                      'r', 'o', 'v', 'i', 'd', 'e', 'r', ' ', 'v', '1', '.', '0', 0};
 constexpr std::uint32_t kFullRsaProvider = 1;
 
 // "Verify only" alone, then with a new key set, a machine key set, and both.
@@ -63,8 +63,7 @@ bool R250::FillFromProvider()
     if (!AcquireAnyProvider(&provider)) {
         return false;
     }
-    const bool filled =
-        platform::GenerateRandom(provider, reinterpret_cast<std::uint8_t *>(words_), sizeof words_);
+    const bool filled = platform::GenerateRandom(provider, reinterpret_cast<std::uint8_t *>(words_), sizeof words_);
     platform::ReleaseProvider(provider);
     return filled;
 }

@@ -1,10 +1,8 @@
-#include "rsa/charset/code_page_name.h"
 #include "rsa/charset/convert_text.h"
 #include "rsa/log/logger.h"
 #include "support/tap.h"
 
 #include <gtest/gtest.h>
-#include <iconv.h>
 
 #include <fstream>
 #include <map>
@@ -34,22 +32,6 @@ Converted Convert(int codePage, const std::u16string &text)
     Charset charset;
     charset.setByCodePage(codePage);
     return Convert(charset, text);
-}
-
-// What iconv makes of one unit in a charset that it knows by name.
-Converted ByIconv(const std::string &charset, char16_t unit)
-{
-    const iconv_t converter = iconv_open(charset.c_str(), "UTF-16LE");
-    if (converter == reinterpret_cast<iconv_t>(-1)) {
-        ADD_FAILURE() << "iconv does not know " << charset;
-        return std::nullopt;
-    }
-    char bytes[8];
-    char *in = reinterpret_cast<char *>(&unit), *out = bytes;
-    std::size_t inLeft = 2, outLeft = sizeof bytes;
-    const bool converted = iconv(converter, &in, &inLeft, &out, &outLeft) == 0;
-    iconv_close(converter);
-    return converted ? Converted(std::string(bytes, out)) : std::nullopt;
 }
 
 std::string LogText(Logger &log)
@@ -84,30 +66,6 @@ TEST_F(ConvertTextTest, Windows1252ConvertsEveryUnitAndServesIso88591Too)
         ASSERT_EQ(Convert(1252, text), wanted) << std::hex << unit;
         ASSERT_EQ(Convert(28591, text), wanted) << std::hex << unit;
     }
-}
-
-TEST_F(ConvertTextTest, TheNameOfACodePageIsTheCharsetItConvertsTo)
-{
-    int names = 0;
-    for (int codePage = 0; codePage < 70000; ++codePage) {
-        const char *name = CodePageName(codePage);
-        if (name == nullptr || codePage == 28591) {
-            continue;
-        }
-        const std::string known = codePage == 949 ? "euc-kr" : name; // iconv has it under this name only
-        int compared = 0;
-        for (const char16_t unit : u"A\u00e4\u00e9\u00f1\u010d\u0119\u0123\u011f\u0127\u0153\u03b1\u0436\u05d0\u0628"
-                                   u"\u0e01\u20ab\u20ac\u2500\u4e2d\u6f22") {
-            const Converted wanted = unit != 0 ? ByIconv(known, unit) : std::nullopt;
-            if (wanted) {
-                ASSERT_EQ(Convert(codePage, std::u16string(1, unit)), wanted) << name << std::hex << ' ' << +unit;
-                ++compared;
-            }
-        }
-        EXPECT_GT(compared, 0) << name;
-        ++names;
-    }
-    EXPECT_EQ(names, 30);
 }
 
 TEST_F(ConvertTextTest, ANumberWithoutANameLeavesTheCharsetUnchanged)

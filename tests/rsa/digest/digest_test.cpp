@@ -90,8 +90,8 @@ TEST(Digest, EveryRowAgreesWithOpenSslAtEveryLength)
         const char *name;
         const EVP_MD *reference;
     } rows[] = {
-        {1, "SHA-1", EVP_sha1()},  {2, "SHA-384", EVP_sha384()}, {3, "SHA-512", EVP_sha512()},
-        {5, "MD5", EVP_md5()},     {7, "SHA-256", EVP_sha256()},
+        {1, "SHA-1", EVP_sha1()}, {2, "SHA-384", EVP_sha384()}, {3, "SHA-512", EVP_sha512()},
+        {5, "MD5", EVP_md5()},    {7, "SHA-256", EVP_sha256()},
     };
     for (const auto &row : rows) {
         const std::uint32_t size = FindHash(row.id).digestSize;

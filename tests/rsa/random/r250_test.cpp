@@ -99,8 +99,8 @@ TEST_F(R250Test, TriesTheProviderInOrderAndReleasesWhatItAcquired)
         {[] { tap::FailNth(1, false); },
          {kAcquire + std::string("f0000000)"), kAcquire + std::string("f0000008)"), "GenerateRandom(1000)"}},
         {[] { tap::FailAlways("AcquireProvider"); },
-         {kAcquire + std::string("f0000000)"), kAcquire + std::string("f0000008)"),
-          kAcquire + std::string("f0000020)"), kAcquire + std::string("f0000028)"), seedRand}},
+         {kAcquire + std::string("f0000000)"), kAcquire + std::string("f0000008)"), kAcquire + std::string("f0000020)"),
+          kAcquire + std::string("f0000028)"), seedRand}},
         {[] { tap::FailAlways("GenerateRandom"); },
          {kAcquire + std::string("f0000000)"), "GenerateRandom(1000)", seedRand}},
     };
