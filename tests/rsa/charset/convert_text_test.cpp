@@ -71,6 +71,7 @@ TEST_F(ConvertTextTest, Windows1252ConvertsEveryUnitAndServesIso88591Too)
 TEST_F(ConvertTextTest, ANumberWithoutANameLeavesTheCharsetUnchanged)
 {
     Charset charset;
+    charset.setByCodePage(1252);
     charset.setByCodePage(28605);
     for (const int codePage : {0, -1, 1, 1249, 1259, 28590, 65002}) {
         charset.setByCodePage(codePage);
