@@ -41,12 +41,7 @@ void ClsRsa::put_LittleEndian(bool littleEndian)
 void ClsRsa::put_EncodingMode(const XString &name)
 {
     const CritSecLock lock(*this);
-    StringBuffer normalised;
-    normalised.Append(name.getUtf8().c_str());
-    normalised.RemoveChar(' ');
-    normalised.Trim();
-    normalised.ToLower();
-    encodingMode_.setFromUtf8(normalised.c_str());
+    NormaliseEncodingName(name, &encodingMode_);
 }
 
 void ClsRsa::get_EncodingMode(XString *name)
