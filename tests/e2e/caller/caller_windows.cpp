@@ -47,6 +47,9 @@ int wmain(int count, wchar_t **arguments)
         std::cerr << "usage: caller LIBRARY" << std::endl;
         return 2;
     }
+    // Wine's Winsock cannot connect any more once it was unloaded and loaded again,
+    // so it stays, as in a process that has other users of it.
+    LoadLibraryW(L"ws2_32.dll");
     DllLoader loader(arguments[1]);
     return pavonix::e2e::RunCallLoop(loader);
 }
