@@ -15,10 +15,10 @@ constexpr std::uint32_t kWindows1252 = 1252;
 
 // Bytes 0x80 to 0x9F; every other byte has the value of its character. The five
 // bytes without a character stand for the control character of their value.
-constexpr WideChar kHighControls[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D,
-    0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A,
-    0x0153, 0x009D, 0x017E, 0x0178};
+constexpr WideChar kHighControls[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 int AnsiByte(WideChar unit)
 {
@@ -82,7 +82,11 @@ std::string ToAnsi(const WideChar *text, int length, bool *lossy)
 // The character at the front of `bytes` and its length; a broken one is U+FFFD and one byte.
 char32_t DecodeUtf8(const std::uint8_t *bytes, int left, int *count)
 {
-    int following = bytes[0] < 0x80 ? 0 : bytes[0] >> 5 == 6 ? 1 : bytes[0] >> 4 == 14 ? 2 : bytes[0] >> 3 == 30 ? 3 : 4;
+    int following = bytes[0] < 0x80       ? 0
+                    : bytes[0] >> 5 == 6  ? 1
+                    : bytes[0] >> 4 == 14 ? 2
+                    : bytes[0] >> 3 == 30 ? 3
+                                          : 4;
     *count = 1;
     if (following == 0) {
         return bytes[0];
@@ -117,7 +121,8 @@ std::u16string FromUtf8(const std::uint8_t *bytes, int length)
 }
 
 // Hands the converted text over, or only its length when there is no room at all.
-template <typename Text> int Deliver(const Text &converted, typename Text::value_type *target, int room)
+template <typename Text>
+int Deliver(const Text &converted, typename Text::value_type *target, int room)
 {
     int count = static_cast<int>(converted.size());
     if (room != 0 && count > room) {

@@ -41,7 +41,10 @@ std::uint32_t Fwrite(const void *bytes, std::uint32_t size, std::uint32_t count,
     return std::fwrite(bytes, size, count, CheckedStream(stream));
 }
 
-int Fflush(FILE *stream) { return std::fflush(CheckedStream(stream)); }
+int Fflush(FILE *stream)
+{
+    return std::fflush(CheckedStream(stream));
+}
 
 int Fclose(FILE *stream)
 {

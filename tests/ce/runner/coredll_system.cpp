@@ -108,10 +108,19 @@ int CryptReleaseContext(platform::Provider *handle, std::uint32_t)
     return 1;
 }
 
-void Srand(std::uint32_t seed) { platform::SeedRand(seed); }
-int Rand() { return platform::NextRand() & 0x7FFF; } // 15 bits on the device
+void Srand(std::uint32_t seed)
+{
+    platform::SeedRand(seed);
+}
+int Rand()
+{
+    return platform::NextRand() & 0x7FFF;
+} // 15 bits on the device
 
-void SetLastError(std::uint32_t error) { lastError = error; }
+void SetLastError(std::uint32_t error)
+{
+    lastError = error;
+}
 
 int TerminateProcess(std::uint32_t, std::uint32_t code)
 {

@@ -9,21 +9,22 @@ namespace pavonix::ce {
 
 namespace {
 
-void *Memcpy(void *to, const void *from, std::uint32_t count) { return std::memcpy(to, from, count); }
-void *Memmove(void *to, const void *from, std::uint32_t count) { return std::memmove(to, from, count); }
-void *Memset(void *bytes, int value, std::uint32_t count) { return std::memset(bytes, value, count); }
-int Memcmp(const void *a, const void *b, std::uint32_t count) { return std::memcmp(a, b, count); }
-const void *Memchr(const void *bytes, int value, std::uint32_t count) { return std::memchr(bytes, value, count); }
-
-std::uint32_t Strlen(const char *text) { return std::strlen(text); }
-int Strcmp(const char *a, const char *b) { return std::strcmp(a, b); }
-int Strncmp(const char *a, const char *b, std::uint32_t count) { return std::strncmp(a, b, count); }
-const char *Strstr(const char *text, const char *sought) { return std::strstr(text, sought); }
-const char *Strchr(const char *text, int sought) { return std::strchr(text, sought); }
-std::uint32_t Wcslen(const WideChar *text) { return std::char_traits<WideChar>::length(text); }
+// Named with their types, to choose among the C++ library's overloads.
+constexpr void *(*kMemcpy)(void *, const void *, std::size_t) = std::memcpy;
+constexpr void *(*kMemmove)(void *, const void *, std::size_t) = std::memmove;
+constexpr void *(*kMemset)(void *, int, std::size_t) = std::memset;
+constexpr int (*kMemcmp)(const void *, const void *, std::size_t) = std::memcmp;
+constexpr const void *(*kMemchr)(const void *, int, std::size_t) = std::memchr;
+constexpr std::size_t (*kStrlen)(const char *) = std::strlen;
+constexpr int (*kStrcmp)(const char *, const char *) = std::strcmp;
+constexpr int (*kStrncmp)(const char *, const char *, std::size_t) = std::strncmp;
+constexpr const char *(*kStrstr)(const char *, const char *) = std::strstr;
+constexpr const char *(*kStrchr)(const char *, int) = std::strchr;
+constexpr std::size_t (*kWcslen)(const WideChar *) = std::char_traits<WideChar>::length;
 
 // A negative length means a terminated text, and its terminator is converted too.
-template <typename Char> int CountOf(const Char *text, int length)
+template <typename Char>
+int CountOf(const Char *text, int length)
 {
     return length >= 0 ? length : static_cast<int>(std::char_traits<Char>::length(text)) + 1;
 }
@@ -55,17 +56,17 @@ int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t, const char *bytes
 
 void AddTextImports(std::vector<Import> &table)
 {
-    table.push_back(Unfailing<&Memcpy>(kCoreDll, "memcpy"));
-    table.push_back(Unfailing<&Memmove>(kCoreDll, "memmove"));
-    table.push_back(Unfailing<&Memset>(kCoreDll, "memset"));
-    table.push_back(Unfailing<&Memcmp>(kCoreDll, "memcmp"));
-    table.push_back(Unfailing<&Memchr>(kCoreDll, "memchr"));
-    table.push_back(Unfailing<&Strlen>(kCoreDll, "strlen"));
-    table.push_back(Unfailing<&Strcmp>(kCoreDll, "strcmp"));
-    table.push_back(Unfailing<&Strncmp>(kCoreDll, "strncmp"));
-    table.push_back(Unfailing<&Strstr>(kCoreDll, "strstr"));
-    table.push_back(Unfailing<&Strchr>(kCoreDll, "strchr"));
-    table.push_back(Unfailing<&Wcslen>(kCoreDll, "wcslen"));
+    table.push_back(Unfailing<kMemcpy>(kCoreDll, "memcpy"));
+    table.push_back(Unfailing<kMemmove>(kCoreDll, "memmove"));
+    table.push_back(Unfailing<kMemset>(kCoreDll, "memset"));
+    table.push_back(Unfailing<kMemcmp>(kCoreDll, "memcmp"));
+    table.push_back(Unfailing<kMemchr>(kCoreDll, "memchr"));
+    table.push_back(Unfailing<kStrlen>(kCoreDll, "strlen"));
+    table.push_back(Unfailing<kStrcmp>(kCoreDll, "strcmp"));
+    table.push_back(Unfailing<kStrncmp>(kCoreDll, "strncmp"));
+    table.push_back(Unfailing<kStrstr>(kCoreDll, "strstr"));
+    table.push_back(Unfailing<kStrchr>(kCoreDll, "strchr"));
+    table.push_back(Unfailing<kWcslen>(kCoreDll, "wcslen"));
     table.push_back(Failing<&WideCharToMultiByte, 0>(kCoreDll, "WideCharToMultiByte"));
     table.push_back(Failing<&MultiByteToWideChar, 0>(kCoreDll, "MultiByteToWideChar"));
 }

@@ -27,7 +27,8 @@ public:
     std::uint32_t Size() const { return size_; }
 
     // `count` objects of type T at `rva`. Throws ImageError outside the image.
-    template <typename T> T *At(std::uint32_t rva, std::uint32_t count = 1)
+    template <typename T>
+    T *At(std::uint32_t rva, std::uint32_t count = 1)
     {
         if (rva > size_ || count > (size_ - rva) / sizeof(T)) {
             throw ImageError("an address in the image lies outside it: " + std::to_string(rva));

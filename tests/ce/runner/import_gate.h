@@ -43,7 +43,8 @@ struct Import {
     std::uint32_t address;
 };
 
-template <auto Function, auto Failure> struct Gated;
+template <auto Function, auto Failure>
+struct Gated;
 
 template <typename Result, typename... Arguments, Result (*Function)(Arguments...), auto Failure>
 struct Gated<Function, Failure> {
@@ -77,13 +78,15 @@ private:
 
 // A function whose documented failure is to answer `Failure` and set the last
 // error; or, when failing also does something, a function `Failure` that does it.
-template <auto Function, auto Failure> Import Failing(const char *library, const char *name)
+template <auto Function, auto Failure>
+Import Failing(const char *library, const char *name)
 {
     return Gated<Function, Failure>::Row(library, name, true);
 }
 
 // A function that cannot fail.
-template <auto Function> Import Unfailing(const char *library, const char *name)
+template <auto Function>
+Import Unfailing(const char *library, const char *name)
 {
     return Gated<Function, Function>::Row(library, name, false);
 }

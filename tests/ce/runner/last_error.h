@@ -24,7 +24,8 @@ inline void SetLastErrorValue(std::uint32_t error)
 }
 
 // Sets the error and answers `result`: a failing function's last line.
-template <typename Result> Result FailWith(std::uint32_t error, Result result)
+template <typename Result>
+Result FailWith(std::uint32_t error, Result result)
 {
     lastError = error;
     return result;

@@ -5,8 +5,8 @@
 
 namespace pavonix::ce {
 
-constexpr std::uint16_t kDosMagic = 0x5A4D;     // "MZ"
-constexpr std::uint32_t kPeMagic = 0x00004550;  // "PE\0\0"
+constexpr std::uint16_t kDosMagic = 0x5A4D;    // "MZ"
+constexpr std::uint32_t kPeMagic = 0x00004550; // "PE\0\0"
 constexpr std::uint16_t kPe32Magic = 0x010B;
 constexpr std::uint16_t kMachineArm = 0x01C0;
 constexpr std::uint16_t kMachineThumb = 0x01C2;

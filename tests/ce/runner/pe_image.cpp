@@ -23,7 +23,8 @@ std::vector<unsigned char> ReadFile(const std::string &path)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-template <typename T> T Copy(const std::vector<unsigned char> &file, std::size_t offset)
+template <typename T>
+T Copy(const std::vector<unsigned char> &file, std::size_t offset)
 {
     T value;
     if (offset > file.size() || file.size() - offset < sizeof(value)) {
@@ -59,7 +60,8 @@ PeImage::PeImage(const std::string &path, ImportResolver resolve)
     auto peOffset = Copy<std::uint32_t>(file, kPeOffsetField);
     headers_ = Copy<PeHeaders>(file, peOffset);
     CheckHeaders(headers_);
-    std::size_t sectionOffset = peOffset + sizeof(std::uint32_t) + sizeof(FileHeader) + headers_.file.optionalHeaderSize;
+    std::size_t sectionOffset =
+        peOffset + sizeof(std::uint32_t) + sizeof(FileHeader) + headers_.file.optionalHeaderSize;
     for (unsigned i = 0; i < headers_.file.sectionCount; ++i) {
         sections_.push_back(Copy<SectionHeader>(file, sectionOffset + i * sizeof(SectionHeader)));
     }

@@ -56,7 +56,8 @@ public:
 
 private:
     // By name, and by the ordinal that applications linked to the DLL are bound to.
-    template <typename Function> void Find(const char *name, std::uint32_t ordinal, Function *function)
+    template <typename Function>
+    void Find(const char *name, std::uint32_t ordinal, Function *function)
     {
         std::uint32_t address = image_->Export(name);
         if (address == 0 || address != image_->Export(ordinal)) {

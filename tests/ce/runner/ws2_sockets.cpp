@@ -33,7 +33,10 @@ struct Host {
 };
 static_assert(sizeof(Host) == 16 && offsetof(Host, addresses) == 12);
 
-const void *HandleOf(Socket socket) { return reinterpret_cast<const void *>(socket); }
+const void *HandleOf(Socket socket)
+{
+    return reinterpret_cast<const void *>(socket);
+}
 
 // Checks what every call on a socket needs, and sets the error.
 bool IsUsable(Socket socket)
