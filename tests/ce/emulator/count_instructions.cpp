@@ -44,8 +44,7 @@ __attribute__((visibility("default"))) int qemu_plugin_install(PluginId id, cons
         }
     });
     qemu_plugin_register_atexit_cb(
-        id,
-        [](PluginId, void *) { qemu_plugin_outs(("instructions " + std::to_string(instructions) + "\n").c_str()); },
+        id, [](PluginId, void *) { qemu_plugin_outs(("instructions " + std::to_string(instructions) + "\n").c_str()); },
         nullptr);
     return 0;
 }

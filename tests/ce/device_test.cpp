@@ -1,0 +1,87 @@
+#include "device_test.h"
+
+#include "driver/device_key.h"
+
+#include <cstdlib>
+#include <sstream>
+
+namespace pavonix::ce {
+
+namespace {
+
+std::string Ask(const std::string &command)
+{
+    const std::optional<std::string> answer = e2e::TheSuite().caller->Ask(command);
+    if (!answer) {
+        ADD_FAILURE() << "the runner died: " << e2e::TheSuite().caller->Complaints();
+    }
+    return answer.value_or("");
+}
+
+// "word name=number name=number"
+Counts ReadCounts(const std::string &line)
+{
+    std::istringstream words(line);
+    Counts counts;
+    for (std::string word; words >> word;) {
+        const std::size_t sign = word.find('=');
+        if (sign != std::string::npos) {
+            counts[word.substr(0, sign)] = std::atoi(word.c_str() + sign + 1);
+        }
+    }
+    return counts;
+}
+
+} // namespace
+
+RunnerCommand &TheRunner()
+{
+    static RunnerCommand command;
+    return command;
+}
+
+Counts Stats()
+{
+    return ReadCounts(Ask("stats"));
+}
+
+Counts ImportCalls()
+{
+    return ReadCounts(Ask("count"));
+}
+
+int Calm()
+{
+    std::istringstream words(Ask("calm"));
+    std::string calm;
+    int faults = -1;
+    words >> calm >> faults;
+    return faults;
+}
+
+bool FailOnce(const std::string &name, int nth)
+{
+    return Ask("fail " + name + " " + std::to_string(nth) + " once") == "ok";
+}
+
+DeviceTest::DeviceTest(int bits) : folder_(e2e::TheSuite().scratch)
+{
+    const e2e::DeviceKey key(bits);
+    e2e::WriteFile(folder_.path() + "/profile.txt", std::string(e2e::kIdentity) + "Public-Key: " + key.PublicXml() +
+                                                        "\nPrivate-Key: " + key.PrivateXml() + "\n");
+}
+
+int DeviceTest::Call(e2e::Export function, int port)
+{
+    const std::vector<int> words[] = {{0, 0, 1, 2, 3, 4, 5}, {0, 0, 1, 2}, {0, 0, 1, 2, 0}};
+    const auto answer = e2e::MakeCall({.function = function,
+                                       .profile = e2e::LibraryPath(e2e::Flavour::kCe, folder_.path() + "/profile.txt"),
+                                       .words = words[static_cast<int>(function)],
+                                       .target = e2e::LibraryPath(e2e::Flavour::kCe, Target()),
+                                       .force = 1,
+                                       .url = u"http://127.0.0.1/goods",
+                                       .port = port});
+    return answer ? answer->result : -1;
+}
+
+} // namespace pavonix::ce
