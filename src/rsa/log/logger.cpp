@@ -32,7 +32,7 @@ std::unique_ptr<LogEntry2> MakeTagged(LogEntryKind kind, const char *tag)
         entry->tag().Trim();
         entry->tag().ReplaceChar(' ', '_');
     }
-    return entry;
+    return entry != nullptr && entry->tag().complete() ? std::move(entry) : nullptr;
 }
 
 // "%x"
@@ -64,7 +64,7 @@ void Logger::MakeRoot()
 // Null when the entry was dropped.
 LogEntry2 *Logger::Attach(Entry entry)
 {
-    const bool whole = entry != nullptr && entry->tag().complete() && entry->content().complete();
+    const bool whole = entry != nullptr && entry->content().complete();
     if (!whole || current_ == nullptr || !current_->AddChild(entry.get())) {
         return nullptr;
     }

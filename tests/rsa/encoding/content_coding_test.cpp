@@ -63,10 +63,10 @@ TEST_F(ContentCodingTest, QuotedPrintableLines)
         {"end \r\ntab\t\r\n ", "end=20\r\ntab=09\r\n=20"},
         {"a\rb\nc\r\r\nd", "a=0Db=0Ac=0D\r\nd"},
         {std::string(71, 'x'), std::string(71, 'x')},
-        {std::string(72, 'x'), std::string(71, 'x') + "=\r\nx"},
+        {std::string(150, 'x'), std::string(71, 'x') + "=\r\n" + std::string(71, 'x') + "=\r\nxxxxxxxx"},
         {std::string(68, 'x') + "\xFF", std::string(68, 'x') + "=FF"},
         {std::string(69, 'x') + "\xFF", std::string(69, 'x') + "=\r\n=FF"},
-        {std::string(71, 'x') + "\r\n", std::string(71, 'x') + "\r\n"},
+        {std::string(71, 'x') + "\r\nyy", std::string(71, 'x') + "\r\nyy"},
     };
     for (const auto &row : rows) {
         StringBuffer text;

@@ -1,6 +1,7 @@
 #include "rsa/log/log_rendering.h"
 
 #include "rsa/text/allocate.h"
+#include "support/tap.h"
 
 #include <gtest/gtest.h>
 
@@ -93,7 +94,7 @@ TEST(LogRendering, CdataIsPutAroundContentThatNeedsIt)
         {"a\tb", "<![CDATA[a\tb]]>"},
         {"x<![CDATA[a&b]]>y", "x<![CDATA[a&b]]>y"},
         {"]]> <![CDATA[", "]]> <![CDATA["},
-        {"<![CDATA[", "<![CDATA[<![CDATA[]]>"},
+        {"<![CDATA[]]", "<![CDATA[<![CDATA[]]]]>"},
         {"]]>", "<![CDATA[]]>]]>"},
     };
     for (const LogEntryKind kind : {LogEntryKind::kError, LogEntryKind::kInfo, LogEntryKind::kData}) {
@@ -109,7 +110,8 @@ TEST(LogRendering, CdataIsPutAroundContentThatNeedsIt)
 
 TEST(LogRendering, DepthAndBreadthNeedNoStack)
 {
-    auto *root = new LogEntry2(LogEntryKind::kContext);
+    const tap::Holdings before = tap::Held();
+    LogEntry2 *root = AllocateObject<LogEntry2>(LogEntryKind::kContext);
     LogEntry2 *innermost = root;
     for (int i = 0; i < 100000; ++i) {
         innermost = Add(innermost, LogEntryKind::kContext, "c", "");
@@ -121,6 +123,7 @@ TEST(LogRendering, DepthAndBreadthNeedNoStack)
     EXPECT_EQ(xml.size(), 4 + 100000 * 5 + 15 * 1000 + 10 + 2 * 90 + 3 * 900 + 5 + 100000 * 6);
     EXPECT_NE(xml.find("<info>998</info>\r\n<info>999</info>\r\n</c>\r\n"), std::string::npos);
     delete root;
+    EXPECT_EQ(tap::Held(), before);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -164,10 +165,24 @@ void LogSomeContexts(LogBase &log)
     }
     log.logDataLong("between", 7);
     log.logDataValue("bytes", std::string(300, 'x').data(), 300);
+    log.logData(std::string(300, 't').c_str(), "long tag");
+}
+
+// The lines, whatever contexts they stand in.
+std::set<std::string> LinesOf(LogBase &log)
+{
+    std::set<std::string> lines;
+    std::istringstream text(TextOf(log));
+    for (std::string line; std::getline(text >> std::ws, line);) {
+        lines.insert(line);
+    }
+    return lines;
 }
 
 TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
 {
+    LogSomeContexts(log_);
+    const std::set<std::string> whole = LinesOf(log_);
     const tap::Holdings before = tap::Held();
     bool happened = true;
     for (int nth = 1; happened; ++nth) {
@@ -180,6 +195,9 @@ TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
             log.getLogText(&text);
             happened = tap::FaultHappened();
             tap::FailNone();
+            for (const std::string &line : LinesOf(log)) {
+                EXPECT_TRUE(whole.count(line)) << line; // no entry is there in part
+            }
             log.logInfo("after");
             const std::string rendered = TextOf(log);
             // Without its root a log is empty until it is cleared.
@@ -197,6 +215,11 @@ TEST_F(LoggerTest, WhatALostContextHoldsGoesToTheOneAround)
     tap::FailNth(1, false); // the entry of "Outer"
     LogSomeContexts(log_);
     EXPECT_TRUE(TextOf(log_).starts_with("ZentorpLog:\r\n  inner\r\n  between: 7\r\n  bytes: 78")) << TextOf(log_);
+    tap::FailNth(1, false);
+    log_.enterContext("Lost");
+    log_.clear();
+    LogSomeContexts(log_);
+    EXPECT_TRUE(TextOf(log_).starts_with("ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n")) << TextOf(log_);
 }
 
 TEST_F(LoggerTest, ThreadsShareOneLog)
