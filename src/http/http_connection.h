@@ -69,7 +69,8 @@ public:
     int StartSocket();
     // `host` may carry ":port", which is ignored.
     int Connect(const char *host, std::uint32_t port);
-    // One send of the whole text.
+    // One send of the whole text; a text that lost a piece for want of memory is
+    // not sent.
     int Send(ZtString text);
     // One receive: the byte count, 0 when not connected, -1 at the end of the
     // stream or on an error.

@@ -77,6 +77,9 @@ int HttpConnection::Connect(const char *host, std::uint32_t port)
 
 int HttpConnection::Send(ZtString text)
 {
+    if (!text.complete()) {
+        return 0; // a request that lost text for want of memory could ask for something else
+    }
     return platform::SendSocket(socket_, text.c_str(), text.length()) == platform::kSocketError ? 0 : 1;
 }
 

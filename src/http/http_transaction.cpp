@@ -33,17 +33,17 @@ int HttpConnection::Transact(const char *method, const char *url, ZtByteData *re
         return 0;
     }
     BuildRequest(method, url, 0);
-    if (!request_.complete() || !headers_.complete()) {
-        return 0; // a request that lost text must not be sent, and nothing will be answered
-    }
     const int sent = Send(request_);
     platform::SetSocketOption(socket_, platform::kSolSocket, platform::kSoKeepAlive, &kKeepAliveValue,
                               sizeof kKeepAliveValue);
+    if (sent == 0) {
+        return 0; // nobody will answer, and waiting has no time-out
+    }
     ReceiveHead();
     const std::uint32_t count =
         contentLength_ == 0 || contentLength_ > kFirstReception ? kFirstReception : contentLength_;
     CopyResponsePrefix(headArea_, reply, static_cast<std::int32_t>(count));
-    return sent;
+    return 1;
 }
 
 } // namespace pavonix

@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "profile/process_state.h"
+#include "rsa/cipher/zt_rsa.h"
 
 namespace pavonix {
 
@@ -13,9 +14,13 @@ constexpr std::int32_t kFractionDivisor = 999; // not 1000; servers only see tha
 
 int SetUpRsa(const ZtString &publicKeyXml, const ZtString &privateKeyXml)
 {
+    Rsa().put_OAEP(true);
+    Rsa().put_EncodingMode("base64");
     if (Profile().publicKeyXml().isEmpty()) {
         Profile().SetKeys(publicKeyXml, privateKeyXml);
     }
+    (void)Rsa().ImportPublicKey(publicKeyXml.c_str());
+    (void)Rsa().ImportPrivateKey(privateKeyXml.c_str());
     return 1;
 }
 
@@ -29,6 +34,15 @@ TimestampText MakeTimestamp()
     text.Append(" ").AppendDecimal(now.hour).Append(":").AppendDecimal(now.minute).Append(":");
     text.AppendDecimal(now.second).Append(".").AppendDecimal(ticks % kFractionDivisor, 3);
     return text;
+}
+
+ZtString MakeUserCert()
+{
+    ZtString token;
+    if (!Rsa().EncryptStringENC(MakeTimestamp().c_str(), true, &token) || !token.complete()) {
+        token.Clear(); // also when only a piece of it found memory
+    }
+    return token;
 }
 
 } // namespace pavonix

@@ -18,4 +18,8 @@ int SetUpRsa(const ZtString &publicKeyXml, const ZtString &privateKeyXml);
 // second apart. From 24.9 days of uptime on they carry a minus sign.
 TimestampText MakeTimestamp();
 
+// The "User-Cert" token: the time, encrypted with the device's private key, in
+// base64. Empty when that fails.
+ZtString MakeUserCert();
+
 } // namespace pavonix

@@ -7,6 +7,9 @@
 
 namespace pavonix {
 
+class ZtRsa;
+
 DeviceProfile &Profile();
+ZtRsa &Rsa();
 
 } // namespace pavonix

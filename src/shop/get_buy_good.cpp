@@ -1,7 +1,13 @@
+#include "http/header_value.h"
 #include "pavonix/pavonix.h"
+#include "platform/code_pages.h"
+#include "profile/credentials.h"
 #include "shop/export.h"
+#include "shop/shop_call.h"
 
 #include <cstddef>
+#include <cstring>
+#include <memory>
 
 static_assert(sizeof(BuyGoodRequest) == 20 && offsetof(BuyGoodRequest, type) == 8 &&
               offsetof(BuyGoodRequest, id) == 12 && offsetof(BuyGoodRequest, force) == 16);
@@ -9,9 +15,90 @@ static_assert(offsetof(BuyGoodResult, errorCode) == 8 && offsetof(BuyGoodResult,
               offsetof(BuyGoodResult, serverTimestamp) == 524);
 static_assert(offsetof(BuyGoodRoomyResult, message) == 12 && offsetof(BuyGoodRoomyResult, serverTimestamp) == 524);
 
-// Purchases need the token, which needs the RSA engine: until then, no call.
-PAVONIX_EXPORT int PAVONIX_CALL GetBuyGood(const PavonixChar *, const BuyGoodRequest *, BuyGoodResult *,
-                                           const PavonixChar *, int)
+namespace pavonix {
+
+namespace {
+
+constexpr std::int32_t kErrorNone = 0;         // the server says more in the body
+constexpr std::int32_t kErrorClockIsOff = 906; // the server sends its own time
+
+void AddFormNumber(HttpConnection *connection, const char *name, std::int32_t value)
 {
-    return PAVONIX_FAILED;
+    FixedText<256> text;
+    text.AppendDecimal(value);
+    connection->AddFormField(name, text.c_str());
+}
+
+void AddForm(HttpConnection *connection, const BuyGoodRequest &request)
+{
+    AddFormNumber(connection, "type", request.type);
+    AddFormNumber(connection, "id", request.id);
+    AddFormNumber(connection, "force", request.force);
+    FixedText<16> length;
+    length.AppendDecimal(connection->GetFormBody().length());
+    connection->AddHeader("Content-Length", length.c_str());
+}
+
+// Writes a text of the reply into the caller's record, in its full length. A text
+// of the reply has less than kFirstReception characters.
+void WriteWide(const char *text, PavonixChar *target)
+{
+    const int length = static_cast<int>(std::strlen(text));
+    const int units = platform::BytesToWide(platform::kAnsiCodePage, text, length, target, kFirstReception);
+    target[units > 0 ? units : 0] = 0;
+}
+
+void WriteVerdict(const HttpConnection &connection, BuyGoodResult *result)
+{
+    const char *head = connection.GetHeadBuffer();
+    const std::unique_ptr<char[]> code(GetHeaderValue(head, "X-Error-Code"));
+    const std::unique_ptr<char[]> message(GetHeaderValue(head, "X-Error-Message"));
+    result->errorCode = code == nullptr ? kErrorNone : ParseDecimal(code.get());
+    if (message != nullptr) {
+        WriteWide(message.get(), result->message);
+    }
+    if (result->errorCode == kErrorClockIsOff) {
+        const std::unique_ptr<char[]> timestamp(GetHeaderValue(head, "X-Server-Timestamp"));
+        if (timestamp != nullptr) {
+            WriteWide(timestamp.get(), result->serverTimestamp);
+        }
+    } else if (result->errorCode == kErrorNone) {
+        WriteWide(connection.GetBodyPrefix(), result->message);
+    }
+}
+
+int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResult *result, const UrlText &url, int port)
+{
+    HttpConnection connection;
+    const CallIdentity identity(profilePath);
+    identity.AddTo(&connection);
+    connection.AddHeader("User-Cert", MakeUserCert().c_str());
+    AddForm(&connection, request);
+
+    ZtByteData reply; // the connection holds all that is read
+    if (connection.Post(url.c_str(), &reply, static_cast<std::uint32_t>(port)) == 0) {
+        connection.Close();
+        connection.Reset();
+        return PAVONIX_FAILED;
+    }
+    const std::int32_t status = ReplyStatus(connection);
+    if (status != PAVONIX_OK && result != nullptr) {
+        WriteVerdict(connection, result);
+    }
+    connection.Reset();
+    return status;
+}
+
+} // namespace
+
+} // namespace pavonix
+
+PAVONIX_EXPORT int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request,
+                                           BuyGoodResult *result, const PavonixChar *baseUrl, int port)
+{
+    pavonix::UrlText url;
+    if (request == nullptr || !pavonix::ConvertBaseUrl(baseUrl, &url)) {
+        return PAVONIX_FAILED;
+    }
+    return pavonix::Buy(profilePath, *request, result, url, port);
 }

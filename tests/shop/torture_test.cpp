@@ -1,6 +1,7 @@
 // Every allocation and every platform call of a call fails, once and ever after:
 // no crash, nothing left behind, a documented result, and the next call works.
 #include "pavonix/pavonix.h"
+#include "support/device_profile_file.h"
 #include "support/sandbox.h"
 #include "support/tap.h"
 
@@ -22,7 +23,7 @@ protected:
     // `check` gets the result of the faulted run.
     void Run(const std::function<int()> &call, const std::function<void(int result)> &check)
     {
-        const tap::Holdings before = tap::Held();
+        const tap::Holdings before = HeldAfterADownload();
         int nth = 1;
         for (bool happened = true; happened; ++nth) {
             SCOPED_TRACE("fault " + std::to_string(nth));
@@ -32,11 +33,19 @@ protected:
             happened = tap::FaultHappened();
             tap::FailNone();
             check(result);
-            ASSERT_TRUE(tap::Held() == before);
             ASSERT_EQ(call(), 200) << "the next call";
+            ASSERT_TRUE(HeldAfterADownload() == before);
         }
         RecordProperty("faults", nth - 2);
         EXPECT_GT(nth, 50);
+    }
+
+    // What the process-wide component holds (key, log) depends on the last call
+    // alone, and a purchase's log on its random bytes.
+    tap::Holdings HeldAfterADownload()
+    {
+        EXPECT_EQ(Download(), 200);
+        return tap::Held();
     }
 
     int Download()
@@ -46,6 +55,17 @@ protected:
         tap::UsePeer(&peer);
         const OneGoodRequest request = {0, 0, 1, 7};
         return GetOneGoodXml(profile.c_str(), &request, box.Path("new/f").c_str(), 1, u"http://shop/good", 80);
+    }
+
+    // `request` gets what was sent.
+    int Buy(std::string *request)
+    {
+        tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+        tap::UsePeer(&peer);
+        const BuyGoodRequest good = {0, 0, 1, 7, 0};
+        const int result = GetBuyGood(DeviceProfilePath().c_str(), &good, nullptr, u"http://shop/buy", 80);
+        *request = peer.received;
+        return result;
     }
 
     Sandbox box;
@@ -68,6 +88,26 @@ TEST_P(Torture, OfADownload)
         }
     };
     Run([this] { return Download(); }, check);
+}
+
+// A request leaves whole or not at all; a token that could not be made is empty.
+TEST_P(Torture, OfAPurchase)
+{
+    std::string sent;
+    int tokens = 0, without = 0;
+    const auto check = [&](int result) {
+        EXPECT_TRUE(result == 200 || result == 0) << result;
+        if (result == 200) {
+            EXPECT_TRUE(sent.ends_with("Content-Length: 19\r\n\r\ntype=1&id=7&force=0\r\n")) << sent;
+            const std::size_t start = sent.find("User-Cert: ") + 11;
+            const std::size_t length = sent.find("\r\n", start) - start;
+            EXPECT_TRUE(length == 172 || length == 0) << "128 bytes in base64, or nothing: " << length;
+            tokens += length == 172;
+            without += length == 0;
+        }
+    };
+    Run([&] { return Buy(&sent); }, check);
+    EXPECT_TRUE(GetParam() || (tokens > 0 && without > 0));
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, Torture, testing::Values(false, true),

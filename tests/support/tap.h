@@ -27,7 +27,7 @@ bool FaultHappened();
 
 // --- What the library holds, to be compared before and after.
 struct Holdings {
-    int blocks = 0;   // allocations
+    int blocks = 0; // allocations
     int sockets = 0;
     int streams = 0;
     int searches = 0;
@@ -40,8 +40,8 @@ std::int64_t PeakBytes(); // largest sum of the library's allocations since Rese
 
 // --- A scripted peer in place of the network.
 struct ScriptedPeer {
-    std::vector<std::string> replies;  // one for each receive; after them the peer has closed
-    std::string received;              // what the library sent
+    std::vector<std::string> replies; // one for each receive; after them the peer has closed
+    std::string received;             // what the library sent
     std::size_t next = 0;
 };
 // Sockets answer from the script while `peer` is not null.
