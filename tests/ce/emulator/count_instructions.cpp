@@ -1,8 +1,8 @@
 // A plug-in of the emulator: counts the instructions that run inside the DLL's
 // image and writes "instructions N" to the emulator's log when the program ends.
 //
-// The runner is linked to the lowest addresses and all images are mapped far
-// above them, so an address tells whose code it is.
+// The runner is linked to the lowest addresses, images are mapped far above them,
+// and the kernel's helpers stand at the top: an address tells whose code it is.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -10,6 +10,7 @@
 namespace {
 
 constexpr std::uint64_t kAboveTheRunner = 0x10000000;
+constexpr std::uint64_t kKernelHelpers = 0xFFFF0000;
 
 std::uint64_t instructions = 0;
 
@@ -38,7 +39,8 @@ __attribute__((visibility("default"))) int qemu_plugin_version = 1;
 __attribute__((visibility("default"))) int qemu_plugin_install(PluginId id, const void *, int, char **)
 {
     qemu_plugin_register_vcpu_tb_trans_cb(id, [](PluginId, qemu_plugin_tb *block) {
-        if (qemu_plugin_tb_vaddr(block) >= kAboveTheRunner) {
+        const std::uint64_t address = qemu_plugin_tb_vaddr(block);
+        if (address >= kAboveTheRunner && address < kKernelHelpers) {
             qemu_plugin_register_vcpu_tb_exec_inline(block, kAddToCounter, &instructions,
                                                      qemu_plugin_tb_n_insns(block));
         }

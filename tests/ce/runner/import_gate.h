@@ -63,7 +63,7 @@ private:
         if (!gate_->NextCallFails()) {
             return Function(arguments...);
         }
-        SetLastErrorValue(kErrorInjected);
+        lastError = kErrorInjected;
         if constexpr (std::is_invocable_v<decltype(Failure), Arguments...>) {
             return Failure(arguments...);
         } else if constexpr (std::is_pointer_v<Result>) {

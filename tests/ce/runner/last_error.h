@@ -12,16 +12,10 @@ constexpr std::uint32_t kErrorNoMoreFiles = 18;
 constexpr std::uint32_t kErrorInvalidParameter = 87;
 constexpr std::uint32_t kErrorInsufficientBuffer = 122;
 constexpr std::uint32_t kErrorNotASocket = 10038;
-constexpr std::uint32_t kErrorConnectionReset = 10054;
 constexpr std::uint32_t kErrorWinsockNotStarted = 10093;
 constexpr std::uint32_t kErrorHostNotFound = 11001;
 
 inline std::uint32_t lastError = 0;
-
-inline void SetLastErrorValue(std::uint32_t error)
-{
-    lastError = error;
-}
 
 // Sets the error and answers `result`: a failing function's last line.
 template <typename Result>

@@ -77,6 +77,6 @@ struct RelocationBlock {
     std::uint32_t pageRva, size; // the size counts this header and the 16-bit entries behind it
 };
 
-enum RelocationType { kRelocationPadding = 0, kRelocationHighLow = 3, kRelocationArmMov32 = 5 };
+enum RelocationType { kRelocationPadding = 0, kRelocationHighLow = 3 };
 
 } // namespace pavonix::ce
