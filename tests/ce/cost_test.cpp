@@ -1,0 +1,46 @@
+// The work of a token on the device, in instructions: the same on every machine
+// that runs this, whatever else it is doing.
+#include "device_test.h"
+#include "driver/flavour.h"
+
+#include <cstdlib>
+#include <iostream>
+
+namespace pavonix::ce {
+
+namespace {
+
+class Cost : public DeviceTest {
+protected:
+    // The instructions inside the DLL of a process that asks for `purchases`.
+    // Nobody listens on the port, so a purchase is its token and little more.
+    long InstructionsOf(int purchases)
+    {
+        const std::string log = e2e::TheSuite().scratch + "/instructions.txt";
+        auto counting = std::make_unique<e2e::CallerProcess>(
+            std::vector<std::string>{TheRunner().emulator, "-plugin", TheRunner().countingPlugin, "-d", "plugin", "-D",
+                                     log, TheRunner().runner, TheRunner().dll},
+            log + ".errors");
+        std::swap(counting, e2e::TheSuite().caller);
+        for (int i = 0; i < purchases; ++i) {
+            EXPECT_EQ(0, Call(e2e::Export::kBuy, 1));
+        }
+        std::swap(counting, e2e::TheSuite().caller);
+        EXPECT_TRUE(counting->Quit());
+        const std::string text = e2e::ReadFile(log);
+        return std::atol(text.substr(text.find(' ') + 1).c_str());
+    }
+};
+
+TEST_F(Cost, OfAToken)
+{
+    const long one = InstructionsOf(1), three = InstructionsOf(3);
+    const long token = (three - one) / 2;
+    std::cout << "instructions of a 1024-bit token: " << token << std::endl;
+    EXPECT_GT(token, 1000000);
+    EXPECT_LT(token, 1000000000);
+}
+
+} // namespace
+
+} // namespace pavonix::ce
