@@ -10,8 +10,11 @@
 #ifndef PAVONIX_PAVONIX_H
 #define PAVONIX_PAVONIX_H
 
-/* PavonixChar: one UTF-16 code unit, 16 bits, in the machine's byte order. */
-#if defined(_WIN32)
+/* PavonixChar: one UTF-16 code unit, 16 bits, in the machine's byte order. It is
+ * wchar_t wherever that has 16 bits, which gcc -fshort-wchar brings to Linux: texts
+ * can then be written L"so".
+ */
+#if defined(_WIN32) || defined(_WIN32_WCE) || (defined(__SIZEOF_WCHAR_T__) && __SIZEOF_WCHAR_T__ == 2)
 #include <stddef.h>
 typedef wchar_t PavonixChar;
 #elif defined(__cplusplus) && __cplusplus >= 201103L

@@ -1,3 +1,0 @@
-User-Agent: H/1
-User-Serial: S1
-User-Id: 42

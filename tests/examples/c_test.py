@@ -1,0 +1,60 @@
+"""The header in every language an application may be written in, and the C example at work."""
+
+import unittest
+
+from scripted_shop import SOURCE, PROGRAMS, ExampleTest, reply, run
+
+INCLUDE = ["-I", SOURCE / "include"]
+STRICT = ["-pedantic-errors", "-Wall", "-Wextra", "-Wshadow", "-Werror"]
+LANGUAGES = [("gcc", "c", "c89"), ("gcc", "c", "c17"), ("g++", "c++", "c++98"), ("g++", "c++", "c++20")]
+TARGETS = [("", []), ("", ["-fshort-wchar"]), ("x86_64-w64-mingw32-", []), ("i686-w64-mingw32-", [])]
+EXAMPLE = SOURCE / "examples/c/shop.c"
+
+# One negative size fails the compilation.
+LAYOUT = """
+#include <pavonix/pavonix.h>
+#include <stddef.h>
+#define MUST(name, holds) typedef char name[(holds) ? 1 : -1]
+MUST(unit, sizeof(PavonixChar) == 2);
+MUST(list, sizeof(GoodListRequest) == 28 && offsetof(GoodListRequest, max) == 24);
+MUST(good, sizeof(OneGoodRequest) == 16 && offsetof(OneGoodRequest, id) == 12);
+MUST(buy, sizeof(BuyGoodRequest) == 20 && offsetof(BuyGoodRequest, force) == 16);
+MUST(code, offsetof(BuyGoodResult, errorCode) == 8 && offsetof(BuyGoodResult, message) == 12);
+MUST(timestamp, offsetof(BuyGoodResult, serverTimestamp) == 524);
+MUST(room, sizeof(BuyGoodResult) == 652 && sizeof(BuyGoodRoomyResult) == 2572);
+"""
+
+
+class CTest(ExampleTest):
+    def test_header_and_example_compile(self):
+        layout = self.folder / "layout.c"
+        layout.write_text(LAYOUT)
+        for compiler, language, standard in LANGUAGES:
+            for prefix, options in TARGETS:
+                wide_texts = prefix or options  # where L"text" is what the calls take
+                for source in [layout, EXAMPLE] if wide_texts else [layout]:
+                    command = [prefix + compiler, "-x", language, f"-std={standard}", *STRICT, *options, *INCLUDE,
+                               "-c", source, "-o", self.folder / "made.o"]
+                    with self.subTest(" ".join(map(str, command))):
+                        self.assertEqual(run(*command), (0, []))
+
+    def test_readme_shows_the_example(self):
+        self.assertIn("```c\n" + EXAMPLE.read_text() + "```\n", (SOURCE / "README.md").read_text())
+
+    def test_example_stores_a_page(self):
+        program, body = self.folder / "try-shop", b"<goods>" + bytes(range(256)) * 20 + b"</goods>"
+        port = self.start_shop(reply("200 OK", body), reply("404 Not Found", b"nothing"))
+        source = EXAMPLE.read_text().replace("8080", str(port))
+        for compiler, language, standard in (LANGUAGES[0], LANGUAGES[2]):
+            self.assertEqual(run(compiler, "-x", language, f"-std={standard}", "-fshort-wchar", *INCLUDE, "-", "-o",
+                                 program, "-L", PROGRAMS, "-lpavonix", f"-Wl,-rpath,{PROGRAMS}",
+                                 input=source.encode()), (0, []))
+            expected = [(0, ["stored (200)"]), (1, ["not stored (404)"])][len(self.requests)]
+            self.assertEqual(run(program, cwd=self.folder), expected)
+            self.assertEqual((self.folder / "shop/list.xml").read_bytes(), body)
+        self.assertTrue(self.requests[0].startswith(
+            "GET /shop/list?type=1&category=0&sort=0&start=0&max=10 HTTP/1.1\r\nHost: 127.0.0.1\r\n"))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,67 @@
+"""What the tests of the examples share: a shop that answers from a script, and programs run beside it."""
+
+import os
+import pathlib
+import shutil
+import socket
+import subprocess
+import tempfile
+import threading
+import unittest
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+PROGRAMS = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
+
+
+def run(*arguments, **options):
+    """Runs a program to its end; answers its exit code and what it wrote, one line an element."""
+    done = subprocess.run([str(argument) for argument in arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          timeout=100, **options)
+    return done.returncode, done.stdout.decode("utf-8", "replace").replace("\r\n", "\n").splitlines()
+
+
+def reply(status, body, **headers):
+    """A whole reply; keywords are further headers, "_" standing for "-"."""
+    lines = [f"HTTP/1.1 {status}", f"Content-Length: {len(body)}"]
+    lines += [f"{name.replace('_', '-')}: {value}" for name, value in headers.items()]
+    return "\r\n".join(lines).encode("cp1252") + b"\r\n\r\n" + body
+
+
+class ExampleTest(unittest.TestCase):
+    """Gives each test a folder with a device profile in it, and a shop."""
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+        (self.folder / "shop").mkdir()
+        self.profile = self.folder / "shop" / "profile"
+        shutil.copy(SOURCE / "tests/data/device.profile", self.profile)
+
+    def start_shop(self, *replies):
+        """Answers its port. It gives one reply a connection and keeps what was asked in self.requests."""
+        self.requests = []
+        listener = socket.create_server(("127.0.0.1", 0))
+        self.addCleanup(listener.close)
+        threading.Thread(target=self._serve, args=(listener, replies), daemon=True).start()
+        return listener.getsockname()[1]
+
+    def _serve(self, listener, replies):
+        for bytes_ in replies:
+            connection, _ = listener.accept()
+            with connection:
+                connection.settimeout(60)
+                self.requests.append(self._read_request(connection))
+                connection.sendall(bytes_)
+
+    @staticmethod
+    def _read_request(connection):
+        """The whole request: closing with a byte unread would reset the connection."""
+        request = b""
+        while b"\r\n\r\n" not in request:
+            request += connection.recv(4096)
+        head, _, body = request.partition(b"\r\n\r\n")
+        length = [int(line[15:]) for line in head.split(b"\r\n") if line.startswith(b"Content-Length:")]
+        while length and len(body) < length[0] + 2:  # the line end behind a form is not counted
+            body += connection.recv(4096)
+        return (head + b"\r\n\r\n" + body).decode("cp1252")
