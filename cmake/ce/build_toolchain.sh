@@ -21,13 +21,13 @@ rm -rf "$work"
 mkdir -p "$work/build"
 echo "building $version for arm-mingw32ce, about two minutes; log: $work/log"
 {
-    tar -xf "$tarball" -C "$work"
-    cd "$work/build"
-    "../$version/configure" --target=arm-mingw32ce --prefix="$directory" --disable-nls --disable-werror \
-        --disable-gdb --disable-gprofng --disable-gprof --disable-shared --disable-plugins \
-        --enable-deterministic-archives
-    make -j2 MAKEINFO=true
-    make MAKEINFO=true install-strip-binutils install-strip-gas install-strip-ld
+    tar -xf "$tarball" -C "$work" &&
+        cd "$work/build" &&
+        "../$version/configure" --target=arm-mingw32ce --prefix="$directory" --disable-nls --disable-werror \
+            --disable-gdb --disable-gprofng --disable-gprof --disable-shared --disable-plugins \
+            --enable-deterministic-archives &&
+        make -j2 MAKEINFO=true &&
+        make MAKEINFO=true install-strip-binutils install-strip-gas install-strip-ld
 } >"$work/log" 2>&1 || { tail -n 20 "$work/log"; exit 1; }
 cd "$directory"
 cp "$work/log" log
