@@ -2,7 +2,7 @@
 # driver that makes COFF of its output; the rest is built by build_toolchain.sh.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR armv4t)
-set(PAVONIX_CE ON)
+set(PAVONIX_FLAVOUR ce)
 
 set(tools ${CMAKE_CURRENT_LIST_DIR}/../../build/toolchain-ce/bin)
 cmake_path(NORMAL_PATH tools)

@@ -3,19 +3,16 @@
 # its import libraries for GNU tools (libPAVONIX.dll.a) and for Microsoft's
 # linkers (PAVONIX.lib).
 set(definition ${CMAKE_CURRENT_LIST_DIR}/pavonix.def)
-if(PAVONIX_CE)
+set(machine ${PAVONIX_FLAVOUR})
+if(PAVONIX_FLAVOUR STREQUAL "ce")
   set(machine thumb) # as device projects expect, though the code is in ARM state
-elseif(CMAKE_SIZEOF_VOID_P EQUAL 8)
-  set(machine x64)
-else()
-  set(machine x86)
+elseif(PAVONIX_FLAVOUR STREQUAL "x86")
   set(definition ${CMAKE_CURRENT_LIST_DIR}/pavonix_x86.def)
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/version.rc)
 configure_file(${definition} ${PROJECT_BINARY_DIR}/PAVONIX.def COPYONLY)
 target_sources(pavonix PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/PAVONIX.def)
-set_target_properties(pavonix PROPERTIES
-    PREFIX "" OUTPUT_NAME PAVONIX RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR})
+set_target_properties(pavonix PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX)
 
 # Sections by function let the linker leave out what is not reached; without
 # time stamps the same sources give the same bytes.
@@ -24,7 +21,7 @@ target_compile_options(tommath PRIVATE -ffunction-sections -fdata-sections)
 target_link_options(pavonix PRIVATE -Wl,--gc-sections -Wl,--no-insert-timestamp -Wl,--kill-at -Wl,--strip-all
                     -Wl,-Map,${PROJECT_BINARY_DIR}/PAVONIX.map)
 
-if(PAVONIX_CE)
+if(PAVONIX_FLAVOUR STREQUAL "ce")
   include(${CMAKE_CURRENT_LIST_DIR}/../ce/dll.cmake)
 else()
   target_link_libraries(pavonix PRIVATE ws2_32 advapi32)

@@ -63,7 +63,15 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
 
 int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
 {
-    return length > 0 ? MultiByteToWideChar(codePage, 0, bytes, length, text, room) : 0;
+    if (length <= 0) {
+        return 0;
+    }
+    const int needed = MultiByteToWideChar(codePage, 0, bytes, length, nullptr, 0);
+    if (room == 0) {
+        return needed;
+    }
+    // asked beforehand, because Wine fills too little room with half a pair and calls it done
+    return needed <= room ? MultiByteToWideChar(codePage, 0, bytes, length, text, room) : 0;
 }
 
 } // namespace pavonix::platform
