@@ -181,8 +181,8 @@ private:
 
     static bool NeedsCdata(const StringBuffer &content)
     {
-        const bool special = std::strpbrk(content.c_str(), "\n\t&><") != nullptr;
-        return special && !(content.Contains("<![CDATA[") && content.Contains("]]>"));
+        const bool markup = std::strpbrk(content.c_str(), "\n\t&><") != nullptr;
+        return markup && !(content.Contains("<![CDATA[") && content.Contains("]]>"));
     }
 };
 
