@@ -15,8 +15,8 @@ PROGRAMS = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
 
 def run(*arguments, **options):
     """Runs a program to its end; answers its exit code and what it wrote, one line an element."""
-    done = subprocess.run([str(argument) for argument in arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                          timeout=100, **options)
+    options = {"stderr": subprocess.STDOUT, **options}
+    done = subprocess.run([str(argument) for argument in arguments], stdout=subprocess.PIPE, timeout=100, **options)
     return done.returncode, done.stdout.decode("utf-8", "replace").replace("\r\n", "\n").splitlines()
 
 

@@ -1,0 +1,74 @@
+// The library loaded at run time, for Windows CE and desktop Windows. C++98 without
+// exceptions, as eVC4 and Visual Studio 2005 have it.
+#ifndef SHOP_CLIENT_H
+#define SHOP_CLIENT_H
+
+#include <windows.h>
+
+#include <pavonix/pavonix.h>
+
+#ifdef UNDER_CE
+#define EXPORT_NAME(name) L##name // GetProcAddress takes wide names on the device
+#else
+#define EXPORT_NAME(name) name
+#endif
+
+class ShopClient {
+public:
+    ShopClient() : library_(NULL), list_(NULL), good_(NULL), buy_(NULL) {}
+    ~ShopClient()
+    {
+        if (library_ != NULL) {
+            FreeLibrary(library_);
+        }
+    }
+
+    // file: the whole path, or "PAVONIX.dll" alone for the system's search, which
+    // looks beside the program and in \Windows. False when there is no such library.
+    bool Load(const wchar_t *file)
+    {
+        library_ = LoadLibraryW(file);
+        if (library_ == NULL) {
+            return false;
+        }
+        list_ = reinterpret_cast<ListFunction>(GetProcAddress(library_, EXPORT_NAME("GetGoodListXml")));
+        good_ = reinterpret_cast<GoodFunction>(GetProcAddress(library_, EXPORT_NAME("GetOneGoodXml")));
+        buy_ = reinterpret_cast<BuyFunction>(GetProcAddress(library_, EXPORT_NAME("GetBuyGood")));
+        return list_ != NULL && good_ != NULL && buy_ != NULL;
+    }
+
+    // What they take and answer stands in pavonix.h. One call at a time.
+    int GetList(const wchar_t *profile, const GoodListRequest &page, const wchar_t *target, bool force,
+                const wchar_t *url, int port)
+    {
+        return list_(profile, &page, target, force ? 1 : 0, url, port);
+    }
+    int GetGood(const wchar_t *profile, const OneGoodRequest &good, const wchar_t *target, bool force,
+                const wchar_t *url, int port)
+    {
+        return good_(profile, &good, target, force ? 1 : 0, url, port);
+    }
+    int Buy(const wchar_t *profile, const BuyGoodRequest &good, BuyGoodRoomyResult *result, const wchar_t *url,
+            int port)
+    {
+        return buy_(profile, &good, reinterpret_cast<BuyGoodResult *>(result), url, port);
+    }
+
+private:
+    typedef int(PAVONIX_CALL *ListFunction)(const wchar_t *, const GoodListRequest *, const wchar_t *, int,
+                                            const wchar_t *, int);
+    typedef int(PAVONIX_CALL *GoodFunction)(const wchar_t *, const OneGoodRequest *, const wchar_t *, int,
+                                            const wchar_t *, int);
+    typedef int(PAVONIX_CALL *BuyFunction)(const wchar_t *, const BuyGoodRequest *, BuyGoodResult *,
+                                           const wchar_t *, int);
+
+    ShopClient(const ShopClient &);
+    ShopClient &operator=(const ShopClient &);
+
+    HMODULE library_;
+    ListFunction list_;
+    GoodFunction good_;
+    BuyFunction buy_;
+};
+
+#endif

@@ -1,0 +1,84 @@
+// The shop client for managed applications: .NET Compact Framework 2.0 and later, the
+// desktop's .NET Framework, and Mono. Written in C# 2.0, which Visual Studio 2005 has.
+//
+// Records cross as arrays of numbers and bytes, not as marshalled structures: arrays
+// of plain values are handed over as they are by every one of these runtimes, while
+// what each makes of a text inside a structure differs.
+using System;
+using System.Runtime.InteropServices;
+using System.Text;
+
+namespace Pavonix
+{
+    // What a server said to a purchase that it refused.
+    public class Verdict
+    {
+        public int Status;             // what the call returned
+        public int ErrorCode;          // 0: the server sent none
+        public string Message;
+        public string ServerTimestamp; // for code 906, otherwise empty
+    }
+
+    // One call at a time: the library's calls share their state and take no lock.
+    public static class PavonixClient
+    {
+        public const int Failed = 0; // no reply
+        public const int Kept = 1;   // the file exists and force was false
+        public const int Ok = 200;   // any other result is the HTTP status
+        public const int ClockIsOff = 906;
+
+        // Offsets in the result record, in bytes. It has room for the longest reply
+        // that the library can hold, so that no server can overrun it; an overlong
+        // message runs on into the room of the timestamp.
+        const int CodeAt = 8;
+        const int MessageAt = 12;
+        const int TimestampAt = 524;
+        const int RecordSize = TimestampAt + 2 * 1024;
+
+        public static int GetGoodList(string profile, int type, int category, int sort, int start, int max,
+                                      string target, bool force, string url, int port)
+        {
+            int[] request = new int[] { 0, 0, type, category, sort, start, max };
+            return GetGoodListXml(profile, request, target, force ? 1 : 0, url, port);
+        }
+
+        public static int GetOneGood(string profile, int type, int id, string target, bool force, string url, int port)
+        {
+            int[] request = new int[] { 0, 0, type, id };
+            return GetOneGoodXml(profile, request, target, force ? 1 : 0, url, port);
+        }
+
+        public static Verdict Buy(string profile, int type, int id, bool force, string url, int port)
+        {
+            int[] request = new int[] { 0, 0, type, id, force ? 1 : 0 };
+            byte[] record = new byte[RecordSize];
+            Verdict verdict = new Verdict();
+            verdict.Status = GetBuyGood(profile, request, record, url, port);
+            verdict.ErrorCode = BitConverter.ToInt32(record, CodeAt);
+            verdict.Message = TextAt(record, MessageAt);
+            verdict.ServerTimestamp = verdict.ErrorCode == ClockIsOff ? TextAt(record, TimestampAt) : "";
+            return verdict;
+        }
+
+        // Header values come with the blank that follows the colon.
+        static string TextAt(byte[] record, int offset)
+        {
+            int end = offset;
+            while (end < record.Length && BitConverter.ToInt16(record, end) != 0)
+            {
+                end += 2;
+            }
+            return Encoding.Unicode.GetString(record, offset, end - offset).Trim();
+        }
+
+        [DllImport("PAVONIX.dll", CharSet = CharSet.Unicode)]
+        static extern int GetGoodListXml(string profile, int[] request, string target, int force, string url, int port);
+
+        [DllImport("PAVONIX.dll", CharSet = CharSet.Unicode)]
+        static extern int GetOneGoodXml(string profile, int[] request, string target, int force, string url, int port);
+
+        // [In, Out]: a runtime that copies the array copies it back too.
+        [DllImport("PAVONIX.dll", CharSet = CharSet.Unicode)]
+        static extern int GetBuyGood(string profile, int[] request, [In, Out] byte[] record, string url, int port);
+    }
+}

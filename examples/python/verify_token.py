@@ -1,0 +1,95 @@
+#!/usr/bin/env python3
+"""What a shop server does with the header "User-Cert" of a purchase; only the standard library is needed.
+
+Usage: verify_token.py PUBLIC-KEY.xml TOKEN [SECONDS]
+
+Ends with 0 when the token was made with the private key that belongs to the public key, by a device whose clock is
+off by no more than SECONDS (300); with 1 when it was not made with that key; with 3 when the clock is off.
+"""
+
+import base64
+import datetime
+import hashlib
+import re
+import sys
+import xml.etree.ElementTree
+
+
+class NotGenuine(Exception):
+    pass
+
+
+def read_public_key(xml_text):
+    """Answers modulus and public exponent of <RSAKeyValue>."""
+    root = xml.etree.ElementTree.fromstring(xml_text)
+    return [int.from_bytes(base64.b64decode(root.findtext(name)), "big") for name in ("Modulus", "Exponent")]
+
+
+def mask(seed, length):
+    """MGF1 with SHA-1 (RFC 8017, B.2.1)."""
+    digests = [hashlib.sha1(seed + i.to_bytes(4, "big")).digest() for i in range(length // 20 + 1)]
+    return b"".join(digests)[:length]
+
+
+def xor(left, right):
+    return bytes(a ^ b for a, b in zip(left, right))
+
+
+def decode_oaep(block):
+    """The message in an OAEP block with SHA-1 and an empty label (RFC 8017, 7.1.2, step 3)."""
+    seed, data = block[1:21], block[21:]
+    seed = xor(seed, mask(data, 20))
+    data = xor(data, mask(seed, len(data)))
+    label, rest = data[:20], data[20:].lstrip(b"\0")
+    if block[0] != 0 or label != hashlib.sha1(b"").digest() or rest[:1] != b"\1":
+        raise NotGenuine("a block does not decode")
+    return rest[1:]
+
+
+def open_token(token, modulus, exponent):
+    """Answers the text that the device encrypted with its private key."""
+    try:
+        ciphertext = base64.b64decode(token, validate=True)
+    except ValueError:
+        raise NotGenuine("not base64") from None
+    size = (modulus.bit_length() + 7) // 8
+    if not ciphertext or len(ciphertext) % size != 0:
+        raise NotGenuine("not whole blocks of the key's size")
+    text = b""
+    for start in range(0, len(ciphertext), size):
+        number = int.from_bytes(ciphertext[start:start + size], "big")
+        if number >= modulus:
+            raise NotGenuine("a block is not below the modulus")
+        text += decode_oaep(pow(number, exponent, modulus).to_bytes(size, "big"))
+    return text.decode("ascii", "replace")
+
+
+def parse_time(text):
+    """The device's local time, to the second: the three digits at the end, which may be negative, are no time."""
+    match = re.fullmatch(r"([0-9]+)-([0-9]+)-([0-9]+) ([0-9]+):([0-9]+):([0-9]+)\.-?[0-9]{3}", text)
+    try:
+        return datetime.datetime(*map(int, match.groups()))
+    except (AttributeError, ValueError, OverflowError):
+        raise NotGenuine("the text is no time") from None
+
+
+def main(key_file, token, seconds="300"):
+    with open(key_file, encoding="ascii") as file:
+        modulus, exponent = read_public_key(file.read())
+    try:
+        text = open_token(token, modulus, exponent)
+        difference = parse_time(text) - datetime.datetime.now()
+    except NotGenuine as reason:
+        print(f"not genuine: {reason}")
+        return 1
+    print(text)
+    if abs(difference.total_seconds()) > int(seconds):
+        print("the clock is off: refuse with error code 906 and the server's own time")
+        return 3
+    return 0
+
+
+if __name__ == "__main__":
+    if len(sys.argv) not in (3, 4):
+        sys.exit(__doc__)
+    sys.exit(main(*sys.argv[1:]))

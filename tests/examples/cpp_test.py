@@ -1,0 +1,31 @@
+"""The C++ caller, built as C++98 for both desktops and run with the 64-bit DLL under Wine."""
+
+import os
+import subprocess
+import unittest
+
+from scripted_shop import SOURCE, ExampleTest, reply, run
+
+
+class CppTest(ExampleTest):
+    def test_compiles_and_shops(self):
+        program = self.folder / "shop.exe"
+        for machine in ("i686", "x86_64"):
+            self.assertEqual(run(f"{machine}-w64-mingw32-g++", "-std=c++98", "-pedantic-errors", "-Wall", "-Wextra",
+                                 "-Wshadow", "-Werror", "-Wno-cast-function-type", "-municode", "-static",
+                                 "-I", SOURCE / "include", SOURCE / "examples/cpp/shop.cpp", "-o", program), (0, []))
+        page = b"<goods>" + b"x" * 5000 + b"</goods>"
+        refusal = reply("403 Forbidden", b"<error/>", X_Error_Code="906", X_Error_Message="The clock is off",
+                        X_Server_Timestamp="2026-11-21 9:7:3.042")
+        port = self.start_shop(reply("200 OK", page), reply("200 OK", b"<good/>"), refusal)
+        library = "Z:" + os.environ["PAVONIX_WINDOWS_DLL"].replace("/", "\\")
+        self.assertEqual(run(os.environ["WINE64"], program, library, "shop\\profile", "new", "http://127.0.0.1/shop",
+                             port, cwd=self.folder, stderr=subprocess.DEVNULL),
+                         (1, ["list: 200", "good: 200", "buy: 403", "code: 906", "message: The clock is off",
+                              "timestamp: 2026-11-21 9:7:3.042"]))
+        self.assertEqual((self.folder / "new/list.xml").read_bytes(), page)
+        self.assertTrue(self.requests[2].endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,49 @@
+"""The C# client, a managed caller, against libpavonix.so on Mono."""
+
+import unittest
+
+from scripted_shop import SOURCE, PROGRAMS, ExampleTest, reply, run
+
+
+class CsharpTest(ExampleTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.sources = [SOURCE / "examples/csharp" / name for name in ("PavonixClient.cs", "Shop.cs")]
+
+    def shop(self, *replies):
+        """Compiles the example as its oldest readers would, and runs it; answers its exit code and its lines."""
+        program = self.folder / "Shop.exe"
+        self.assertEqual(run("mcs", "-langversion:ISO-2", "-warn:4", "-warnaserror", f"-out:{program}",
+                             *self.sources), (0, []))
+        (self.folder / "Shop.exe.config").write_text(
+            f'<configuration><dllmap dll="PAVONIX.dll" target="{PROGRAMS}/libpavonix.so"/></configuration>')
+        port = self.start_shop(*replies)
+        return run("mono", program, "shop\\profile", "shöp", "http://127.0.0.1/shop", port, cwd=self.folder)
+
+    def test_download_and_refusals(self):
+        page, good = b"<goods>" + b"x" * 5000 + b"</goods>", b"<good/>"
+        refusal = reply("403 Forbidden", b"<error/>", X_Error_Code="906", X_Error_Message="Die Uhr geht nach, 5 €",
+                        X_Server_Timestamp="2026-11-21 9:7:3.042")
+        self.assertEqual(self.shop(reply("200 OK", page), reply("200 OK", good), refusal),
+                         (1, ["list: 200", "good: 200", "buy: 403", "code: 906", "message: Die Uhr geht nach, 5 €",
+                              "timestamp: 2026-11-21 9:7:3.042"]))
+        self.assertEqual((self.folder / "shöp/list.xml").read_bytes(), page)
+        self.assertEqual((self.folder / "shöp/good.xml").read_bytes(), good)
+        self.assertEqual([request.split(" HTTP")[0] for request in self.requests],
+                         ["GET /shop/list?type=1&category=0&sort=0&start=0&max=10", "GET /shop/good?type=1&id=7",
+                          "POST /shop/buy"])
+        self.assertTrue(self.requests[2].endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
+
+        # the good is there now; a message of more than its room stays inside the record
+        message = "m" * 900
+        self.assertEqual(self.shop(reply("404 Not Found", b""), reply("409 Conflict", b"", X_Error_Code="-8",
+                                                                        X_Error_Message=message)),
+                         (1, ["list: 404", "good: 1", "buy: 409", "code: -8", f"message: {message}", "timestamp: "]))
+
+        self.assertEqual(self.shop(reply("200 OK", page), reply("200 OK", b"<sold/>")),
+                         (0, ["list: 200", "good: 1", "buy: 200"]))
+
+
+if __name__ == "__main__":
+    unittest.main()
