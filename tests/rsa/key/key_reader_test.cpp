@@ -23,8 +23,8 @@ Import Read(const std::string &xml, RsaKey *key, bool verbose = false)
     log.getLogText(&text);
     std::string entries = text.c_str();
     entries.erase(0, entries.find('\n') + 1);
-    while (entries.find("\r\n") != std::string::npos) {
-        entries.replace(entries.find("\r\n"), 2, ";");
+    for (std::size_t end; (end = entries.find("\r\n")) != std::string::npos;) {
+        entries.replace(end, 2, 1, ';');
     }
     return {success, entries};
 }

@@ -1,0 +1,205 @@
+// The component through its facade: texts to ciphertexts that OpenSSL opens.
+#include "rsa/cipher/zt_rsa.h"
+#include "rsa/random/r250.h"
+#include "support/rsa_keys.h"
+#include "support/tap.h"
+
+#include <gtest/gtest.h>
+
+using namespace pavonix;
+using namespace pavonix::test;
+
+namespace {
+
+// Printable text, of any length.
+std::string Text(std::size_t length)
+{
+    std::string text;
+    while (text.size() < length) {
+        text.push_back(static_cast<char>(' ' + text.size() * 7 % 95));
+    }
+    return text;
+}
+
+std::string Log(ZtRsa *rsa)
+{
+    ZtString text;
+    rsa->get_LastErrorText(&text);
+    return text.c_str();
+}
+
+struct Encryption {
+    bool success;
+    std::string cipher; // bytes
+};
+
+Encryption Encrypt(ZtRsa *rsa, const std::string &text, bool privateKey)
+{
+    rsa->put_EncodingMode(" H e X ");
+    ZtString result("left over");
+    const bool success = rsa->EncryptStringENC(text.c_str(), privateKey, &result);
+    return {success, FromHex(result.c_str())};
+}
+
+std::string DecodeBlocks(const TestKey &key, const Encryption &encryption, bool privateKey, int padding)
+{
+    std::string text;
+    for (std::size_t at = 0; at < encryption.cipher.size(); at += key.size()) {
+        text += key.Decode(privateKey, padding, encryption.cipher.substr(at, key.size()));
+    }
+    return text;
+}
+
+} // namespace
+
+TEST(ZtRsa, BlocksOfEveryLengthOpenWithOpenSsl)
+{
+    const struct {
+        int bits;
+        bool oaep;
+        std::size_t length, blocks;
+    } rows[] = {
+        {1024, true, 0, 0},    {1024, true, 1, 1},    {1024, true, 86, 1},  {1024, true, 87, 2},  {1024, true, 300, 4},
+        {1024, false, 0, 0},   {1024, false, 117, 1}, {1024, false, 118, 2}, {1536, true, 150, 1}, {1536, true, 151, 2},
+        {2048, false, 245, 1}, {2048, false, 246, 2}, {344, true, 1, 1},    {344, true, 5, 5},    {368, true, 4, 1},
+        {368, true, 9, 3},     {96, false, 1, 1},     {96, false, 30, 30},
+    };
+    for (const auto &row : rows) {
+        const TestKey &key = KeyOfBits(row.bits);
+        ZtRsa rsa;
+        rsa.put_OAEP(row.oaep);
+        ASSERT_TRUE(rsa.ImportPublicKey(key.PublicXml().c_str()));
+        for (const bool privateKey : {false, true}) {
+            SCOPED_TRACE(std::to_string(row.bits) + " " + std::to_string(row.length));
+            if (privateKey) {
+                ASSERT_TRUE(rsa.ImportPrivateKey(key.PrivateXml().c_str()));
+            }
+            const std::string text = Text(row.length);
+            const Encryption encryption = Encrypt(&rsa, text, privateKey);
+            EXPECT_TRUE(encryption.success) << Log(&rsa);
+            EXPECT_EQ(encryption.cipher.size(), row.blocks * key.size());
+            const int padding = row.oaep ? RSA_PKCS1_OAEP_PADDING : RSA_PKCS1_PADDING;
+            EXPECT_EQ(DecodeBlocks(key, encryption, privateKey, padding), text);
+            EXPECT_TRUE(text.empty() || Encrypt(&rsa, text, privateKey).cipher != encryption.cipher);
+        }
+    }
+}
+
+TEST(ZtRsa, ABlockThatFailsDiscardsThoseBeforeIt)
+{
+    for (const int bits : {1025, 1031}) { // a first byte of zero is all but certain in 500 blocks
+        ZtRsa rsa;
+        ASSERT_TRUE(rsa.ImportPrivateKey(KeyOfBits(bits).PrivateXml().c_str()));
+        const Encryption encryption = Encrypt(&rsa, Text(500 * 118), false);
+        EXPECT_FALSE(encryption.success);
+        EXPECT_EQ(encryption.cipher, "");
+        EXPECT_NE(Log(&rsa).find("      Output of RSA encryption not equal to modulus size.\r\n      InLength: 129\r\n"
+                                 "      OutputLength: 128\r\n  "), std::string::npos) << Log(&rsa).substr(0, 2000);
+    }
+}
+
+TEST(ZtRsa, ByteOrderSwapsEachWord)
+{
+    for (const int bits : {1024, 344, 368}) { // tails of 0, 3 and 2 bytes
+        const TestKey &key = KeyOfBits(bits);
+        ZtRsa rsa;
+        rsa.put_OAEP(true);
+        ASSERT_TRUE(rsa.ImportPublicKey(key.PublicXml().c_str()));
+        ScriptSeed("twenty bytes of seed");
+        const std::string straight = Encrypt(&rsa, "x", false).cipher;
+        rsa.put_LittleEndian(false);
+        ScriptSeed("twenty bytes of seed");
+        const std::string swapped = Encrypt(&rsa, "x", false).cipher;
+        tap::Reset();
+        std::string expected;
+        for (std::size_t i = 0; i < straight.size(); i += 4) {
+            const std::string word = straight.substr(i, 4);
+            expected.append(word.rbegin(), word.rend());
+        }
+        EXPECT_EQ(ToHex(swapped), ToHex(expected));
+    }
+}
+
+TEST(ZtRsa, TextsCountInTheirCharset)
+{
+    const TestKey &key = KeyOfBits(1024);
+    const struct {
+        bool utf8;
+        std::int32_t codePage;
+        const char *text, *bytes; // no bytes: the text cannot be encrypted
+    } rows[] = {
+        {false, 1252, "\x80\xE4", "\x80\xE4"},       {true, 1252, "\xE2\x82\xAC", "\x80"},
+        {true, 28591, "\xE2\x82\xAC", "\x80"},       {true, 65001, "\xE2\x82\xAC", "\xE2\x82\xAC"},
+        {true, 1251, "a\xC3\xA9", nullptr},          {true, 1252, nullptr, ""},
+    };
+    for (const auto &row : rows) {
+        ZtRsa rsa;
+        rsa.put_Utf8(row.utf8);
+        rsa.put_CharsetCodePage(row.codePage);
+        ASSERT_TRUE(rsa.ImportPublicKey(key.PublicXml().c_str()));
+        rsa.put_EncodingMode("hex");
+        ZtString result("left over");
+        EXPECT_EQ(rsa.EncryptStringENC(row.text, false, &result), row.bytes != nullptr);
+        const Encryption encryption = {true, FromHex(result.c_str())};
+        EXPECT_EQ(DecodeBlocks(key, encryption, false, RSA_PKCS1_PADDING), row.bytes != nullptr ? row.bytes : "");
+    }
+}
+
+TEST(ZtRsa, KeysFollowOneAnother)
+{
+    const TestKey &first = KeyOfBits(1024), &second = KeyOfBits(1536);
+    ZtRsa rsa;
+    ASSERT_TRUE(rsa.ImportPublicKey(second.PrivateXml().c_str())); // the text decides what it is
+    EXPECT_TRUE(Encrypt(&rsa, "x", true).success);
+    ASSERT_TRUE(rsa.ImportPrivateKey(first.PublicXml().c_str()));
+    EXPECT_FALSE(Encrypt(&rsa, "x", true).success);
+    std::string broken = second.PrivateXml();
+    broken.replace(broken.find("<Q>") + 3, 1000, "?</Q></RSAKeyValue>");
+    EXPECT_FALSE(rsa.ImportPrivateKey(broken.c_str()));
+    const Encryption encryption = Encrypt(&rsa, "x", false); // with what was read before the failure
+    EXPECT_EQ(DecodeBlocks(second, encryption, false, RSA_PKCS1_PADDING), "x");
+    EXPECT_FALSE(rsa.ImportPrivateKey(nullptr));
+}
+
+// A run either ends as it would with memory, or says that it did not.
+TEST(ZtRsa, EveryAllocationMayFail)
+{
+    const std::string xml = KeyOfBits(1024).PrivateXml();
+    struct Run {
+        bool success, faultHappened;
+        std::string token;
+    };
+    const auto run = [&](int failing, bool everAfter) -> Run {
+        ScriptSeed("twenty bytes of seed");
+        tap::FailNth(failing, everAfter);
+        ZtRsa rsa;
+        rsa.put_OAEP(true);
+        rsa.put_EncodingMode("base64");
+        const bool imported = rsa.ImportPublicKey(xml.c_str()) && rsa.ImportPrivateKey(xml.c_str());
+        ZtString result;
+        const bool success = rsa.EncryptStringENC("2010-3-5 9:7:3.042", true, &result);
+        const bool faultHappened = tap::FaultHappened();
+        tap::FailNone();
+        EXPECT_EQ(success, !result.isEmpty());
+        return {imported && success, faultHappened, result.c_str()};
+    };
+    const tap::Holdings before = tap::Held();
+    tap::Reset(); // for the peak
+    const std::string token = run(0, false).token;
+    EXPECT_EQ(token.size(), 172u);
+    EXPECT_LE(tap::PeakBytes(), 64 * 1024);
+    for (const bool everAfter : {false, true}) {
+        int failures = 0;
+        Run last = {false, true, ""};
+        for (int nth = 1; last.faultHappened; ++nth) {
+            last = run(nth, everAfter);
+            failures += last.success ? 0 : 1;
+            ASSERT_TRUE(!last.success || last.token == token) << nth;
+            ASSERT_EQ(tap::Held(), before) << nth;
+        }
+        EXPECT_TRUE(last.success);
+        EXPECT_GT(failures, 100);
+    }
+    tap::Reset();
+    SharedR250().Seed();
+}
