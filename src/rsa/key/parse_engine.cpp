@@ -106,7 +106,8 @@ void ParseEngine::ReadStartTag()
 
 void ParseEngine::ReadEndTag()
 {
-    SkipPast(">");
+    at_ += std::strcspn(at_, ">");
+    at_ += *at_ != 0 ? 1 : 0;
     Close();
 }
 
@@ -115,11 +116,16 @@ void ParseEngine::SkipAttributes()
 {
     at_ += std::strcspn(at_, "\"'>");
     while (*at_ == '"' || *at_ == '\'') {
-        const char quote[2] = {*at_, 0};
-        ++at_;
-        SkipPast(quote);
+        SkipQuoted();
         at_ += std::strcspn(at_, "\"'>");
     }
+}
+
+void ParseEngine::SkipQuoted()
+{
+    const char quote[2] = {*at_++, 0};
+    at_ += std::strcspn(at_, quote);
+    at_ += *at_ != 0 ? 1 : 0;
 }
 
 // A document type may hold declarations in tags of their own, and these quoted
@@ -135,9 +141,7 @@ void ParseEngine::SkipDocumentType()
         } else if (BeginsWith(at_, "<?")) {
             SkipPast("?>");
         } else if (*at_ == '"' || *at_ == '\'') {
-            const char quote[2] = {*at_, 0};
-            ++at_;
-            SkipPast(quote);
+            SkipQuoted();
         } else if (*at_ != 0) {
             depth += *at_ == '<' ? 1 : -1;
             ++at_;

@@ -31,6 +31,7 @@ private:
     void ReadStartTag();
     void ReadEndTag();
     void SkipAttributes();
+    void SkipQuoted();
     void SkipDocumentType();
     void SkipPast(const char *last);
     void Open(const char *name, std::size_t length);

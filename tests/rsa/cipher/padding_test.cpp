@@ -43,8 +43,9 @@ TEST(Padding, OaepWithLabelsAndDigestsOpensWithOpenSsl)
                                    hash.hashId, &block, log));
             ASSERT_EQ(block.length(), 192u);
             std::uint8_t opened[192];
-            const int length = RSA_padding_check_PKCS1_OAEP_mgf1(opened, 192, block.data(), 192, 192, Data(label),
-                                                                 static_cast<int>(label.size()), hash.digest, hash.digest);
+            const int length =
+                RSA_padding_check_PKCS1_OAEP_mgf1(opened, 192, block.data(), 192, 192, Data(label),
+                                                  static_cast<int>(label.size()), hash.digest, hash.digest);
             EXPECT_EQ(std::string(opened, opened + (length > 0 ? length : 0)), message) << hash.hashId;
         }
     }
@@ -75,7 +76,8 @@ TEST(Padding, RefusalsAndWhatTheyLog)
     EXPECT_FALSE(Mgf1(100, 1, nullptr, 20, 10, &out, others));
     EXPECT_FALSE(Mgf1(101, 1, Data(text), 20, 0, &out, others));
     EXPECT_EQ(Text(&others), "ZentorpLog:\r\n  PKCS v1.5 message length too large\r\n  MessageLen: 118\r\n"
-                             "  ModulusLen: 128\r\n  NULL input param in Mask Generation Function\r\n  MgfError: 100\r\n"
+                             "  ModulusLen: 128\r\n"
+                             "  NULL input param in Mask Generation Function\r\n  MgfError: 100\r\n"
                              "  NULL input param in Mask Generation Function\r\n  MgfError: 101\r\n");
     EXPECT_EQ(out.length(), 0u);
 }

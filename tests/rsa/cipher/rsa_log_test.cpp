@@ -89,7 +89,8 @@ TEST(RsaLog, EncryptionsInAllRenderings)
     EXPECT_EQ(Rendered(&rsa, &LogBase::getLogText),
               Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 1|    RSA_encrypt:|      KeyType: Private|"
                     "      InputSize: 18|      Padding: OAEP|      HashAlg: SHA-1|      ParamLen: 0|"
-                    "      ModulusBitLen: 1024|      exptmodOutput: " + cipher + "|      OutputSize: 128|    Success.|"));
+                    "      ModulusBitLen: 1024|      exptmodOutput: " + cipher +
+                    "|      OutputSize: 128|    Success.|"));
     EXPECT_EQ(Rendered(&rsa, &LogBase::getLogHtml),
               Lines("ZentorpLog:<blockquote>|EncryptStringENC:<blockquote>|usePrivateKey: 1<br>|"
                     "RSA_encrypt:<blockquote>|KeyType: Private<br>|InputSize: 18<br>|Padding: OAEP<br>|"

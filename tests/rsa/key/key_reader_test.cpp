@@ -58,8 +58,8 @@ std::string ExpectedOfPrefix(const std::string &prefix)
     for (const auto &part : parts) {
         const std::string opening = std::string("<") + part.tag + ">";
         const std::size_t start = prefix.find(opening);
-        const std::string content =
-            start == std::string::npos ? "" : prefix.substr(start + opening.size(), prefix.find('<', start + 1) - start - opening.size());
+        std::string content = start == std::string::npos ? "" : prefix.substr(start + opening.size());
+        content = content.substr(0, content.find('<'));
         if (content.empty() && part.needed) {
             return std::string("  No ") + part.name + ";";
         }
@@ -101,7 +101,8 @@ TEST(KeyReader, TextsAndTheirOutcome)
         {"<K>" + n + e + p + "<D>A</D></K>", "  Invalid D;", "Nep----- private"},
         {"<K>" + n + Element("Modulus", "M") + e + Element("Exponent", "f") + "</K>", "", "Ne------ public"},
         {"<K>" + Element("Modulus", std::string("\0\0N", 3)) + e + "</K>", "", "Ne------ public"},
-        {"<?xml version='1.0'?><!DOCTYPE K [<!ENTITY a '>]<'><!-- ' > -->]><!-- <K> --><K a='>' b=\"/>\">" + n + e + "</K>",
+        {"<?xml version='1.0'?><!DOCTYPE K [<!ENTITY a '>]<'><!-- ' > -->]><!-- <K> --><K a='>' b=\"/>\">" + n + e +
+             "</K>",
          "", "Ne------ public"},
         {"<K><Modulus kind='b64'>&#84;&#x67;<!-- x -->\r\n\t<![CDATA[=]]><?pi?>=</Modulus>" + e + "</K>", "",
          "Ne------ public"},
@@ -123,7 +124,8 @@ TEST(KeyReader, TextsAndTheirOutcome)
 TEST(KeyReader, KeepsWhatAnImportDoesNotName)
 {
     RsaKey key;
-    ReadTestKey("<K>" + Element("Modulus", "N") + Element("Exponent", "e") + Element("P", "p") + Element("D", "d") + "</K>",
+    ReadTestKey("<K>" + Element("Modulus", "N") + Element("Exponent", "e") + Element("P", "p") + Element("D", "d") +
+                    "</K>",
                 &key);
     EXPECT_TRUE(Read("<K>" + Element("Modulus", "M") + Element("Exponent", "f") + "</K>", &key).success);
     EXPECT_EQ(Parts(key), "Mfp----d public");
