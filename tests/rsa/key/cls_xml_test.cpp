@@ -48,8 +48,9 @@ private:
     std::string MakeText()
     {
         return Pick({"AQAB", " b+/=\t", "\r\n", "\r", "\n\r", "a>b", "\"'", "]]", "&amp;", "&lt;&gt;",
-                     "&quot;&apos;", "&#65;", "&#x000000e4;", "&#8364;", "&#x1F600;", "&#13;", "\xE2\x82\xAC", "<![CDATA[]]>",
-                     "<![CDATA[<x>&amp;]]]]>", "<![CDATA[\r\n>\r]]>", "<!-- <P> - -->", "<?pi <P>?>"});
+                     "&quot;&apos;", "&#65;", "&#x000000e4;", "&#8364;", "&#x1F600;", "&#13;", "\xE2\x82\xAC",
+                     "<![CDATA[]]>", "<![CDATA[<x>&amp;]]]]>", "<![CDATA[\r\n>\r]]>", "<!-- <P> - -->",
+                     "<?pi <P>?>"});
     }
 
     std::mt19937 random_;
