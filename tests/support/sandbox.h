@@ -7,14 +7,22 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <unistd.h>
 
 namespace pavonix {
+
+// Where short-lived test files go: thousands of them wait for a disk, not for memory.
+inline std::filesystem::path TemporaryRoot()
+{
+    const std::filesystem::path memory = "/dev/shm";
+    return access(memory.c_str(), W_OK) == 0 ? memory : std::filesystem::temp_directory_path();
+}
 
 class Sandbox {
 public:
     Sandbox()
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "pavonix-XXXXXX").string();
+        std::string pattern = (TemporaryRoot() / "pavonix-XXXXXX").string();
         root_ = mkdtemp(pattern.data());
     }
     ~Sandbox() { std::filesystem::remove_all(root_); }

@@ -3,6 +3,7 @@
 // The library runs in this process, with scripted sockets in front of it.
 #include "driver/tree.h"
 #include "rows/rows.h"
+#include "support/sandbox.h"
 #include "support/tap.h"
 
 #include <gtest/gtest.h>
@@ -88,7 +89,7 @@ protected:
         return result;
     }
 
-    RowFolder folder_{std::filesystem::temp_directory_path()};
+    RowFolder folder_{TemporaryRoot()};
     std::string file_ = folder_.path() + "/list.xml";
 };
 
