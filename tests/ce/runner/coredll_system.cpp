@@ -1,4 +1,4 @@
-// coredll.dll: clock, locks, random bytes, the thread error and the process.
+// coredll.dll: clock, locks, random bytes, the thread error.
 #include "coredll.h"
 #include "holdings.h"
 #include "platform/clock.h"
@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <memory>
-#include <string>
 
 namespace pavonix::ce {
 
@@ -122,11 +121,6 @@ void SetLastError(std::uint32_t error)
     lastError = error;
 }
 
-int TerminateProcess(std::uint32_t, std::uint32_t code)
-{
-    Misuse("the library ended the process with code " + std::to_string(code));
-}
-
 } // namespace
 
 void AddSystemImports(std::vector<Import> &table)
@@ -143,7 +137,6 @@ void AddSystemImports(std::vector<Import> &table)
     table.push_back(Unfailing<&Srand>(kCoreDll, "srand"));
     table.push_back(Unfailing<&Rand>(kCoreDll, "rand"));
     table.push_back(Unfailing<&SetLastError>(kCoreDll, "SetLastError"));
-    table.push_back(Unfailing<&TerminateProcess>(kCoreDll, "TerminateProcess"));
 }
 
 } // namespace pavonix::ce

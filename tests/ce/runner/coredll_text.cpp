@@ -18,11 +18,8 @@ constexpr const void *(*kMemchr)(const void *, int, std::size_t) = std::memchr;
 constexpr std::size_t (*kStrlen)(const char *) = std::strlen;
 constexpr int (*kStrcmp)(const char *, const char *) = std::strcmp;
 constexpr int (*kStrncmp)(const char *, const char *, std::size_t) = std::strncmp;
-constexpr std::size_t (*kStrcspn)(const char *, const char *) = std::strcspn;
-constexpr const char *(*kStrpbrk)(const char *, const char *) = std::strpbrk;
 constexpr const char *(*kStrstr)(const char *, const char *) = std::strstr;
 constexpr const char *(*kStrchr)(const char *, int) = std::strchr;
-constexpr std::size_t (*kWcslen)(const WideChar *) = std::char_traits<WideChar>::length;
 
 // A negative length means a terminated text, and its terminator is converted too.
 template <typename Char>
@@ -66,11 +63,8 @@ void AddTextImports(std::vector<Import> &table)
     table.push_back(Unfailing<kStrlen>(kCoreDll, "strlen"));
     table.push_back(Unfailing<kStrcmp>(kCoreDll, "strcmp"));
     table.push_back(Unfailing<kStrncmp>(kCoreDll, "strncmp"));
-    table.push_back(Unfailing<kStrcspn>(kCoreDll, "strcspn"));
-    table.push_back(Unfailing<kStrpbrk>(kCoreDll, "strpbrk"));
     table.push_back(Unfailing<kStrstr>(kCoreDll, "strstr"));
     table.push_back(Unfailing<kStrchr>(kCoreDll, "strchr"));
-    table.push_back(Unfailing<kWcslen>(kCoreDll, "wcslen"));
     table.push_back(Failing<&WideCharToMultiByte, 0>(kCoreDll, "WideCharToMultiByte"));
     table.push_back(Failing<&MultiByteToWideChar, 0>(kCoreDll, "MultiByteToWideChar"));
 }
