@@ -102,7 +102,9 @@ TEST(MpInt, WithoutMemoryIsUnusableUntilTheNextRead)
     Integer unborn;
     EXPECT_FALSE(Read(&unborn, "abc"));
     Integer *large = &y;
+    const int blocks = pavonix::tap::Held().blocks;
     EXPECT_FALSE(Read(large, std::string(10000, 'x')));
+    EXPECT_EQ(pavonix::tap::Held().blocks, blocks - 1); // its digits, given back
     pavonix::tap::FailNone();
     EXPECT_EQ(unborn.CountBits() + large->CountBits(), 0);
     EXPECT_EQ(Bytes(unborn), "");
