@@ -16,7 +16,7 @@ constexpr int kLongestPage = 100;
 
 // By the number in "sort". The id settles equals, so that pages never overlap.
 constexpr std::array kOrders = {"good.id", "title COLLATE NOCASE, good.id", "price, good.id", "price DESC, good.id",
-                               "added DESC, good.id"};
+                                "added DESC, good.id"};
 
 constexpr const char *kGoodColumns = "SELECT good.type, good.id, title, maker, category, category.name, price, added, "
                                      "description FROM good JOIN category "
@@ -68,7 +68,8 @@ std::string Catalogue::List(std::string_view query)
     }
     xml.Attribute("total", total.Integer(0));
     const std::string order = std::string("ORDER BY ") + kOrders[static_cast<std::size_t>(sort)];
-    Statement row = database_.Query(kGoodColumns + matching + order + " LIMIT ?3 OFFSET ?4", type, category, max, start);
+    Statement row =
+        database_.Query(kGoodColumns + matching + order + " LIMIT ?3 OFFSET ?4", type, category, max, start);
     while (row.Step()) {
         StartGood(xml, row);
         xml.End();

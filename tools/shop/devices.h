@@ -1,7 +1,7 @@
 // The devices that may buy, with their public keys and balances.
 #pragma once
 
-#include "public_key.h"
+#include "token/public_key.h"
 #include "sqlite.h"
 
 namespace shop {

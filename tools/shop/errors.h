@@ -2,7 +2,7 @@
 //
 // A refusal answers with the HTTP status, the code in "X-Error-Code" and a text
 // in "X-Error-Message". Code 906 also carries "X-Server-Timestamp", the shop's
-// own local time written as in time_text.h, so that a device can set its clock.
+// own local time written as in token/time_text.h, so that a device can set its clock.
 // The client reads code 0 as "no code" and treats 906 specially; a shop is free
 // in all others.
 #pragma once
@@ -23,7 +23,7 @@ inline constexpr ErrorKind kWrongParameter{400, 901, "A parameter is missing or 
 inline constexpr ErrorKind kUnknownCategory{404, 902, "There is no such type or category"};
 inline constexpr ErrorKind kUnknownGood{404, 903, "There is no such good"};
 inline constexpr ErrorKind kUnknownDevice{403, 904, "This device is not registered"};
-inline constexpr ErrorKind kInvalidToken{403, 905, "The token was not made with the key of this device"};
+inline constexpr ErrorKind kInvalidToken{403, 905, "The token was not made of a time with the key of this device"};
 inline constexpr ErrorKind kClockOff{403, 906, "The clock of the device is off"};
 inline constexpr ErrorKind kReplayedToken{403, 907, "The token was used before"};
 inline constexpr ErrorKind kAlreadyOwned{409, 908, "This good is already owned, force buys it again"};

@@ -59,8 +59,8 @@ void ListPurchases(const Options &options)
 
 std::string CheckSerial(const std::string &serial)
 {
-    const bool plain = !serial.empty() && std::all_of(serial.begin(), serial.end(),
-                                                      [](char c) { return c > ' ' && c <= '~'; });
+    const bool plain =
+        !serial.empty() && std::all_of(serial.begin(), serial.end(), [](char c) { return c > ' ' && c <= '~'; });
     return plain ? "" : "a serial is printable ASCII without blanks";
 }
 

@@ -1,7 +1,7 @@
 #include "session.h"
 
 #include "errors.h"
-#include "time_text.h"
+#include "token/time_text.h"
 
 #include <boost/asio/write.hpp>
 #include <boost/beast/http.hpp>

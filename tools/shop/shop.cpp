@@ -1,7 +1,7 @@
 #include "shop.h"
 
 #include "errors.h"
-#include "time_text.h"
+#include "token/time_text.h"
 #include "xml_writer.h"
 
 #include <boost/beast/http.hpp>

@@ -35,8 +35,8 @@ void Statement::BindNext(std::string_view text)
 
 void Statement::BindNext(std::span<const unsigned char> bytes)
 {
-    Check(sqlite3_bind_blob(statement_.get(), ++bound_, bytes.data(), static_cast<int>(bytes.size()),
-                            SQLITE_TRANSIENT));
+    Check(
+        sqlite3_bind_blob(statement_.get(), ++bound_, bytes.data(), static_cast<int>(bytes.size()), SQLITE_TRANSIENT));
 }
 
 bool Statement::Step()
@@ -51,8 +51,9 @@ bool Statement::Step()
 std::string Statement::Text(int column) const
 {
     const auto *text = reinterpret_cast<const char *>(sqlite3_column_text(statement_.get(), column));
-    return text == nullptr ? std::string()
-                           : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column)));
+    return text == nullptr
+               ? std::string()
+               : std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column)));
 }
 
 Database::Database(const std::string &file)

@@ -46,13 +46,16 @@ Token Till::CheckToken(const Order &order, const std::string &headerValue)
     if (key == nullptr) {
         throw Refusal(kUnknownDevice);
     }
-    Token token = OpenToken(headerValue, key);
+    auto token = OpenToken(headerValue, key);
+    if (!token) {
+        throw Refusal(kInvalidToken);
+    }
     // To the second: the fraction of a device's time text is not of its clock.
-    const auto difference = token.time - std::chrono::floor<std::chrono::seconds>(WallTimeNow());
+    const auto difference = token->time - std::chrono::floor<std::chrono::seconds>(WallTimeNow());
     if (std::chrono::abs(difference) > maxSkew_) {
         throw Refusal(kClockOff);
     }
-    return token;
+    return *token;
 }
 
 void Till::UseToken(const Token &token)
@@ -70,9 +73,10 @@ std::int64_t Till::CheckedPrice(const Order &order)
     if (!good.Step()) {
         throw Refusal(kUnknownGood);
     }
-    if (!order.force &&
-        database_.Query("SELECT 1 FROM purchase WHERE serial = ? AND user_id = ? AND type = ? AND id = ?", order.serial,
-                        order.userId, order.type, order.id).Step()) {
+    if (!order.force && database_
+                            .Query("SELECT 1 FROM purchase WHERE serial = ? AND user_id = ? AND type = ? AND id = ?",
+                                   order.serial, order.userId, order.type, order.id)
+                            .Step()) {
         throw Refusal(kAlreadyOwned);
     }
     return good.Integer(0);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "sqlite.h"
-#include "token.h"
+#include "token/token.h"
 
 #include <chrono>
 #include <string>

@@ -1,14 +1,14 @@
 // The token with which a device proves who it is: the header "User-Cert".
 //
-// Made on the device: the time text (time_text.h), OAEP-encoded (RFC 8017, SHA-1,
+// Made on the device: the time text (token/time_text.h), OAEP-encoded (RFC 8017, SHA-1,
 // empty label) in as many blocks as it needs, each block raised to the *private*
 // exponent, all of it in base64. Whoever has the public key can read it; only the
 // device can make it.
 #pragma once
 
-#include "base64.h"
-#include "public_key.h"
-#include "time_text.h"
+#include "token/base64.h"
+#include "token/public_key.h"
+#include "token/time_text.h"
 
 namespace shop {
 
@@ -17,7 +17,8 @@ struct Token {
     WallTime time;    // the device's clock when it made the token
 };
 
-// Opens the header's value with the device's key. Throws Refusal(kInvalidToken).
-[[nodiscard]] Token OpenToken(const std::string &headerValue, const PublicKey &key);
+// Opens the header's value with the device's key. Answers nothing when the value
+// was not made with the private key that belongs to it, or holds no time.
+[[nodiscard]] std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &key);
 
 } // namespace shop

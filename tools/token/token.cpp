@@ -3,9 +3,7 @@
 // public operation, for which there is no newer way.
 #define OPENSSL_SUPPRESS_DEPRECATED
 
-#include "token.h"
-
-#include "errors.h"
+#include "token/token.h"
 
 #include <openssl/err.h>
 #include <openssl/rsa.h>
@@ -20,7 +18,8 @@ struct FreeContext {
     void operator()(EVP_PKEY_CTX *context) const { EVP_PKEY_CTX_free(context); }
 };
 
-// Answers the block raised to the public exponent, as long as the modulus.
+// Answers the block raised to the public exponent, as long as the modulus, or an
+// empty one.
 Bytes PublicOperation(std::span<const unsigned char> block, const PublicKey &key)
 {
     const std::unique_ptr<EVP_PKEY_CTX, FreeContext> context(EVP_PKEY_CTX_new(key.get(), nullptr));
@@ -30,44 +29,55 @@ Bytes PublicOperation(std::span<const unsigned char> block, const PublicKey &key
         EVP_PKEY_CTX_set_rsa_padding(context.get(), RSA_NO_PADDING) <= 0 ||
         EVP_PKEY_verify_recover(context.get(), encoded.data(), &length, block.data(), block.size()) <= 0 ||
         length != encoded.size()) {
-        ERR_clear_error();
-        throw Refusal(kInvalidToken);
+        return {};
     }
     return encoded;
 }
 
-std::string DecodeOaep(const Bytes &encoded)
+std::optional<std::string> DecodeOaep(const Bytes &encoded)
 {
     std::string message(encoded.size(), '\0');
     const int size = static_cast<int>(encoded.size());
     const int length = RSA_padding_check_PKCS1_OAEP(reinterpret_cast<unsigned char *>(message.data()), size,
                                                     encoded.data(), size, size, nullptr, 0);
     if (length < 0) {
-        ERR_clear_error();
-        throw Refusal(kInvalidToken);
+        return std::nullopt;
     }
     message.resize(static_cast<std::size_t>(length));
     return message;
 }
 
+// Answers the joined texts of all blocks, or nothing if one does not open.
+std::optional<std::string> OpenBlocks(const Bytes &ciphertext, std::size_t blockSize, const PublicKey &key)
+{
+    std::string text;
+    for (std::size_t at = 0; at < ciphertext.size(); at += blockSize) {
+        const Bytes encoded = PublicOperation(std::span(ciphertext).subspan(at, blockSize), key);
+        const auto piece = encoded.empty() ? std::nullopt : DecodeOaep(encoded);
+        if (!piece) {
+            ERR_clear_error();
+            return std::nullopt;
+        }
+        text += *piece;
+    }
+    return text;
+}
+
 } // namespace
 
-Token OpenToken(const std::string &headerValue, const PublicKey &key)
+std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &key)
 {
     const auto ciphertext = DecodeBase64(headerValue);
     const auto blockSize = static_cast<std::size_t>(EVP_PKEY_get_size(key.get()));
     if (!ciphertext || ciphertext->size() % blockSize != 0) {
-        throw Refusal(kInvalidToken);
+        return std::nullopt;
     }
-    std::string text;
-    for (std::size_t at = 0; at < ciphertext->size(); at += blockSize) {
-        text += DecodeOaep(PublicOperation(std::span(*ciphertext).subspan(at, blockSize), key));
-    }
-    const auto time = ParseTimeText(text);
+    const auto text = OpenBlocks(*ciphertext, blockSize, key);
+    const auto time = text ? ParseTimeText(*text) : std::nullopt;
     if (!time) {
-        throw Refusal(kInvalidToken, "it holds no time");
+        return std::nullopt;
     }
-    return {*ciphertext, *time};
+    return Token{*ciphertext, *time};
 }
 
 } // namespace shop

@@ -1,4 +1,4 @@
-#include "base64.h"
+#include "token/base64.h"
 
 #include <openssl/evp.h>
 

@@ -1,4 +1,4 @@
-#include "time_text.h"
+#include "token/time_text.h"
 
 #include <cstdio>
 #include <ctime>

@@ -1,6 +1,6 @@
-#include "public_key.h"
+#include "token/public_key.h"
 
-#include "base64.h"
+#include "token/base64.h"
 
 #include <libxml/parser.h>
 #include <openssl/bn.h>
@@ -65,8 +65,7 @@ PublicKey MakeKey(const BIGNUM *modulus, const BIGNUM *exponent)
 PublicKey ReadXml(const std::string &text)
 {
     constexpr int kQuiet = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
-    const Owned<xmlDoc> document(
-        xmlReadMemory(text.data(), static_cast<int>(text.size()), "key", nullptr, kQuiet));
+    const Owned<xmlDoc> document(xmlReadMemory(text.data(), static_cast<int>(text.size()), "key", nullptr, kQuiet));
     if (document == nullptr) {
         throw std::runtime_error("the key is neither PEM nor well-formed XML");
     }

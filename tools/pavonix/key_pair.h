@@ -1,0 +1,17 @@
+// An RSA key pair as the profile holds it: XML on one line.
+#pragma once
+
+#include <string>
+
+namespace client {
+
+struct KeyPair {
+    std::string publicXml;
+    std::string privateXml;         // with D, the private exponent
+    std::string privateXmlWithoutD; // D is not needed where P, Q, DP, DQ and InverseQ are known
+};
+
+// Makes a key pair with OpenSSL. bits: 512 to 16384.
+[[nodiscard]] KeyPair MakeKeyPair(int bits);
+
+} // namespace client

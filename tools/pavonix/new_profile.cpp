@@ -1,0 +1,78 @@
+#include "new_profile.h"
+
+#include "key_pair.h"
+#include "profile_text.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+
+namespace client {
+
+namespace {
+
+constexpr const char *kPrivateKeyLine = "Private-Key: ";
+
+void WriteFile(const std::string &path, const std::string &content, mode_t mode, bool replace)
+{
+    if (replace) {
+        unlink(path.c_str()); // a new file: the old one's mode and links are not taken over
+    }
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    const bool written = file >= 0 && write(file, content.data(), content.size()) == ssize_t(content.size());
+    const std::string reason = std::strerror(errno);
+    if (file >= 0 && close(file) == 0 && written) {
+        return;
+    }
+    throw Failure(ExitCode::kLocalFailure, path + ": " + reason);
+}
+
+// Answers the private key in a form that fits on a profile line.
+std::string FittingPrivateKey(const KeyPair &keys, int bits)
+{
+    const std::size_t room = kLongestProfileLine - std::strlen(kPrivateKeyLine);
+    if (keys.privateXml.size() <= room) {
+        return keys.privateXml;
+    }
+    if (keys.privateXmlWithoutD.size() <= room) {
+        std::cout << "D is left out of the private key, which would be too long with it; the library needs only "
+                     "P, Q, DP, DQ and InverseQ\n";
+        return keys.privateXmlWithoutD;
+    }
+    throw Failure(ExitCode::kUsage, "a key of " + std::to_string(bits) + " bits needs a line of " +
+                                        std::to_string(keys.privateXmlWithoutD.size() + std::strlen(kPrivateKeyLine)) +
+                                        " characters, and a profile line holds at most " +
+                                        std::to_string(kLongestProfileLine) + ": take a smaller one");
+}
+
+} // namespace
+
+ExitCode NewProfile::Write() const
+{
+    if (bits % 8 != 0) {
+        throw Failure(ExitCode::kUsage, "--bits must be a multiple of 8: with other sizes a token comes out short now "
+                                        "and then and is sent empty");
+    }
+    const KeyPair keys = MakeKeyPair(bits);
+    const std::string text = "User-Agent: " + userAgent + "\nUser-Serial: " + serial +
+                             "\nUser-Id: " + std::to_string(userId) + "\nUser-No: " + std::to_string(userNumber) +
+                             "\nPublic-Key: " + keys.publicXml + "\n" + kPrivateKeyLine +
+                             FittingPrivateKey(keys, bits) + "\n";
+    const ProfileText read = ReadProfileText(text);
+    if (!read.problems.empty()) {
+        throw Failure(ExitCode::kUsage, "the library would misread this profile, " + read.problems.front());
+    }
+    const std::string publicFile = publicKeyFile.empty() ? file + ".pub.xml" : publicKeyFile;
+    WriteFile(file, text, 0600, force);
+    WriteFile(publicFile, keys.publicXml + "\n", 0644, force);
+    std::cout << "wrote the profile " << file << " with a key of " << bits << " bits; keep it secret\n"
+              << "wrote its public key " << publicFile << "; register it at the shop, for instance\n"
+              << "  pavonix-shop device add --serial " << serial << " --user-id " << userId << " --public-key "
+              << publicFile << " --balance 10000\n";
+    return ExitCode::kDone;
+}
+
+} // namespace client

@@ -1,0 +1,26 @@
+// Makes a device profile with a key pair of its own.
+#pragma once
+
+#include "exit_code.h"
+
+#include <string>
+
+namespace client {
+
+struct NewProfile {
+    std::string file;
+    std::string publicKeyFile; // empty: the profile's name with ".pub.xml" behind it
+    std::string userAgent = "Pavonix/1.0";
+    std::string serial;
+    int userId = 0;
+    int userNumber = 0;
+    int bits = 1024;
+    bool force = false;
+
+    // Writes the profile, readable by its owner only, and the public key to
+    // register at a shop. Throws Failure: kUsage for values that a profile cannot
+    // hold, kLocalFailure for a file that exists (without force) or cannot be written.
+    ExitCode Write() const;
+};
+
+} // namespace client

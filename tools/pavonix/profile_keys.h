@@ -1,0 +1,13 @@
+// Whether the keys of a profile make tokens that a shop accepts.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace client {
+
+// Imports both keys into the library's engine, as every call does, makes a token
+// and opens it like a shop. Answers what is wrong in words, the engine's log with it.
+[[nodiscard]] std::vector<std::string> CheckKeys(const std::string &publicXml, const std::string &privateXml);
+
+} // namespace client

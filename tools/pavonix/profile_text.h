@@ -1,0 +1,27 @@
+// What the library reads from the text of a profile file, and what is odd about it.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace client {
+
+// The library's limit: reading ends at a longer line.
+inline constexpr std::size_t kLongestProfileLine = 1023;
+
+// In the order in which the library looks for them in each line.
+inline constexpr const char *kProfileKeys[] = {"User-Agent",  "Public-Key", "Private-Key",
+                                               "User-Serial", "User-Id",    "User-No"};
+
+struct ProfileText {
+    std::map<std::string, std::string> values; // by key, as the library takes them
+    std::map<std::string, int> lines;          // by key, where the value stands; the first line is 1
+    std::vector<std::string> problems;         // whoever wrote the file cannot have meant this
+    std::vector<std::string> remarks;          // harmless
+};
+
+[[nodiscard]] ProfileText ReadProfileText(std::string_view text);
+
+} // namespace client

@@ -1,0 +1,23 @@
+// UTF-8, as people type it, and UTF-16, as the library takes it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace client {
+
+// Throws Failure(kUsage) for a text that is not UTF-8.
+[[nodiscard]] std::u16string ToWide(std::string_view utf8);
+
+// Ends before a lone surrogate, which the library's code page cannot produce.
+[[nodiscard]] std::string ToUtf8(std::u16string_view wide);
+
+// Answers the path as the library takes it: absolute, so that its folder is part
+// of it, and with '\' for '/'. Throws Failure(kUsage), also for '*' and '?', which
+// the library would take for a search pattern.
+[[nodiscard]] std::u16string ToWidePath(const std::string &path);
+
+// The text with control characters replaced by '?', safe to show on a terminal.
+[[nodiscard]] std::string Printable(std::string text);
+
+} // namespace client
