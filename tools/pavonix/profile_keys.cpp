@@ -13,25 +13,28 @@ std::string WithLog(const std::string &problem, pavonix::ZtRsa &engine)
 {
     pavonix::ZtString log;
     engine.get_LastErrorText(&log);
-    return problem + "; the engine's log:\n" + log.c_str();
+    std::string text = problem + "; the engine's log:\n" + log.c_str();
+    text.erase(text.find_last_not_of("\r\n") + 1);
+    return text;
 }
 
-// Answers what keeps a shop from opening the token with the public key, or an empty text.
-std::string OpenLikeAShop(const std::string &token, const std::string &publicXml)
-try {
-    const shop::PublicKey key = shop::ReadPublicKey(publicXml);
-    if (!shop::OpenToken(token, key)) {
-        return "a token made with Private-Key does not open with Public-Key: they are no pair, or DP, DQ or InverseQ "
-               "is missing or wrong";
-    }
+// Makes a token and opens it with the public key. Answers what went wrong.
+std::vector<std::string> TryToken(pavonix::ZtRsa &engine, const shop::PublicKey &key)
+{
+    std::vector<std::string> problems;
     const int bits = EVP_PKEY_get_bits(key.get());
     if (bits % 8 != 0) {
-        return "the modulus has " + std::to_string(bits) +
-               " bits, no multiple of 8: now and then a token comes out short and is sent empty";
+        problems.push_back("the modulus has " + std::to_string(bits) +
+                           " bits, no multiple of 8: now and then a token comes out short and is sent empty");
     }
-    return "";
-} catch (const std::runtime_error &failure) {
-    return std::string("Public-Key cannot be registered at a shop: ") + failure.what();
+    pavonix::ZtString token;
+    if (!engine.EncryptStringENC(shop::FormatTimeText(shop::WallTimeNow()).c_str(), true, &token)) {
+        problems.push_back(WithLog("the keys make no token", engine));
+    } else if (!shop::OpenToken(token.c_str(), key)) {
+        problems.push_back("a token made with Private-Key does not open with Public-Key: they are no pair, or DP, DQ "
+                           "or InverseQ is missing or wrong");
+    }
+    return problems;
 }
 
 } // namespace
@@ -50,12 +53,11 @@ std::vector<std::string> CheckKeys(const std::string &publicXml, const std::stri
     if (!problems.empty()) {
         return problems;
     }
-    pavonix::ZtString token;
-    if (!engine.EncryptStringENC(shop::FormatTimeText(shop::WallTimeNow()).c_str(), true, &token)) {
-        return {WithLog("the keys make no token", engine)};
+    try {
+        return TryToken(engine, shop::ReadPublicKey(publicXml));
+    } catch (const std::runtime_error &failure) {
+        return {std::string("Public-Key cannot be registered at a shop: ") + failure.what()};
     }
-    const std::string problem = OpenLikeAShop(token.c_str(), publicXml);
-    return problem.empty() ? problems : std::vector{problem};
 }
 
 } // namespace client

@@ -62,8 +62,9 @@ bool StoredFile::Show() const
 {
     const Look now(path_);
     if (!now.isFile || now == before_) {
-        std::cout << "status 200, but nothing was stored: " << path_
-                  << "\ncannot be written there, or more than one folder of the path is missing\n";
+        std::cout << "status 200, but nothing was stored in " << path_ << ":\n"
+                  << "it cannot be written, two folders of its path are missing, or its path has letters that code\n"
+                     "page 1252 lacks\n";
         return false;
     }
     std::ifstream file(path_, std::ios::binary);

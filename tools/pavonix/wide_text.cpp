@@ -51,7 +51,7 @@ std::u16string ToWidePath(const std::string &path)
     if (path.find_first_of("*?") != std::string::npos) {
         throw Failure(ExitCode::kUsage, path + ": '*' and '?' would be taken for a search pattern");
     }
-    std::u16string wide = ToWide(std::filesystem::absolute(path).lexically_normal().string());
+    std::u16string wide = ToWide(std::filesystem::absolute(path).string());
     std::replace(wide.begin(), wide.end(), u'/', u'\\');
     return wide;
 }
