@@ -3,6 +3,7 @@
 #include "rsa/cipher/padding/eme_oaep.h"
 #include "rsa/cipher/padding/eme_pkcs1.h"
 #include "rsa/cipher/rsa_exponentiation.h"
+#include "rsa/log/log_size.h"
 
 #include <algorithm>
 
@@ -61,8 +62,8 @@ bool EncryptBlock(const std::uint8_t *piece, std::uint32_t length, const RsaSett
         ExponentiateRsa(padded.data(), padded.length(), settings.keyChoice, settings.key, true, &encrypted, log);
     if (encrypted.length() != settings.key.N.UnsignedByteSize()) {
         log.logError("Output of RSA encryption not equal to modulus size.");
-        log.logDataLong("InLength", static_cast<std::int32_t>(padded.length()));
-        log.logDataLong("OutputLength", static_cast<std::int32_t>(encrypted.length()));
+        LogSize(log, "InLength", padded.length());
+        LogSize(log, "OutputLength", encrypted.length());
         return false;
     }
     LogVerbose(settings, log, "encryptedData", encrypted);

@@ -3,6 +3,7 @@
 #include "rsa/cipher/padding/eme_pkcs1.h"
 #include "rsa/digest/hash_table.h"
 #include "rsa/log/log_context.h"
+#include "rsa/log/log_size.h"
 
 #include <algorithm>
 
@@ -10,21 +11,16 @@ namespace pavonix {
 
 namespace {
 
-void LogLong(LogBase &log, const char *tag, std::uint32_t value)
-{
-    log.logDataLong(tag, static_cast<std::int32_t>(value));
-}
-
 void LogInputs(std::uint32_t length, const RsaSettings &settings, LogBase &log)
 {
     log.logData("KeyType", settings.keyChoice == kPrivateKey ? "Private" : "Public");
-    LogLong(log, "InputSize", length);
+    LogSize(log, "InputSize", length);
     if (settings.padding == kPkcs1Padding) {
         log.logData("Padding", "PKCS v1.5");
     } else {
         log.logData("Padding", "OAEP");
         log.logData("HashAlg", FindHash(settings.hashId).name);
-        LogLong(log, "ParamLen", settings.labelLength);
+        LogSize(log, "ParamLen", settings.labelLength);
     }
     log.logDataLong("ModulusBitLen", settings.key.ModulusBitLength());
 }
@@ -39,8 +35,8 @@ bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBas
         const std::uint32_t digestSize = FindHash(settings.hashId).digestSize;
         if (modulusSize <= 2 * digestSize - 2) {
             log.logError("key size (modulus) too small for OAEP padding");
-            LogLong(log, "ModulusSizeInBytes", modulusSize);
-            LogLong(log, "HashSizeInBytes", digestSize);
+            LogSize(log, "ModulusSizeInBytes", modulusSize);
+            LogSize(log, "HashSizeInBytes", digestSize);
             return false;
         }
         *blockSize = modulusSize - 2 * digestSize - 2;
@@ -48,7 +44,7 @@ bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBas
     }
     if (modulusSize <= kPkcs1Overhead) {
         log.logError("key size (modulus) too small for PKCS v1.5 padding");
-        LogLong(log, "ModulusSizeInBytes", modulusSize);
+        LogSize(log, "ModulusSizeInBytes", modulusSize);
         return false;
     }
     *blockSize = modulusSize - kPkcs1Overhead;
@@ -85,7 +81,7 @@ bool EncryptRsa(const std::uint8_t *input, std::uint32_t length, const RsaSettin
         }
         done += piece;
     }
-    LogLong(log, "OutputSize", output->length());
+    LogSize(log, "OutputSize", output->length());
     return true;
 }
 

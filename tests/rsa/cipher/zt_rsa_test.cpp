@@ -120,28 +120,15 @@ TEST(ZtRsa, ByteOrderSwapsEachWord)
     }
 }
 
-TEST(ZtRsa, TextsCountInTheirCharset)
+TEST(ZtRsa, ArgumentsAreAnsiOrUtf8)
 {
     const TestKey &key = KeyOfBits(1024);
-    const struct {
-        bool utf8;
-        std::int32_t codePage;
-        const char *text, *bytes; // no bytes: the text cannot be encrypted
-    } rows[] = {
-        {false, 1252, "\x80\xE4", "\x80\xE4"},       {true, 1252, "\xE2\x82\xAC", "\x80"},
-        {true, 28591, "\xE2\x82\xAC", "\x80"},       {true, 65001, "\xE2\x82\xAC", "\xE2\x82\xAC"},
-        {true, 1251, "a\xC3\xA9", nullptr},          {true, 1252, nullptr, ""},
-    };
-    for (const auto &row : rows) {
+    for (const bool utf8 : {false, true}) { // the euro sign
         ZtRsa rsa;
-        rsa.put_Utf8(row.utf8);
-        rsa.put_CharsetCodePage(row.codePage);
+        rsa.put_Utf8(utf8);
         ASSERT_TRUE(rsa.ImportPublicKey(key.PublicXml().c_str()));
-        rsa.put_EncodingMode("hex");
-        ZtString result("left over");
-        EXPECT_EQ(rsa.EncryptStringENC(row.text, false, &result), row.bytes != nullptr);
-        const Encryption encryption = {true, FromHex(result.c_str())};
-        EXPECT_EQ(DecodeBlocks(key, encryption, false, RSA_PKCS1_PADDING), row.bytes != nullptr ? row.bytes : "");
+        const Encryption encryption = Encrypt(&rsa, utf8 ? "\xE2\x82\xAC" : "\x80", false);
+        EXPECT_EQ(DecodeBlocks(key, encryption, false, RSA_PKCS1_PADDING), "\x80");
     }
 }
 

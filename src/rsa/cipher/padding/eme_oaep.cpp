@@ -2,6 +2,7 @@
 
 #include "rsa/cipher/padding/mgf1.h"
 #include "rsa/digest/hash_table.h"
+#include "rsa/log/log_size.h"
 #include "rsa/random/random_bytes.h"
 
 namespace pavonix {
@@ -11,24 +12,19 @@ namespace {
 constexpr std::int32_t kDbMaskSite = 100;
 constexpr std::int32_t kSeedMaskSite = 101;
 
-void LogLong(LogBase &log, const char *tag, std::uint32_t value)
-{
-    log.logDataLong(tag, static_cast<std::int32_t>(value));
-}
-
 bool FitsModulus(std::uint32_t messageLength, std::uint32_t encodedLength, std::uint32_t digestSize, LogBase &log)
 {
     if (encodedLength < 2 * digestSize + 3) {
         log.logError("Encoded message size too small given hash size in OAEP");
-        LogLong(log, "EncodedLen", encodedLength);
-        LogLong(log, "HashLen", digestSize);
+        LogSize(log, "EncodedLen", encodedLength);
+        LogSize(log, "HashLen", digestSize);
         return false;
     }
     if (messageLength > encodedLength - 2 * digestSize - 2) {
         log.logError("Message length too large for OAEP");
-        LogLong(log, "EncodedLen", encodedLength);
-        LogLong(log, "HashLen", digestSize);
-        LogLong(log, "MessageLen", messageLength);
+        LogSize(log, "EncodedLen", encodedLength);
+        LogSize(log, "HashLen", digestSize);
+        LogSize(log, "MessageLen", messageLength);
         return false;
     }
     return true;
@@ -77,8 +73,8 @@ bool EncodeOaep(const std::uint8_t *message, std::uint32_t messageLength, const 
                            output->Append(message, messageLength);
     if (!assembled || output->length() != encodedLength) {
         log.logError("OAEP encoding output size error");
-        LogLong(log, "OutputSize", output->length());
-        LogLong(log, "ExpectedSize", encodedLength);
+        LogSize(log, "OutputSize", output->length());
+        LogSize(log, "ExpectedSize", encodedLength);
         output->Clear();
         return false;
     }

@@ -1,5 +1,6 @@
 #include "rsa/cipher/padding/eme_pkcs1.h"
 
+#include "rsa/log/log_size.h"
 #include "rsa/random/random_bytes.h"
 
 namespace pavonix {
@@ -20,8 +21,8 @@ bool EncodePkcs1(const std::uint8_t *message, std::uint32_t messageLength, std::
     const std::uint32_t encodedLength = (static_cast<std::uint32_t>(modulusBitLength) + 7) / 8;
     if (encodedLength < kPkcs1Overhead || messageLength > encodedLength - kPkcs1Overhead) {
         log.logError("PKCS v1.5 message length too large");
-        log.logDataLong("MessageLen", static_cast<std::int32_t>(messageLength));
-        log.logDataLong("ModulusLen", static_cast<std::int32_t>(encodedLength));
+        LogSize(log, "MessageLen", messageLength);
+        LogSize(log, "ModulusLen", encodedLength);
         return false;
     }
     return output->EnsureCapacity(encodedLength) && output->AppendByte(0) &&

@@ -1,6 +1,7 @@
 #include "rsa/cipher/padding/mgf1.h"
 
 #include "rsa/digest/hash_table.h"
+#include "rsa/log/log_size.h"
 #include "rsa/text/allocate.h"
 
 #include <algorithm>
@@ -35,7 +36,7 @@ bool Mgf1(std::int32_t callSite, std::int32_t hashId, const std::uint8_t *seed, 
     const std::unique_ptr<std::uint8_t[]> work(AllocateArray<std::uint8_t>(std::size_t{seedLength} + kCounterRoom));
     if (work == nullptr) {
         log.logError("Memory error");
-        log.logDataLong("SeedLen", static_cast<std::int32_t>(seedLength));
+        LogSize(log, "SeedLen", seedLength);
         return false;
     }
     std::memcpy(work.get(), seed, seedLength);
