@@ -4,7 +4,8 @@ foreach(system coredll ws2)
   set(exported ${CMAKE_CURRENT_LIST_DIR}/${system}.def)
   set(library ${CMAKE_CURRENT_BINARY_DIR}/lib${system}.a)
   add_custom_command(OUTPUT ${library} DEPENDS ${exported}
-                     COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --input-def ${exported} --output-lib ${library})
+                     COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --input-def ${exported}
+                             --output-lib lib${system}.a)
   add_custom_target(${system} DEPENDS ${library})
   add_dependencies(pavonix ${system})
   target_link_libraries(pavonix PRIVATE ${library})
@@ -12,3 +13,7 @@ endforeach()
 
 target_link_options(pavonix PRIVATE -Wl,-e,_DllMainCRTStartup -Wl,--subsystem,wince:5.0
                     -Wl,--image-base,0x10000000)
+
+# The build is for size. Only the arithmetic is for speed: 2 KB more spare a
+# quarter of the instructions of a purchase's token.
+target_compile_options(tommath PRIVATE -O2)

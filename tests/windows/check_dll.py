@@ -35,7 +35,8 @@ def check_kind(flavour, headers):
     assert re.search(r"^\tDLL$", headers, re.M)
     assert "relocations stripped" not in headers
     assert re.search(r"\] (HIGHLOW|DIR64)$", headers, re.M), "no base relocation"
-    assert re.search(r"^Entry 2 [0-9a-f]+ 0*[1-9a-f]", headers, re.M), "no version resource"
+    for directory in "Resource", "Base Relocation":
+        assert re.search(r"^Entry \w [0-9a-f]+ 0*[1-9a-f][0-9a-f]* %s Dir" % directory, headers, re.M), directory
     assert field(headers, "Subsystem") == (CE_SUBSYSTEM if flavour == "ce" else CONSOLE_SUBSYSTEM)
     if flavour == "ce":
         version = field(headers, "MajorSubsystemVersion"), field(headers, "MinorSubsystemVersion")
