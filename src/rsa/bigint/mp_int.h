@@ -42,6 +42,7 @@ private:
     friend int Add(const mp_int &a, const mp_int &b, mp_int *y);
     friend int Sub(const mp_int &a, const mp_int &b, mp_int *y);
 
+    void SetDigits(const std::uint8_t *bytes, std::uint32_t length); // of 0, with room for them
     bool usable() const { return value_.dp != nullptr; }
 
     ::mp_int value_ = {}; // no digits (dp null) while unusable
