@@ -1,0 +1,16 @@
+// libcurl's easy interface doing what the library does.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace pavonix::bench {
+
+// One GET into a file, on a handle and a connection of its own. The status, 0 on
+// failure.
+long CurlDownload(const std::string &url, const std::string &path);
+
+// One POST with these header lines. The status, 0 on failure.
+long CurlPost(const std::string &url, const std::vector<std::string> &headers, const std::string &form);
+
+} // namespace pavonix::bench

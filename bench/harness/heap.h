@@ -1,0 +1,14 @@
+// Counts what a piece of work holds of the heap, whoever asks for it: the
+// library, LibTomMath or the C library below them.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+
+namespace pavonix::bench {
+
+// The largest number of bytes that the calling thread held at once, beyond what
+// it held before. In a program that links this, malloc and its kin are ours.
+std::size_t HeapPeak(const std::function<void()> &work);
+
+} // namespace pavonix::bench
