@@ -1,4 +1,5 @@
-// Stores a page of the catalogue and one good of it, and buys that good.
+// Stores the ten newest goods of a category and the description of one good, and buys
+// that good.
 // Usage: shop LIBRARY PROFILE FOLDER URL PORT, for instance
 //   shop \shop\PAVONIX.dll \shop\profile \shop http://127.0.0.1/shop 8080
 #include "shop_client.h"
@@ -22,7 +23,7 @@ struct Text {
 
 int Visit(ShopClient &shop, const wchar_t *profile, const wchar_t *folder, const wchar_t *url, int port)
 {
-    const GoodListRequest page = {0, 0, 1, 0, 0, 0, 10};
+    const GoodListRequest page = {0, 0, 1, 1, 4, 0, 10}; // type 1, category 1, order 4
     int status = shop.GetList(profile, page, Text(folder, L"\\list.xml").units, true, Text(url, L"/list").units, port);
     wprintf(L"list: %d\n", status);
 

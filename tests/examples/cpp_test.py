@@ -24,6 +24,9 @@ class CppTest(ExampleTest):
                          (1, ["list: 200", "good: 200", "buy: 403", "code: 906", "message: The clock is off",
                               "timestamp: 2026-11-21 9:7:3.042"]))
         self.assertEqual((self.folder / "new/list.xml").read_bytes(), page)
+        self.assertEqual([request.split(" HTTP")[0] for request in self.requests],
+                         ["GET /shop/list?type=1&category=1&sort=4&start=0&max=10", "GET /shop/good?type=1&id=7",
+                          "POST /shop/buy"])
         self.assertTrue(self.requests[2].endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
 
 

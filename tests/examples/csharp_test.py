@@ -25,13 +25,14 @@ class CsharpTest(ExampleTest):
         page, good = b"<goods>" + b"x" * 5000 + b"</goods>", b"<good/>"
         refusal = reply("403 Forbidden", b"<error/>", X_Error_Code="906", X_Error_Message="Die Uhr geht nach, 5 €",
                         X_Server_Timestamp="2026-11-21 9:7:3.042")
+        refusal = refusal.replace(b"Timestamp: ", b"Timestamp:")  # so the record has no blank there
         self.assertEqual(self.shop(reply("200 OK", page), reply("200 OK", good), refusal),
                          (1, ["list: 200", "good: 200", "buy: 403", "code: 906", "message: Die Uhr geht nach, 5 €",
                               "timestamp: 2026-11-21 9:7:3.042"]))
         self.assertEqual((self.folder / "shöp/list.xml").read_bytes(), page)
         self.assertEqual((self.folder / "shöp/good.xml").read_bytes(), good)
         self.assertEqual([request.split(" HTTP")[0] for request in self.requests],
-                         ["GET /shop/list?type=1&category=0&sort=0&start=0&max=10", "GET /shop/good?type=1&id=7",
+                         ["GET /shop/list?type=1&category=1&sort=4&start=0&max=10", "GET /shop/good?type=1&id=7",
                           "POST /shop/buy"])
         self.assertTrue(self.requests[2].endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
 

@@ -3,6 +3,7 @@
 import base64
 import ctypes
 import datetime
+import hashlib
 import re
 import sys
 import unittest
@@ -64,10 +65,11 @@ class TokenTest(ExampleTest):
         token = self.token_of_the_library()
         raw = base64.b64decode(token)
         beyond = (key.n + 1).to_bytes(key.size, "big")
-        table = [("", "not whole"), (token[:-4], "not whole"), ("*" + token[1:], "not base64"),
+        table = [("", "not whole"), (token[:-4], "not whole"), ("*" + token, "not base64"),
                  (base64.b64encode(bytes([raw[0] ^ 1]) + raw[1:]).decode(), ""),
                  (base64.b64encode(beyond).decode(), "below the modulus"),
                  (base64.b64encode(raw + raw).decode(), "no time"), (Key(1024).token(time_text()), ""),
+                 (key.token(time_text(), lambda data=b"": hashlib.sha1(data or b"a label")), ""),
                  (key.token("hello"), "no time"), (key.token("2026-02-30 1:2:3.004"), "no time")]
         for wrong, reason in table:
             with self.subTest(reason, token=wrong):
