@@ -87,12 +87,6 @@ std::optional<std::string> DeviceKey::Open(const std::string &token) const
     return text;
 }
 
-const DeviceKey &TheDeviceKey()
-{
-    static const DeviceKey key(1024);
-    return key;
-}
-
 void ExpectFreshToken(const DeviceKey &key, const std::string &token)
 {
     const std::optional<std::string> text = key.Open(token);

@@ -26,9 +26,6 @@ private:
     std::unique_ptr<rsa_st, void (*)(rsa_st *)> key_;
 };
 
-// The key of all purchase rows of this run.
-const DeviceKey &TheDeviceKey();
-
 // Expects that the token opens to the local time as the device writes it, a few
 // seconds ago at most.
 void ExpectFreshToken(const DeviceKey &key, const std::string &token);

@@ -24,7 +24,7 @@ enum class Ending {
     kResets, // a reset
 };
 
-enum class Token { kNone, kEmpty, kSigned };
+class DeviceKey;
 
 // Files and folders by their path in the row's folder, '/' between the names and
 // UTF-8; a name that ends in '/' is a folder and has no content.
@@ -35,6 +35,7 @@ using Tree = std::map<std::string, std::string>;
 struct Record {
     std::optional<int> errorCode;
     std::optional<std::u16string> message;
+    std::optional<std::u16string> body; // in the message's place
     std::optional<std::u16string> timestamp;
 };
 
@@ -75,7 +76,7 @@ struct Scenario {
     std::optional<std::string> request = kListRequest; // all bytes; nullopt: no connection was made
     int result = 200;
     Tree after = {};
-    Token token = Token::kNone; // stands in for "{token}" in the request
+    const DeviceKey *signer = nullptr; // whose token stands for "{token}" in the request; null: an empty one
     Record record = {};
 };
 

@@ -51,6 +51,7 @@ std::vector<Scenario> ReplyRows()
     const std::string negative = Lengths({"Content-Length: -1"}) + body;
     return {
         Stored("http_1_0", Head({"HTTP/1.0 200 Fine", "Content-Length: 2"}) + "ok", "ok"),
+        Status("part_of_the_page", Head({"HTTP/1.1 206 Partial Content", "Content-Length: 2"}) + "ok", 206),
         Status("not_modified", Head({"HTTP/1.1 304 Not Modified"}), 304),
         Status("not_found_with_a_page", Head({"HTTP/1.0 404 Not Found", "Content-Length: 3000"}) + body, 404),
         Status("server_error", Head({"HTTP/1.1 500 Internal Server Error", "Content-Length: 4"}) + "oops", 500),

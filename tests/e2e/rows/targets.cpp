@@ -20,7 +20,7 @@ Scenario WithoutForce(Scenario row)
 
 Scenario Kept(const char *name, const std::u16string &target)
 {
-    const Tree files = {{"list.xml", "old"}, {"list.xsl", "other"}};
+    const Tree files = {{"a.xml/", ""}, {"b.xml/", ""}, {"c.xml/", ""}, {"list.xml", "old"}, {"list.xsl", "other"}};
     return {.name = name,
             .before = files,
             .target = target,
@@ -40,7 +40,7 @@ std::vector<Scenario> TargetRows()
         Download("an_old_file_is_replaced", {{"list.xml", "something old and longer"}}, u"list.xml",
                  {{"list.xml", "<xml/>"}}),
         Kept("force_0_keeps_a_file", u"list.xml"),
-        Kept("force_0_takes_a_pattern_that_matches_for_a_file", u"*.xml"),
+        Kept("force_0_keeps_when_a_pattern_matches_a_file_among_folders", u"*.xml"),
         WithoutForce(Download("force_0_with_nothing_there", {{"list.xm", "other"}}, u"list.xml",
                               {{"list.xm", "other"}, {"list.xml", "<xml/>"}})),
         WithoutForce(

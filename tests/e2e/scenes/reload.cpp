@@ -1,22 +1,50 @@
-// The library unloaded and loaded again in one process, with work in between.
+// The library unloaded and loaded again in one process, and what it keeps from
+// call to call while it is loaded.
 #include "driver/run_scenario.h"
 #include "driver/suite.h"
 #include "rows/rows.h"
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace pavonix::e2e {
 
 namespace {
 
+Scenario RowNamed(const std::string &name)
+{
+    for (const Scenario &row : AllRows()) {
+        if (name == row.name) {
+            return row;
+        }
+    }
+    ADD_FAILURE() << "no row named " << name;
+    return {};
+}
+
 // A checked build of the caller reports at its end what any of the loads has lost.
 TEST(Reload, AHundredTimesWithCallsInBetween)
 {
-    const Scenario download = BodyRows().back();
+    const Scenario download = RowNamed("body_of_5000_bytes"), purchase = RowNamed("refused_for_the_clock");
     for (int i = 0; i < 100 && !HasFailure(); ++i) {
         RunScenario(download);
+        RunScenario(purchase);
         ReloadLibrary();
     }
+}
+
+// An import that finds no key leaves the last one in place, until the unload.
+TEST(Reload, AProfileWithoutKeysSignsWithTheLastKeysUntilTheUnload)
+{
+    Scenario keyless = RowNamed("empty_keys"), keyed = RowNamed("keys_of_1024_bits");
+    RunScenario(keyed);
+    keyless.freshLibrary = false;
+    keyless.signer = keyed.signer;
+    RunScenario(keyless);
+    keyless.freshLibrary = true;
+    keyless.signer = nullptr;
+    RunScenario(keyless);
 }
 
 } // namespace

@@ -1,0 +1,29 @@
+// A second reading of the rules by which a reply is taken apart, for comparison.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pavonix::e2e {
+
+// What each receive of the library brings.
+using Receptions = std::vector<std::string>;
+
+// The receptions when the server closes after `cut` bytes of these pieces.
+Receptions CutAt(std::size_t cut, const std::vector<std::string> &pieces);
+
+struct ReplyModel {
+    explicit ReplyModel(const Receptions &receptions);
+
+    std::string head;            // with its blank line; two bytes when there is none
+    std::string behind;          // the rest of the 1024 bytes of a first reception
+    int status = 0;              // 0 when the head has no blank
+    std::uint32_t announced = 0; // 0 when the head announces nothing
+
+    // The value of a header, looked for in this text; nullopt when there is none.
+    static std::optional<std::string> Value(const std::string &text, const std::string &name);
+};
+
+} // namespace pavonix::e2e
