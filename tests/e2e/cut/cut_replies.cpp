@@ -2,7 +2,6 @@
 // is returned, what is stored and what the record holds. The library runs in this
 // process, with scripted sockets in front of it.
 #include "cut/reply_model.h"
-#include "driver/flavour.h"
 #include "driver/record_bytes.h"
 #include "driver/tree.h"
 #include "rows/rows.h"
@@ -113,17 +112,16 @@ using CutDownloads = CutReplies;
 
 TEST_P(CutDownloads, StoreWhatArrived)
 {
-    const RowFolder folder(TemporaryRoot());
-    const std::string file = folder.path() + "/list.xml";
-    const std::u16string target = LibraryPath(Flavour::kLinux, file);
+    const Sandbox sandbox;
+    const std::u16string target = sandbox.Path("list.xml");
     ForEachCut([&](const Receptions &receptions) {
-        WriteFile(file, "old");
+        sandbox.Write("list.xml", "old");
         const GoodListRequest request = {};
         const int result =
             AnsweredBy(receptions, [&] { return GetGoodListXml(u"", &request, target.c_str(), 1, kUrl, 80); });
         EXPECT_EQ(ReplyModel(receptions).status, result);
         const Tree expected = {{"list.xml", result == PAVONIX_OK ? ExpectedFile(receptions) : "old"}};
-        EXPECT_EQ("", Differences(expected, ReadTree(folder.path())));
+        EXPECT_EQ("", Differences(expected, ReadTree(sandbox.root())));
     });
 }
 
