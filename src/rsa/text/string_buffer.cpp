@@ -52,11 +52,10 @@ StringBuffer::~StringBuffer()
     *const_cast<volatile std::int32_t *>(&increment_) = kFill;
 }
 
-bool StringBuffer::Grow(std::int64_t newCapacity)
+bool StringBuffer::Reallocate(std::int64_t newCapacity)
 {
     char *grown = newCapacity > INT32_MAX ? nullptr : AllocateArray<char>(static_cast<std::size_t>(newCapacity));
     if (grown == nullptr) {
-        incomplete_ = true;
         return false;
     }
     std::memcpy(grown, data_, static_cast<std::size_t>(length_) + 1);
@@ -77,7 +76,8 @@ void StringBuffer::AppendGrowing(const char *bytes, std::int32_t count, std::int
     if (std::int64_t{length_} + count >= capacity_) {
         const bool ownBytes = bytes >= data_ && bytes < data_ + capacity_;
         const std::ptrdiff_t ownOffset = ownBytes ? bytes - data_ : 0;
-        if (!Grow(std::int64_t{length_} + increment_ + count + terminatorRoom)) {
+        if (!Reallocate(std::int64_t{length_} + increment_ + count + terminatorRoom)) {
+            incomplete_ = true;
             return;
         }
         bytes = ownBytes ? data_ + ownOffset : bytes;
@@ -119,21 +119,16 @@ void StringBuffer::Reserve(std::int32_t count)
 {
     mark_.Check();
     if (count > 0 && std::int64_t{length_} + count >= capacity_) {
-        const bool wasIncomplete = incomplete_;
-        Grow(std::int64_t{length_} + increment_ + count + 1);
-        incomplete_ = wasIncomplete; // only a dropped append loses text
+        Reallocate(std::int64_t{length_} + increment_ + count + 1);
     }
 }
 
 void StringBuffer::Shrink()
 {
     mark_.Check();
-    if (data_ == sharedEmpty || capacity_ <= length_ + 4) {
-        return;
+    if (data_ != sharedEmpty && capacity_ > length_ + 4) {
+        Reallocate(std::int64_t{length_} + 1);
     }
-    const bool wasIncomplete = incomplete_;
-    Grow(std::int64_t{length_} + 1);
-    incomplete_ = wasIncomplete;
 }
 
 void StringBuffer::Clear()
@@ -156,24 +151,6 @@ std::int32_t StringBuffer::length() const
 {
     mark_.Check();
     return length_;
-}
-
-std::int32_t StringBuffer::capacity() const
-{
-    mark_.Check();
-    return capacity_;
-}
-
-std::int32_t StringBuffer::increment() const
-{
-    mark_.Check();
-    return increment_;
-}
-
-bool StringBuffer::complete() const
-{
-    mark_.Check();
-    return !incomplete_;
 }
 
 bool StringBuffer::BeginsWith(const char *prefix) const

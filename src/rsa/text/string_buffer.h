@@ -29,10 +29,10 @@ public:
 
     const char *c_str() const;
     std::int32_t length() const;
-    std::int32_t capacity() const;
-    std::int32_t increment() const;
+    std::int32_t capacity() const { return mark_.Check(), capacity_; }
+    std::int32_t increment() const { return mark_.Check(), increment_; }
     // False when an append was dropped since construction or the last Clear.
-    bool complete() const;
+    bool complete() const { return mark_.Check(), !incomplete_; }
 
     bool BeginsWith(const char *prefix) const;
     bool EndsWith(const char *suffix) const;
@@ -44,7 +44,7 @@ public:
     void ToLower(); // ASCII letters
 
 private:
-    bool Grow(std::int64_t newCapacity);
+    bool Reallocate(std::int64_t newCapacity);
     void AppendGrowing(const char *bytes, std::int32_t count, std::int32_t terminatorRoom);
 
     IntegrityMark<0xAA> mark_;

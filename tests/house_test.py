@@ -1,0 +1,73 @@
+#!/usr/bin/env python3
+"""Holds the house together: which room of src/ may include which, that the
+system's headers stay behind the platform contract, and that the library takes
+nothing from the C and C++ run-time that the device lacks."""
+
+import re
+import sys
+import unittest
+from pathlib import Path
+
+SRC = Path(__file__).resolve().parents[1] / "src"
+
+# Each room and what it may include besides itself: rooms, or single headers.
+ROOMS = {
+    "platform": {"rsa/text/allocate.h"},
+    "rsa/text": {"platform"},
+    "rsa/digest": {"rsa/text"},
+    "rsa/encoding": {"rsa/text"},
+    "rsa/log": {"rsa/text", "rsa/encoding", "platform"},
+    "rsa/random": {"rsa/text", "platform"},
+    "rsa/charset": {"rsa/text", "rsa/log", "platform"},
+    "rsa/bigint": {"rsa/text", "rsa/encoding"},
+    "rsa/key": {"rsa/text", "rsa/log", "rsa/bigint"},
+    "rsa/cipher": {"rsa/text", "rsa/log", "rsa/bigint", "rsa/key", "rsa/encoding", "rsa/charset", "rsa/digest", "rsa/random"},
+    "http": {"rsa/text", "platform"},
+    "store": {"rsa/text", "platform", "http/http_connection.h"},
+    "profile": {"rsa/text", "platform", "http/find_text.h", "rsa/cipher/zt_rsa.h"},
+    "shop": {"rsa/text", "platform", "http", "store", "profile", "pavonix"},
+}
+STANDARD = {"algorithm", "array", "cstddef", "cstdint", "cstring", "initializer_list", "memory", "new", "span",
+            "string_view", "type_traits", "utility", "tommath.h", "bit"}
+
+
+def sources(top=SRC):
+    return sorted(path for path in top.rglob("*") if path.suffix in (".h", ".cpp"))
+
+
+def room_of(name):
+    return next((room for room in ROOMS if name.startswith(room + "/")), None)
+
+
+class House(unittest.TestCase):
+    def test_rooms_include_only_what_stands_below_them(self):
+        for path in sources():
+            name = str(path.relative_to(SRC))
+            room = room_of(name)
+            self.assertIsNotNone(room, f"{name} stands in no room")
+            for header in re.findall(r'#include "([^"]+)"', path.read_text()):
+                target = room_of(header) or header.split("/")[0]
+                with self.subTest(file=name, header=header):
+                    self.assertTrue(target == room or target in ROOMS[room] or header in ROOMS[room])
+
+    def test_headers_of_the_system_stay_in_the_platform(self):
+        for path in sources():
+            if "platform" in path.relative_to(SRC).parts:
+                continue
+            text = path.read_text()
+            for header in re.findall(r"#include <([^>]+)>", text):
+                with self.subTest(file=path.name, header=header):
+                    self.assertIn(header, STANDARD)
+            with self.subTest(file=path.name):
+                self.assertNotRegex(text, r"\b(throw|dynamic_cast|typeid|std::string\b(?!_)|snprintf|sscanf|strtol)\b")
+                if path.name != "export.h":
+                    self.assertNotRegex(text, r"_WIN32|UNDER_CE|__linux__")
+
+    def test_every_file_is_small(self):
+        for path in sources():
+            with self.subTest(file=path.name):
+                self.assertLessEqual(len(path.read_text().splitlines()), 250)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=1)
