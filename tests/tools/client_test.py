@@ -94,7 +94,7 @@ class ClientTest(ShopTest):
         port, request = answer_once(self, reply)
         done = run(f"{PROGRAMS}/pavonix", "good", "--url", f"http://127.0.0.1:{port}/g", "--profile", self.profile,
                    "--type", "-1", "--id", "2147483647", "--out", self.target)
-        self.assertEqual(done.returncode, 4)
+        self.assertEqual(done.returncode, 4, done.stderr)
         self.assertTrue(request[0].startswith(f"GET /g?type=-1&id=2147483647 HTTP/1.1\r\nHost: 127.0.0.1:{port}\r\n"))
         self.assertIn("\r\nUser-Agent: Test/1\r\n", request[0])
         self.assertIn("\r\nUser-Serial: PX-1\r\nUser-ID: 42\r\n", request[0])

@@ -4,11 +4,17 @@
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
 #include <fstream>
 #include <iostream>
-#include <regex>
 
 namespace client {
+
+namespace {
+
+constexpr int kDefaultPort = 80;
+
+} // namespace
 
 void ShopCall::AddOptions(CLI::App &command)
 {
@@ -29,12 +35,16 @@ std::u16string ShopCall::WideProfile() const
 
 int ShopCall::Port() const
 {
-    std::smatch match;
     if (port) {
         return *port;
     }
-    return std::regex_search(url, match, std::regex("^(?:http://)?[^/:]*:(\\d{1,5})(?:/|$)")) ? std::stoi(match[1])
-                                                                                              : 80;
+    const std::size_t scheme = url.find("//");
+    const std::size_t host = scheme == std::string::npos ? 0 : scheme + 2;
+    const std::size_t end = std::min(url.find('/', host), url.size());
+    const std::size_t colon = std::min(url.find(':', host), end);
+    int inUrl = kDefaultPort;
+    std::from_chars(url.data() + std::min(colon + 1, end), url.data() + end, inUrl);
+    return inUrl;
 }
 
 ExitCode ExplainFailure(int status)
@@ -44,7 +54,7 @@ ExitCode ExplainFailure(int status)
                      "status came, or the URL cannot be used (http://host/path, well under 200 characters)\n";
         return ExitCode::kNoReply;
     }
-    const char *meaning = "which is no status that refuses or grants anything";
+    const char *meaning = "not a status that a shop answers with";
     if (status >= 300 && status < 400) {
         meaning = "not modified or moved; the library follows no redirection";
     } else if (status >= 400 && status < 500) {
