@@ -2,12 +2,8 @@
 #include "bare/buy_with_openssl.h"
 #include "bare/curl_transfer.h"
 #include "bare/receive_to_file.h"
-#include "pavonix/pavonix.h"
 #include "harness/compare.h"
-#include "harness/loopback_server.h"
 #include "harness/shop.h"
-
-#include <filesystem>
 
 namespace pavonix::bench {
 
@@ -48,7 +44,7 @@ void Purchase(benchmark::State &state)
             {[&] { status = BuyWithOpenSsl(shop.profile(), shop.server.url()); }, sold}, 0);
 }
 
-BENCHMARK(LongDownload)->Name("200 MB download / recv and fwrite")->UseManualTime()->Iterations(15);
+BENCHMARK(LongDownload)->Name("200 MB download / recv and fwrite")->UseManualTime()->Iterations(41);
 BENCHMARK(ShortDownload)->Name("10 KB page / libcurl")->UseManualTime()->Iterations(1000);
 BENCHMARK(Purchase)->Name("purchase / libcurl and OpenSSL")->UseManualTime()->Iterations(500);
 

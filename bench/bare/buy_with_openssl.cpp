@@ -82,9 +82,9 @@ long BuyWithOpenSsl(const std::string &profilePath, const std::string &url)
 {
     Profile profile = ReadProfile(profilePath);
     const std::string token = MakeToken(profile["Private-Key"], TimeText());
-    const std::vector<std::string> headers = {
-        "User-Agent: " + profile["User-Agent"], "User-Serial: " + profile["User-Serial"],
-        "User-ID: " + profile["User-Id"], "User-Cert: " + token};
+    const std::vector<std::string> headers = {"User-Agent: " + profile["User-Agent"],
+                                              "User-Serial: " + profile["User-Serial"],
+                                              "User-ID: " + profile["User-Id"], "User-Cert: " + token};
     return token.empty() ? 0 : CurlPost(url, headers, "type=1&id=2&force=0");
 }
 

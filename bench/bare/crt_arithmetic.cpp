@@ -17,8 +17,7 @@ std::string ToBytes(const ::mp_int *number)
 {
     std::string bytes(mp_ubin_size(number), 0);
     std::size_t written = 0;
-    const mp_err result =
-        mp_to_ubin(number, reinterpret_cast<unsigned char *>(bytes.data()), bytes.size(), &written);
+    const mp_err result = mp_to_ubin(number, reinterpret_cast<unsigned char *>(bytes.data()), bytes.size(), &written);
     return result == MP_OKAY ? bytes : std::string();
 }
 
@@ -69,8 +68,8 @@ std::string CrtArithmetic::Undo(const std::string &cipher) const
     if (mp_init_multi(&m, &c, nullptr) != MP_OKAY) {
         return {};
     }
-    const bool done = mp_from_ubin(&c, Unsigned(cipher), cipher.size()) == MP_OKAY &&
-                      mp_exptmod(&c, &e_, &n_, &m) == MP_OKAY;
+    const bool done =
+        mp_from_ubin(&c, Unsigned(cipher), cipher.size()) == MP_OKAY && mp_exptmod(&c, &e_, &n_, &m) == MP_OKAY;
     const std::string bytes = done ? ToBytes(&m) : std::string();
     mp_clear_multi(&m, &c, nullptr);
     return bytes;

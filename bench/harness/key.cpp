@@ -22,9 +22,9 @@ std::string KeyPart(const std::string &xml, const std::string &element)
     const std::size_t begin = xml.find("<" + element + ">") + element.size() + 2;
     const std::string text = xml.substr(begin, xml.find("</" + element + ">") - begin);
     std::string bytes(text.size(), 0);
-    const int length = EVP_DecodeBlock(reinterpret_cast<unsigned char *>(bytes.data()),
-                                       reinterpret_cast<const unsigned char *>(text.data()),
-                                       static_cast<int>(text.size()));
+    const int length =
+        EVP_DecodeBlock(reinterpret_cast<unsigned char *>(bytes.data()),
+                        reinterpret_cast<const unsigned char *>(text.data()), static_cast<int>(text.size()));
     const auto padding = std::count(text.begin(), text.end(), '=');
     bytes.resize(static_cast<std::size_t>(length - padding));
     return bytes;

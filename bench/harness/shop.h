@@ -1,25 +1,39 @@
 // A device and a shop: a profile, a target file, and the loopback server.
 #pragma once
 
-#include "pavonix/pavonix.h"
 #include "harness/key.h"
 #include "harness/loopback_server.h"
-#include "support/sandbox.h"
+#include "pavonix/pavonix.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 namespace pavonix::bench {
 
+// Its files stand in the folder for temporary files.
 class Shop {
 public:
-    // A good whose XML has `size` bytes, through the library.
+    Shop()
+    {
+        const std::string key = KeyXml(1024);
+        std::ofstream(profile()) << "User-Agent: Bench/1\nUser-Serial: S-1\nUser-Id: 42\nPublic-Key: "
+                                 << key.substr(0, key.find("<P>")) << "</RSAKeyValue>\nPrivate-Key: " << key << "\n";
+    }
+    ~Shop() { std::filesystem::remove(profile()); }
+    Shop(const Shop &) = delete;
+    Shop &operator=(const Shop &) = delete;
+
+    // Stores a good whose XML has `size` bytes.
     int GetGood(std::size_t size)
     {
         const OneGoodRequest request = {.reserved0 = 0, .reserved1 = 0, .type = 1, .id = static_cast<int>(size)};
-        return GetOneGoodXml(profile_.c_str(), &request, target_.c_str(), 1, url_.c_str(), server.port());
+        return GetOneGoodXml(profilePath_.c_str(), &request, targetPath_.c_str(), 1, url_.c_str(), server.port());
     }
     int Buy()
     {
         const BuyGoodRequest request = {.reserved0 = 0, .reserved1 = 0, .type = 1, .id = 2, .force = 0};
-        return GetBuyGood(profile_.c_str(), &request, nullptr, url_.c_str(), server.port());
+        return GetBuyGood(profilePath_.c_str(), &request, nullptr, url_.c_str(), server.port());
     }
     // Removes the target file; whether it was there with `size` bytes.
     bool TakeTarget(std::size_t size)
@@ -28,24 +42,23 @@ public:
         const bool whole = std::filesystem::file_size(target(), absent) == size;
         return std::filesystem::remove(target(), absent) && whole;
     }
-    std::string profile() const { return sandbox_.root() / "profile"; }
-    std::string target() const { return sandbox_.root() / "target"; }
+    std::filesystem::path profile() const { return folder_ / "profile"; }
+    std::filesystem::path target() const { return folder_ / "target"; }
 
     LoopbackServer server;
 
 private:
-    Sandbox sandbox_;
-    std::u16string profile_ =
-        sandbox_.Write("profile", "User-Agent: Bench/1\nUser-Serial: S-1\nUser-Id: 42\nPublic-Key: " + PublicXml() +
-                                      "\nPrivate-Key: " + KeyXml(1024) + "\n");
-    std::u16string target_ = sandbox_.Path("target");
-    std::u16string url_ = std::filesystem::path(server.url()).u16string();
-
-    static std::string PublicXml()
+    static std::u16string LibraryPath(const std::filesystem::path &path)
     {
-        const std::string xml = KeyXml(1024);
-        return xml.substr(0, xml.find("<P>")) + "</RSAKeyValue>";
+        std::u16string text = path.u16string();
+        std::replace(text.begin(), text.end(), u'/', u'\\');
+        return text;
     }
+
+    std::filesystem::path folder_ = std::filesystem::temp_directory_path();
+    std::u16string profilePath_ = LibraryPath(profile());
+    std::u16string targetPath_ = LibraryPath(target());
+    std::u16string url_ = std::filesystem::path(server.url()).u16string();
 };
 
 } // namespace pavonix::bench

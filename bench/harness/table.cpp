@@ -17,7 +17,7 @@ void PrintRow(const Row &row)
         std::snprintf(cpu, sizeof cpu, "%.2f", row.cpuRatio);
     }
     if (row.aim > 0) {
-        std::snprintf(aim, sizeof aim, "%.2f %s", row.aim, row.ratio < row.aim + 0.005 ? "met" : "missed");
+        std::snprintf(aim, sizeof aim, "%.2f %s", row.aim, row.ratio <= row.aim ? "met" : "missed");
     }
     std::printf("%-50s %10s %10s %7.2f %7s   %s\n", row.name.c_str(), row.ours.c_str(), row.theirs.c_str(), row.ratio,
                 cpu, aim);

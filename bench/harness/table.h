@@ -7,8 +7,8 @@ namespace pavonix::bench {
 
 // One comparison. The ratio is ours divided by theirs.
 struct Row {
-    std::string name;   // "ours / theirs"
-    std::string ours;   // what was measured, with its unit
+    std::string name; // "ours / theirs"
+    std::string ours; // what was measured, with its unit
     std::string theirs;
     double ratio;
     double cpuRatio = 0; // by the processor time of the calling thread; 0 for none

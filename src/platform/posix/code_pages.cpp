@@ -1,6 +1,7 @@
 // The code-page contract over iconv. The ANSI code page is Windows-1252.
 #include "platform/code_pages.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <iconv.h>
@@ -8,6 +9,31 @@
 namespace pavonix::platform {
 
 namespace {
+
+class Converter {
+public:
+    Converter(const char *to, const char *from) : handle_(iconv_open(to, from)) {}
+    ~Converter()
+    {
+        if (valid()) {
+            iconv_close(handle_);
+        }
+    }
+    Converter(const Converter &) = delete;
+    Converter &operator=(const Converter &) = delete;
+
+    bool valid() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+
+    // One source unit at a time, so that a bad one can be replaced. 0 or errno.
+    int Convert(const char *source, std::size_t count, char **target, std::size_t *room)
+    {
+        char *input = const_cast<char *>(source);
+        return iconv(handle_, &input, &count, target, room) == static_cast<std::size_t>(-1) ? errno : 0;
+    }
+
+private:
+    iconv_t handle_;
+};
 
 // The iconv names of Windows code pages.
 class CodePageName {
@@ -31,54 +57,6 @@ private:
 };
 
 constexpr char kUtf16[] = "UTF-16LE";
-
-enum class Direction { kToBytes, kToWide };
-
-// Opened at the first need: that costs more than the texts of a whole call, which
-// are ASCII nearly always.
-class Converter {
-public:
-    Converter(std::uint32_t codePage, Direction direction) : codePage_(codePage), direction_(direction) {}
-    ~Converter()
-    {
-        if (handle_ != kNone) {
-            iconv_close(handle_);
-        }
-    }
-    Converter(const Converter &) = delete;
-    Converter &operator=(const Converter &) = delete;
-
-    // False for an unknown code page and for want of memory.
-    bool Open()
-    {
-        if (handle_ == kNone) {
-            const CodePageName name(codePage_);
-            handle_ = direction_ == Direction::kToBytes ? iconv_open(name.c_str(), kUtf16)
-                                                        : iconv_open(kUtf16, name.c_str());
-        }
-        return handle_ != kNone;
-    }
-
-    // One source unit at a time, so that a bad one can be replaced. 0 or errno.
-    int Convert(const char *source, std::size_t count, char **target, std::size_t *room)
-    {
-        char *input = const_cast<char *>(source);
-        return iconv(handle_, &input, &count, target, room) == static_cast<std::size_t>(-1) ? errno : 0;
-    }
-
-private:
-    const iconv_t kNone = reinterpret_cast<iconv_t>(-1);
-
-    std::uint32_t codePage_;
-    Direction direction_;
-    iconv_t handle_ = kNone;
-};
-
-// Whether the first 128 characters are known to be those of ASCII.
-bool HasAscii(std::uint32_t codePage)
-{
-    return codePage == kAnsiCodePage || codePage == kUtf8CodePage || (codePage >= 1250 && codePage <= 1258);
-}
 
 // Where converted bytes go: into the caller's room, or only counted.
 class Sink {
@@ -122,23 +100,42 @@ bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
     return windows && unit >= 0x80 && unit < 0xA0 && BytesToWide(codePage, &byte, 1, &back, 1) == 1 && back == unit;
 }
 
+// Nearly all texts of a call are ASCII. Opening a converter for each, and calling it
+// for each character, would take longer than all else that a download calculates.
+template <typename Unit>
+bool IsAscii(std::uint32_t codePage, const Unit *text, int length)
+{
+    const bool known = codePage == kAnsiCodePage || codePage == kUtf8CodePage || (codePage >= 1250 && codePage <= 1258);
+    return known && std::all_of(text, text + length, [](Unit unit) { return unit >= 0 && unit < 0x80; });
+}
+
+template <typename From, typename To>
+int CopyAscii(const From *text, int length, To *target, int room)
+{
+    if (room == 0) {
+        return length;
+    }
+    if (length > room) {
+        return 0;
+    }
+    std::transform(text, text + length, target, [](From unit) { return static_cast<To>(unit); });
+    return length;
+}
+
 } // namespace
 
 int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
 {
-    const bool hasAscii = HasAscii(codePage);
-    Converter converter(codePage, Direction::kToBytes);
+    if (IsAscii(codePage, text, length)) {
+        if (lossy != nullptr) {
+            *lossy = false;
+        }
+        return CopyAscii(text, length, bytes, room);
+    }
+    Converter converter(CodePageName(codePage).c_str(), kUtf16);
     bool replaced = false;
     Sink sink(bytes, room);
-    for (int i = 0; i < length;) {
-        if (hasAscii && text[i] < 0x80) {
-            const char byte = static_cast<char>(text[i++]);
-            sink.Put(&byte, 1);
-            continue;
-        }
-        if (!converter.Open()) {
-            return 0;
-        }
+    for (int i = 0; converter.valid() && i < length;) {
         const int units = i + 1 < length && IsHighSurrogate(text[i]) && IsLowSurrogate(text[i + 1]) ? 2 : 1;
         char encoded[16];
         char *end = encoded;
@@ -163,18 +160,12 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
 
 int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
 {
-    const bool hasAscii = HasAscii(codePage);
-    Converter converter(codePage, Direction::kToWide);
+    if (IsAscii(codePage, bytes, length)) {
+        return CopyAscii(bytes, length, text, room);
+    }
+    Converter converter(kUtf16, CodePageName(codePage).c_str());
     Sink sink(reinterpret_cast<char *>(text), room * 2);
-    for (int i = 0; i < length;) {
-        if (hasAscii && static_cast<std::uint8_t>(bytes[i]) < 0x80) {
-            const char unit[2] = {bytes[i++], 0};
-            sink.Put(unit, sizeof unit);
-            continue;
-        }
-        if (!converter.Open()) {
-            return 0;
-        }
+    for (int i = 0; converter.valid() && i < length;) {
         char encoded[16];
         char *end = encoded;
         std::size_t left = sizeof encoded;
