@@ -118,6 +118,7 @@ class WireTest(ShopTest):
             ("no request", [b"hello\r\n\r\n"], b"400", b"914"),
             ("an empty target", [b"GET  HTTP/1.1\r\n\r\n"], b"400", b"914"),
             ("a body cut short", [post, b"Content-Length: 20\r\n\r\ntype=1"], b"400", b"914"),
+            ("bytes above ASCII", [b"GET /\x9b2J HTTP/1.1\r\n\r\n"], b"404", b"900"),
             ("a length beyond numbers", [post, b"Content-Length: 99999999999999999999\r\n\r\n"], b"400", b"914"),
             ("no length", [post, b"\r\n"], b"411", b"911"),
             ("chunks", [post, b"Transfer-Encoding: chunked\r\n\r\n0\r\n\r\n"], b"411", b"911"),
@@ -131,6 +132,7 @@ class WireTest(ShopTest):
                 self.assertIn(b"\r\nX-Error-Code: " + code + b"\r\n", reply)
         self.assertEqual(self.exchange(finish=True), b"")
         self.assertEqual(self.ask("GET", "/shop/good?type=1&id=1")[0], 200)
+        self.assertTrue(all(line.isascii() for line in self.stop_shop()))
 
     def test_bytes_behind_the_request_neither_lose_the_reply_nor_get_one(self):
         request = b"GET /shop/good?type=3&id=5 HTTP/1.1\r\nHost: h\r\n\r\n"

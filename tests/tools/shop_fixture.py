@@ -6,6 +6,7 @@ import http.client
 import os
 import re
 import secrets
+import signal
 import socket
 import sqlite3
 import subprocess
@@ -118,7 +119,7 @@ class ShopTest(unittest.TestCase):
             self.shop.terminate()
         output = self.shop.stdout.read() if not self.shop.stdout.closed else ""
         self.shop.stdout.close()
-        self.shop.wait(10)
+        self.assertIn(self.shop.wait(10), (0, -signal.SIGKILL))
         return output.splitlines()
 
     def ask(self, method, target, headers=None, body=None):

@@ -27,6 +27,15 @@ const ErrorKind &KindOfReadError(beast::error_code error)
                                                                                   : kMalformedRequest;
 }
 
+// The log is read on terminals, and a target may hold any byte above ASCII.
+std::string Printable(boost::beast::string_view text)
+{
+    std::string printable(text);
+    std::replace_if(
+        printable.begin(), printable.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    return printable;
+}
+
 } // namespace
 
 Session::Session(boost::asio::ip::tcp::socket socket, Shop &shop) : stream_(std::move(socket)), shop_(shop)
@@ -94,7 +103,7 @@ void Session::Log(const Response &response) const
     const auto peer = stream_.socket().remote_endpoint(error);
     std::cout << FormatTimeText(WallTimeNow()) << ' ' << peer.address().to_string() << ' ';
     if (parser_.is_header_done()) {
-        std::cout << parser_.get().method_string() << ' ' << parser_.get().target();
+        std::cout << Printable(parser_.get().method_string()) << ' ' << Printable(parser_.get().target());
     } else {
         std::cout << "(no request)";
     }
