@@ -26,7 +26,7 @@ echo "building $version for arm-mingw32ce, about two minutes; log: $work/log"
         "../$version/configure" --target=arm-mingw32ce --prefix="$directory" --disable-nls --disable-werror \
             --disable-gdb --disable-gprofng --disable-gprof --disable-shared --disable-plugins \
             --enable-deterministic-archives &&
-        make -j2 MAKEINFO=true &&
+        make -j"$(nproc)" MAKEINFO=true &&
         make MAKEINFO=true install-strip-binutils install-strip-gas install-strip-ld
 } >"$work/log" 2>&1 || { tail -n 20 "$work/log"; exit 1; }
 cd "$directory"

@@ -40,15 +40,14 @@ def convert(lines):
     """Yields the COFF lines for an iterable of ELF assembly lines."""
     left_out = False
     for line in lines:
-        directive, *rest = line.split(None, 1)  or [""]
-        rest = rest[0].rstrip() if rest else ""
+        directive, rest = (line.split(None, 1) + ["", ""])[:2]
+        rest = rest.rstrip()
         if directive == ".section":
             name, mergeable = rest.split(",")[0], rest.endswith(",comdat")
             left_out = name.startswith(".note")
             if not left_out:
                 yield '\t.section %s,"%s"\n' % coff_section(name, mergeable)
-            if mergeable:
-                yield "\t.linkonce discard\n"
+                yield "\t.linkonce discard\n" if mergeable else ""
         elif directive in (".text", ".data", ".bss"):
             left_out = False
             yield line
