@@ -118,7 +118,9 @@ int PAVONIX_CALL GetOneGoodXml(const PavonixChar *profilePath, const OneGoodRequ
                                const PavonixChar *targetPath, int force, const PavonixChar *baseUrl, int port);
 
 /* Asks the server to sell a good. The result record is untouched when the
- * answer is 200 or 0.
+ * answer is 200, and when it is 0 because nothing could be sent. When it is 0 for
+ * want of a reply with a status, the record has error code 0 and what came, often
+ * nothing, as its message.
  */
 int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request, BuyGoodResult *result,
                             const PavonixChar *baseUrl, int port);
