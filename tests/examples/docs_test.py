@@ -1,0 +1,35 @@
+"""What the pages say against what is there: links, the sample shop's codes, and the example of a token."""
+
+import re
+import sys
+import tempfile
+import unittest
+
+from scripted_shop import SOURCE, run
+
+
+class DocsTest(unittest.TestCase):
+    def test_links(self):
+        pages = [*SOURCE.glob("*.md"), *SOURCE.glob("docs/*.md")]
+        links = [(page, link) for page in pages for link in re.findall(r"\]\(([^)#:]+)[^):]*\)", page.read_text())]
+        self.assertGreater(len(links), 40)
+        self.assertEqual([(page.name, link) for page, link in links if not (page.parent / link).exists()], [])
+
+    def test_codes_of_the_sample_shop(self):
+        kinds = re.findall(r'\{(\d+), (\d+), "(.*)"\}', (SOURCE / "tools/shop/errors.h").read_text())
+        rows = re.findall(r"^\| (9\d\d) \| (\d+) \| ([^|]*) \|", (SOURCE / "docs/results.md").read_text(), re.M)
+        self.assertEqual(sorted((code, status, text) for status, code, text in kinds), sorted(rows))
+
+    def test_token_example(self):
+        page = (SOURCE / "docs/token.md").read_text()
+        key, token, *says = re.search(r"cat key.xml\n(.*)\n\$ python3 \S+ key.xml (.*)\n((?:.*\n)+?)```", page).groups()
+        self.assertIn(f"Public-Key: {key}\n", (SOURCE / "tests/data/device.profile").read_text())
+        with tempfile.NamedTemporaryFile("w") as file:
+            file.write(key)
+            file.flush()
+            code, lines = run(sys.executable, "-B", SOURCE / "examples/python/verify_token.py", file.name, token)
+        self.assertEqual((code, lines), (3, says[0].splitlines()))
+
+
+if __name__ == "__main__":
+    unittest.main()
