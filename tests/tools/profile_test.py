@@ -57,23 +57,25 @@ class ProfileTest(unittest.TestCase):
                 self.assertEqual(self.sent(), identity)
 
     def test_lines_with_problems(self):
-        agent_default = "Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; .NET " \
-                        "CLR 3.0.4506.2152; .NET CLR 3.5.30729)"
+        default_agent = ("Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
+                         ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)")
         table = [
             ("too long", profile_text(User_Serial="x" * 1011), "line 2: it has 1024 characters", ("A/1", "", "0")),
             ("carriage returns", profile_text(Public_Key=PUBLIC + "\r"), "line 4: it ends in a carriage return", None),
-            ("a carriage return in a number", profile_text(User_Id="42\r"), "line 3: it ends in", ("A/1", "PX-1", "42")),
-            ("shadowed", profile_text(User_Serial="the User-Agent: X"), "line 2: it begins with User-Serial but is taken "
-             "for User-Agent", ("X", "", "42")),
+            ("a carriage return in a number", profile_text(User_Id="42\r"), "line 3: it ends in",
+             ("A/1", "PX-1", "42")),
+            ("shadowed", profile_text(User_Serial="the User-Agent: X"),
+             "line 2: it begins with User-Serial but is taken for User-Agent", ("X", "", "42")),
             ("no separator", profile_text().replace("Serial: ", "Serial:"), "the whole line is its value",
              ("A/1", "User-Serial:PX-1", "42")),
-            ("text before the separator", profile_text().replace("User-Id", "User-Identity"), "other text stands between",
-             ("A/1", "PX-1", "42")),
+            ("text before the separator", profile_text().replace("User-Id", "User-Identity"),
+             "other text stands between", ("A/1", "PX-1", "42")),
             ("no number", profile_text(User_Id="4x2"), "User-Id is not a whole number", ("A/1", "PX-1", "4")),
             ("given twice", profile_text() + "User-Serial: S2\n", "replaces the value of line 2", ("A/1", "S2", "42")),
-            ("missing", profile_text(User_Agent=None), "User-Agent is missing or empty", (agent_default, "PX-1", "42")),
+            ("missing", profile_text(User_Agent=None), "User-Agent is missing or empty",
+             (default_agent, "PX-1", "42")),
             ("a zero byte", profile_text(User_Serial="P\0X"), "line 2: it holds a zero byte", ("A/1", "P", "42")),
-            ("empty", "", "User-Serial is missing or empty", (agent_default, "", "0")),
+            ("empty", "", "User-Serial is missing or empty", (default_agent, "", "0")),
         ]
         for name, text, words, identity in table:
             with self.subTest(name):
@@ -92,7 +94,8 @@ class ProfileTest(unittest.TestCase):
             ("no DQ", dict(Private_Key=KEY.private_xml(without=["DQ"])), ["does not open with Public-Key"]),
         ]
         odd = Key(1023)
-        table.append(("1023 bits", dict(Public_Key=odd.public_xml(), Private_Key=odd.private_xml()), ["1023 bits, no mul"]))
+        odd_keys = dict(Public_Key=odd.public_xml(), Private_Key=odd.private_xml())
+        table.append(("1023 bits", odd_keys, ["1023 bits, no multiple of 8"]))
         for name, changes, words in table:
             with self.subTest(name):
                 code, output = self.check(profile_text(**changes))

@@ -2,7 +2,6 @@
 
 #include "session.h"
 
-#include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 
 #include <iostream>
@@ -12,14 +11,13 @@ namespace shop {
 namespace asio = boost::asio;
 
 Server::Server(Shop &shop, const std::string &host, unsigned short port)
-    : shop_(shop), acceptor_(context_, {asio::ip::make_address(host), port})
+    : shop_(shop), signals_(context_, SIGINT, SIGTERM), acceptor_(context_, {asio::ip::make_address(host), port})
 {
 }
 
 void Server::Run()
 {
-    asio::signal_set signals(context_, SIGINT, SIGTERM);
-    signals.async_wait([this](boost::system::error_code, int) { context_.stop(); });
+    signals_.async_wait([this](boost::system::error_code, int) { context_.stop(); });
     Accept();
     context_.run();
 }

@@ -5,12 +5,14 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/signal_set.hpp>
 
 namespace shop {
 
 class Server {
 public:
-    // Listens at once. port 0 picks a free one. Throws boost::system::system_error.
+    // Listens, and minds signals, at once. port 0 picks a free one. Throws
+    // boost::system::system_error.
     Server(Shop &shop, const std::string &host, unsigned short port);
 
     unsigned short port() const { return acceptor_.local_endpoint().port(); }
@@ -23,6 +25,7 @@ private:
 
     Shop &shop_;
     boost::asio::io_context context_;
+    boost::asio::signal_set signals_;
     boost::asio::ip::tcp::acceptor acceptor_;
 };
 
