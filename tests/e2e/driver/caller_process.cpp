@@ -1,5 +1,7 @@
 #include "caller_process.h"
 
+#include "execute.h"
+
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
@@ -21,13 +23,7 @@ constexpr std::chrono::seconds kStartPatience(120); // a first start of Wine set
     dup2(input, STDIN_FILENO);
     dup2(output, STDOUT_FILENO);
     dup2(errors, STDERR_FILENO);
-    std::vector<char *> arguments;
-    for (const std::string &word : command) {
-        arguments.push_back(const_cast<char *>(word.c_str()));
-    }
-    arguments.push_back(nullptr);
-    execvp(arguments[0], arguments.data());
-    _exit(127);
+    Execute(command);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "service.h"
 
+#include "execute.h"
+
 #include <arpa/inet.h>
 #include <chrono>
 #include <csignal>
@@ -54,13 +56,7 @@ Service::Service(const std::vector<std::string> &command, int port, const std::s
     const int log = open(logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     dup2(log, STDOUT_FILENO);
     dup2(log, STDERR_FILENO);
-    std::vector<char *> arguments;
-    for (const std::string &word : command) {
-        arguments.push_back(const_cast<char *>(word.c_str()));
-    }
-    arguments.push_back(nullptr);
-    execvp(arguments[0], arguments.data());
-    _exit(127);
+    Execute(command);
 }
 
 Service::~Service()
