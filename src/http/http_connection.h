@@ -58,11 +58,11 @@ public:
     // Receives once and splits head and body prefix. Bytes that did not arrive
     // are zeros; how many arrived is not kept.
     const char *ReceiveHead();
-    ZtString GetHead() const { return head_; }                          // status line to blank line
-    const char *GetHeadBuffer() const { return headArea_; }             // head and held body bytes
-    const char *GetBodyPrefix() const { return bodyPrefix_; }           // held body bytes
-    std::uint32_t GetHeadLength() const { return headLength_; }         // bytes, blank line included
-    std::uint32_t GetContentLength() const { return contentLength_; }   // 0 when absent
+    ZtString GetHead() const { return head_; }                        // status line to blank line
+    const char *GetHeadBuffer() const { return headArea_; }           // head and held body bytes
+    const char *GetBodyPrefix() const { return bodyPrefix_; }         // held body bytes
+    std::uint32_t GetHeadLength() const { return headLength_; }       // bytes, blank line included
+    std::uint32_t GetContentLength() const { return contentLength_; } // 0 when absent
 
     // --- Socket (http_socket.cpp).
 

@@ -89,8 +89,8 @@ std::string ToHex(const std::string &bytes)
 std::string ToBase64(const std::string &bytes)
 {
     std::string text(bytes.size() / 3 * 4 + 5, 0);
-    text.resize(static_cast<std::size_t>(
-        EVP_EncodeBlock(Unsigned(text), Unsigned(bytes), static_cast<int>(bytes.size()))));
+    text.resize(
+        static_cast<std::size_t>(EVP_EncodeBlock(Unsigned(text), Unsigned(bytes), static_cast<int>(bytes.size()))));
     return text;
 }
 
@@ -110,8 +110,8 @@ std::string TestKey::Raw(bool privateKey, const std::string &block) const
 {
     std::string result(size(), 0);
     const auto apply = privateKey ? RSA_private_encrypt : RSA_public_encrypt;
-    const int length = apply(static_cast<int>(block.size()), Unsigned(block), Unsigned(result), rsa.get(),
-                             RSA_NO_PADDING);
+    const int length =
+        apply(static_cast<int>(block.size()), Unsigned(block), Unsigned(result), rsa.get(), RSA_NO_PADDING);
     EXPECT_EQ(length, RSA_size(rsa.get()));
     return result;
 }
@@ -121,10 +121,10 @@ std::string TestKey::Decode(bool privateKey, int padding, const std::string &cip
     const std::string block = Raw(!privateKey, cipher);
     std::string message(block.size(), 0);
     const int size = static_cast<int>(block.size());
-    const int length = padding == RSA_PKCS1_OAEP_PADDING
-                           ? RSA_padding_check_PKCS1_OAEP(Unsigned(message), size, Unsigned(block), size, size,
-                                                          nullptr, 0)
-                           : RSA_padding_check_PKCS1_type_2(Unsigned(message), size, Unsigned(block), size, size);
+    const int length =
+        padding == RSA_PKCS1_OAEP_PADDING
+            ? RSA_padding_check_PKCS1_OAEP(Unsigned(message), size, Unsigned(block), size, size, nullptr, 0)
+            : RSA_padding_check_PKCS1_type_2(Unsigned(message), size, Unsigned(block), size, size);
     return length < 0 ? "?" : message.substr(0, static_cast<std::size_t>(length));
 }
 
@@ -146,8 +146,7 @@ std::string TestKey::PrivateXml() const
     xml.resize(xml.size() - std::strlen("</RSAKeyValue>"));
     return xml + Element("P", ToBytes(RSA_get0_p(key))) + Element("Q", ToBytes(RSA_get0_q(key))) +
            Element("DP", ToBytes(RSA_get0_dmp1(key))) + Element("DQ", ToBytes(RSA_get0_dmq1(key))) +
-           Element("InverseQ", ToBytes(RSA_get0_iqmp(key))) + Element("D", ToBytes(RSA_get0_d(key))) +
-           "</RSAKeyValue>";
+           Element("InverseQ", ToBytes(RSA_get0_iqmp(key))) + Element("D", ToBytes(RSA_get0_d(key))) + "</RSAKeyValue>";
 }
 
 const std::vector<TestKey> &TestKeys()

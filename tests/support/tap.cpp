@@ -52,9 +52,8 @@ const std::vector<std::string> &Calls()
 
 int CountOf(const std::string &name)
 {
-    return static_cast<int>(std::count_if(calls.begin(), calls.end(), [&](const std::string &call) {
-        return call.substr(0, call.find('(')) == name;
-    }));
+    return static_cast<int>(std::count_if(
+        calls.begin(), calls.end(), [&](const std::string &call) { return call.substr(0, call.find('(')) == name; }));
 }
 
 void FailNth(int nth, bool everAfter)

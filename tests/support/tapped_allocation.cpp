@@ -86,14 +86,38 @@ void *AllocateOrThrow(std::size_t size)
 
 } // namespace
 
-void *operator new(std::size_t size) { return AllocateOrThrow(size); }
-void *operator new[](std::size_t size) { return AllocateOrThrow(size); }
-void *operator new(std::size_t size, const std::nothrow_t &) noexcept { return AllocateOnce(size); }
-void *operator new[](std::size_t size, const std::nothrow_t &) noexcept { return AllocateOnce(size); }
-void operator delete(void *block) noexcept { FreeOnce(block); }
-void operator delete[](void *block) noexcept { FreeOnce(block); }
-void operator delete(void *block, std::size_t) noexcept { FreeOnce(block); }
-void operator delete[](void *block, std::size_t) noexcept { FreeOnce(block); }
+void *operator new(std::size_t size)
+{
+    return AllocateOrThrow(size);
+}
+void *operator new[](std::size_t size)
+{
+    return AllocateOrThrow(size);
+}
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    return AllocateOnce(size);
+}
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept
+{
+    return AllocateOnce(size);
+}
+void operator delete(void *block) noexcept
+{
+    FreeOnce(block);
+}
+void operator delete[](void *block) noexcept
+{
+    FreeOnce(block);
+}
+void operator delete(void *block, std::size_t) noexcept
+{
+    FreeOnce(block);
+}
+void operator delete[](void *block, std::size_t) noexcept
+{
+    FreeOnce(block);
+}
 
 extern "C" {
 

@@ -107,8 +107,7 @@ int __wrap_ReceiveSocket(platform::Socket socket, char *bytes, int length)
 int __wrap_SetSocketOption(platform::Socket socket, int level, int option, const void *value, int length)
 {
     const std::string detail = std::to_string(level) + "," + std::to_string(option) + "," +
-                               std::to_string(*static_cast<const std::int32_t *>(value)) + "," +
-                               std::to_string(length);
+                               std::to_string(*static_cast<const std::int32_t *>(value)) + "," + std::to_string(length);
     if (Enter("SetSocketOption", detail)) {
         return platform::kSocketError;
     }

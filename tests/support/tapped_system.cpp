@@ -47,8 +47,7 @@ int __wrap_WideToBytes(std::uint32_t codePage, const WideChar *text, int length,
 
 int __wrap_BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
 {
-    return Enter("BytesToWide", std::to_string(codePage)) ? 0
-                                                          : __real_BytesToWide(codePage, bytes, length, text, room);
+    return Enter("BytesToWide", std::to_string(codePage)) ? 0 : __real_BytesToWide(codePage, bytes, length, text, room);
 }
 
 void __wrap_ReadLocalTime(platform::LocalTime *time)
@@ -77,8 +76,7 @@ void __wrap_FreeCriticalSection(platform::CriticalSection *section)
     __real_FreeCriticalSection(section);
 }
 
-bool __wrap_AcquireProvider(platform::Provider *provider, const WideChar *name, std::uint32_t type,
-                            std::uint32_t flags)
+bool __wrap_AcquireProvider(platform::Provider *provider, const WideChar *name, std::uint32_t type, std::uint32_t flags)
 {
     char detail[80];
     std::snprintf(detail, sizeof detail, "%s,%u,%08x", Narrow(name).c_str(), type, flags);

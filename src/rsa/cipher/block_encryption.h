@@ -15,12 +15,12 @@ constexpr std::int32_t kOaepPadding = 2;
 // How a text is encrypted, the same for all its blocks.
 struct RsaSettings {
     const RsaKey &key;
-    std::int32_t keyChoice;          // kPublicKey or kPrivateKey
-    std::int32_t padding;            // anything but kOaepPadding is kPkcs1Padding
-    std::int32_t hashId;             // for OAEP
-    const std::uint8_t *label;       // for OAEP; may be null
-    std::uint32_t labelLength;       // bytes
-    bool littleEndian;               // false swaps the bytes of each 32-bit word of the result
+    std::int32_t keyChoice;    // kPublicKey or kPrivateKey
+    std::int32_t padding;      // anything but kOaepPadding is kPkcs1Padding
+    std::int32_t hashId;       // for OAEP
+    const std::uint8_t *label; // for OAEP; may be null
+    std::uint32_t labelLength; // bytes
+    bool littleEndian;         // false swaps the bytes of each 32-bit word of the result
     bool verbose;
 };
 

@@ -14,9 +14,9 @@ constexpr std::int32_t kPrivateKey = 1;
 struct RsaKey {
     std::int32_t cachedBitLength = 0; // of the modulus; 0 means: count them
     std::int32_t type = kPublicKey;
-    mp_int e;  // public exponent
-    mp_int d;  // private exponent, never calculated with
-    mp_int N;  // modulus, p * q
+    mp_int e; // public exponent
+    mp_int d; // private exponent, never calculated with
+    mp_int N; // modulus, p * q
     mp_int p;
     mp_int q;
     mp_int qP; // q^-1 mod p

@@ -13,7 +13,7 @@ enum class LogEntryKind : char {
     kError = 'E',
     kInfo = 'I',
     kRaw = 'X',
-    kData = 'T', // tag and content
+    kData = 'T',    // tag and content
     kContext = 'C', // tag and children
 };
 

@@ -57,8 +57,16 @@ TEST(MpInt, BytesOfEveryLength)
 // Every kind of modulus: 0 and 1, powers of two, even and odd, all ones, several digits.
 TEST(MpInt, ArithmeticAgreesWithOpenSsl)
 {
-    const char *const values[] = {"", "01", "02", "03", "04", "06", "010001", "8000000000000000",
-                                  "0FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF", "FEDCBA9876543210FEDCBA9876543211",
+    const char *const values[] = {"",
+                                  "01",
+                                  "02",
+                                  "03",
+                                  "04",
+                                  "06",
+                                  "010001",
+                                  "8000000000000000",
+                                  "0FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFF",
+                                  "FEDCBA9876543210FEDCBA9876543211",
                                   "100000000000000000000000000000000000000000000000",
                                   "FFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFFE"};
     const std::shared_ptr<BN_CTX> context(BN_CTX_new(), BN_CTX_free);

@@ -19,9 +19,9 @@ using Parts = std::map<std::string, std::string>; // by element name, bytes
 Parts PartsOf(const TestKey &key)
 {
     const RSA *rsa = key.rsa.get();
-    return {{"Modulus", ToBytes(RSA_get0_n(rsa))}, {"Exponent", ToBytes(RSA_get0_e(rsa))},
-            {"P", ToBytes(RSA_get0_p(rsa))},       {"Q", ToBytes(RSA_get0_q(rsa))},
-            {"DP", ToBytes(RSA_get0_dmp1(rsa))},   {"DQ", ToBytes(RSA_get0_dmq1(rsa))},
+    return {{"Modulus", ToBytes(RSA_get0_n(rsa))},    {"Exponent", ToBytes(RSA_get0_e(rsa))},
+            {"P", ToBytes(RSA_get0_p(rsa))},          {"Q", ToBytes(RSA_get0_q(rsa))},
+            {"DP", ToBytes(RSA_get0_dmp1(rsa))},      {"DQ", ToBytes(RSA_get0_dmq1(rsa))},
             {"InverseQ", ToBytes(RSA_get0_iqmp(rsa))}};
 }
 
@@ -77,9 +77,8 @@ std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts
     ReadTestKey(xml, &key);
     Logger log;
     DataBuffer output;
-    const bool success =
-        ExponentiateRsa(reinterpret_cast<const std::uint8_t *>(input.data()), static_cast<std::uint32_t>(input.size()),
-                        keyChoice, key, true, &output, log);
+    const bool success = ExponentiateRsa(reinterpret_cast<const std::uint8_t *>(input.data()),
+                                         static_cast<std::uint32_t>(input.size()), keyChoice, key, true, &output, log);
     StringBuffer rendered;
     log.getLogText(&rendered);
     const std::string text = rendered.c_str();

@@ -89,18 +89,20 @@ TEST(RsaLog, EncryptionsInAllRenderings)
     EXPECT_EQ(Rendered(&rsa, &LogBase::getLogText),
               Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 1|    RSA_encrypt:|      KeyType: Private|"
                     "      InputSize: 18|      Padding: OAEP|      HashAlg: SHA-1|      ParamLen: 0|"
-                    "      ModulusBitLen: 1024|      exptmodOutput: " + cipher +
-                    "|      OutputSize: 128|    Success.|"));
+                    "      ModulusBitLen: 1024|      exptmodOutput: " +
+                    cipher + "|      OutputSize: 128|    Success.|"));
     EXPECT_EQ(Rendered(&rsa, &LogBase::getLogHtml),
               Lines("ZentorpLog:<blockquote>|EncryptStringENC:<blockquote>|usePrivateKey: 1<br>|"
                     "RSA_encrypt:<blockquote>|KeyType: Private<br>|InputSize: 18<br>|Padding: OAEP<br>|"
-                    "HashAlg: SHA-1<br>|ParamLen: 0<br>|ModulusBitLen: 1024<br>|exptmodOutput: " + cipher +
-                    "<br>|OutputSize: 128<br>|</blockquote>|Success.<br>|</blockquote>|</blockquote>|"));
+                    "HashAlg: SHA-1<br>|ParamLen: 0<br>|ModulusBitLen: 1024<br>|exptmodOutput: " +
+                    cipher + "<br>|OutputSize: 128<br>|</blockquote>|Success.<br>|</blockquote>|</blockquote>|"));
     EXPECT_EQ(Rendered(&rsa, &LogBase::getLogXml),
               Lines("<ZentorpLog>|<EncryptStringENC>|<usePrivateKey>1</usePrivateKey>|<RSA_encrypt>|"
                     "<KeyType>Private</KeyType>|<InputSize>18</InputSize>|<Padding>OAEP</Padding>|"
                     "<HashAlg>SHA-1</HashAlg>|<ParamLen>0</ParamLen>|<ModulusBitLen>1024</ModulusBitLen>|"
-                    "<exptmodOutput>" + cipher + "</exptmodOutput>|<OutputSize>128</OutputSize>|</RSA_encrypt>|"
+                    "<exptmodOutput>" +
+                    cipher +
+                    "</exptmodOutput>|<OutputSize>128</OutputSize>|</RSA_encrypt>|"
                     "<info>Success.</info>|</EncryptStringENC>|</ZentorpLog>|"));
     tap::Reset();
     SharedR250().Seed();
@@ -170,7 +172,9 @@ TEST(RsaLog, TextOutsideTheCharset)
     const std::string log = Rendered(&rsa, &LogBase::getLogText);
     EXPECT_EQ(log.find(Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|"
                              "    Character encoding conversion failed.|    NumCharsIn: 3|    Charset: windows-1251|"
-                             "    ConvertedToNumBytes: 2|    ")), 0u) << log;
+                             "    ConvertedToNumBytes: 2|    ")),
+              0u)
+        << log;
     EXPECT_EQ(log.substr(log.size() - 13), Lines("    Failed.|"));
     EXPECT_EQ(log.find("RSA_encrypt"), std::string::npos);
     // The context has been left: the next run starts at the root again.

@@ -26,8 +26,8 @@ struct Outcome {
 
 Outcome EncryptOaep(const std::string &message, const RsaKey &key, bool privateKey)
 {
-    const RsaSettings settings = {key,     privateKey ? kPrivateKey : kPublicKey, kOaepPadding, kSha1HashId,
-                                  nullptr, 0,                                     true,         false};
+    const RsaSettings settings = {
+        key, privateKey ? kPrivateKey : kPublicKey, kOaepPadding, kSha1HashId, nullptr, 0, true, false};
     Logger log;
     DataBuffer cipher;
     const bool success = EncryptRsa(Data(message), static_cast<std::uint32_t>(message.size()), settings, &cipher, log);

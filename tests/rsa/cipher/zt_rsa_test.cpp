@@ -59,9 +59,9 @@ TEST(ZtRsa, BlocksOfEveryLengthOpenWithOpenSsl)
         bool oaep;
         std::size_t length, blocks;
     } rows[] = {
-        {1024, true, 0, 0},    {1024, true, 1, 1},    {1024, true, 86, 1},  {1024, true, 87, 2},  {1024, true, 300, 4},
+        {1024, true, 0, 0},    {1024, true, 1, 1},    {1024, true, 86, 1},   {1024, true, 87, 2},  {1024, true, 300, 4},
         {1024, false, 0, 0},   {1024, false, 117, 1}, {1024, false, 118, 2}, {1536, true, 150, 1}, {1536, true, 151, 2},
-        {2048, false, 245, 1}, {2048, false, 246, 2}, {344, true, 1, 1},    {344, true, 5, 5},    {368, true, 4, 1},
+        {2048, false, 245, 1}, {2048, false, 246, 2}, {344, true, 1, 1},     {344, true, 5, 5},    {368, true, 4, 1},
         {368, true, 9, 3},     {96, false, 1, 1},     {96, false, 30, 30},
     };
     for (const auto &row : rows) {
@@ -94,7 +94,9 @@ TEST(ZtRsa, ABlockThatFailsDiscardsThoseBeforeIt)
         EXPECT_FALSE(encryption.success);
         EXPECT_EQ(encryption.cipher, "");
         EXPECT_NE(Log(&rsa).find("      Output of RSA encryption not equal to modulus size.\r\n      InLength: 129\r\n"
-                                 "      OutputLength: 128\r\n  "), std::string::npos) << Log(&rsa).substr(0, 2000);
+                                 "      OutputLength: 128\r\n  "),
+                  std::string::npos)
+            << Log(&rsa).substr(0, 2000);
     }
 }
 

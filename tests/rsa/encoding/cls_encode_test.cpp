@@ -36,14 +36,10 @@ TEST_F(ClsEncodeTest, ReplacesOrAppendsInEveryMode)
 {
     ASSERT_TRUE(bytes_.Append("M>\xE9", 3));
     const char *rows[][2] = {
-        {"base64", "TT7p"},
-        {"quoted-printable", "M>=E9"},
-        {"hex", "4D3EE9"},
-        {"url", "M%3E%E9"},
-        {"html", nullptr},
-        {"ansi", "M>\xE9"},
-        {"base32", "JU7OS==="},
-        {"uuencode", "begin 644 file.dat\n#33[I\n`\nend\n"},
+        {"base64", "TT7p"},     {"quoted-printable", "M>=E9"},
+        {"hex", "4D3EE9"},      {"url", "M%3E%E9"},
+        {"html", nullptr},      {"ansi", "M>\xE9"},
+        {"base32", "JU7OS==="}, {"uuencode", "begin 644 file.dat\n#33[I\n`\nend\n"},
     };
     ASSERT_EQ(encode_.mode(), EncodingMode::kBase64);
     for (const auto &row : rows) {

@@ -43,10 +43,8 @@ TEST(EncodingMode, IsReadLooselyFromItsName)
 TEST(EncodingMode, NamesAreStoredWithoutSpacesInLowerCase)
 {
     const char *rows[][2] = {
-        {"base64", "base64"},
-        {" \t Quoted-Printable \r\n", "quoted-printable"},
-        {"B a s E\t32", "base\t32"},
-        {"   ", ""},
+        {"base64", "base64"},        {" \t Quoted-Printable \r\n", "quoted-printable"},
+        {"B a s E\t32", "base\t32"}, {"   ", ""},
         {"\xC3\x84 X", "\xC3\x84x"}, // only ASCII letters change
     };
     for (const auto &row : rows) {

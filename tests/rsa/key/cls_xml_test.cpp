@@ -47,9 +47,27 @@ private:
 
     std::string MakeText()
     {
-        return Pick({"AQAB", " b+/=\t", "\r\n", "\r", "\n\r", "a>b", "\"'", "]]", "&amp;", "&lt;&gt;",
-                     "&quot;&apos;", "&#65;", "&#x000000e4;", "&#8364;", "&#x1F600;", "&#13;", "\xE2\x82\xAC",
-                     "<![CDATA[]]>", "<![CDATA[<x>&amp;]]]]>", "<![CDATA[\r\n>\r]]>", "<!-- <P> - -->",
+        return Pick({"AQAB",
+                     " b+/=\t",
+                     "\r\n",
+                     "\r",
+                     "\n\r",
+                     "a>b",
+                     "\"'",
+                     "]]",
+                     "&amp;",
+                     "&lt;&gt;",
+                     "&quot;&apos;",
+                     "&#65;",
+                     "&#x000000e4;",
+                     "&#8364;",
+                     "&#x1F600;",
+                     "&#13;",
+                     "\xE2\x82\xAC",
+                     "<![CDATA[]]>",
+                     "<![CDATA[<x>&amp;]]]]>",
+                     "<![CDATA[\r\n>\r]]>",
+                     "<!-- <P> - -->",
                      "<?pi <P>?>"});
     }
 
@@ -143,8 +161,9 @@ TEST(ClsXml, HostileDocuments)
 // Markup characters in every order, from memory that ends with the text.
 TEST(ClsXml, ArbitraryTexts)
 {
-    const char *const pieces[] = {"<", ">", "/", "!", "?", "-", "--", "[", "]", "&", "#", ";", "'", "\"", "=", " ", "P",
-                                  "<P>", "</P>", "<!--", "-->", "<![CDATA[", "]]>", "&#x", "\xFF", "\r"};
+    const char *const pieces[] = {"<",    ">",    "/",   "!",         "?",   "-",   "--",   "[", "]",
+                                  "&",    "#",    ";",   "'",         "\"",  "=",   " ",    "P", "<P>",
+                                  "</P>", "<!--", "-->", "<![CDATA[", "]]>", "&#x", "\xFF", "\r"};
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
         std::string text = round % 2 == 0 ? "<r>" : "";

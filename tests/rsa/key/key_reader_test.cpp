@@ -53,8 +53,14 @@ std::string ExpectedOfPrefix(const std::string &prefix)
     const struct {
         const char *tag, *name;
         bool needed;
-    } parts[] = {{"Modulus", "modulus", true}, {"Exponent", "exponent", true}, {"P", "P", false}, {"Q", "Q", false},
-                 {"DP", "DP", false}, {"DQ", "DQ", false}, {"InverseQ", "InverseQ", false}, {"D", "D", false}};
+    } parts[] = {{"Modulus", "modulus", true},
+                 {"Exponent", "exponent", true},
+                 {"P", "P", false},
+                 {"Q", "Q", false},
+                 {"DP", "DP", false},
+                 {"DQ", "DQ", false},
+                 {"InverseQ", "InverseQ", false},
+                 {"D", "D", false}};
     for (const auto &part : parts) {
         const std::string opening = std::string("<") + part.tag + ">";
         const std::size_t start = prefix.find(opening);
@@ -129,8 +135,10 @@ TEST(KeyReader, KeepsWhatAnImportDoesNotName)
                 &key);
     EXPECT_TRUE(Read("<K>" + Element("Modulus", "M") + Element("Exponent", "f") + "</K>", &key).success);
     EXPECT_EQ(Parts(key), "Mfp----d public");
-    EXPECT_FALSE(Read("<K>" + Element("Modulus", "O") + Element("Exponent", "g") + Element("P", "r") +
-                          "<Q>?</Q>" + Element("D", "h") + "</K>", &key).success);
+    EXPECT_FALSE(Read("<K>" + Element("Modulus", "O") + Element("Exponent", "g") + Element("P", "r") + "<Q>?</Q>" +
+                          Element("D", "h") + "</K>",
+                      &key)
+                     .success);
     EXPECT_EQ(Parts(key), "Ogr----d private");
 }
 

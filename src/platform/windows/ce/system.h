@@ -90,8 +90,7 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t *text, int len
                         const char *replacement, BOOL *replaced);
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int length, wchar_t *text, int room);
 
-BOOL CryptAcquireContextW(HCRYPTPROV *provider, const wchar_t *container, const wchar_t *name, DWORD type,
-                          DWORD flags);
+BOOL CryptAcquireContextW(HCRYPTPROV *provider, const wchar_t *container, const wchar_t *name, DWORD type, DWORD flags);
 BOOL CryptGenRandom(HCRYPTPROV provider, DWORD length, std::uint8_t *bytes);
 BOOL CryptReleaseContext(HCRYPTPROV provider, DWORD flags);
 

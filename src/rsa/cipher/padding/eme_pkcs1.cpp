@@ -25,9 +25,9 @@ bool EncodePkcs1(const std::uint8_t *message, std::uint32_t messageLength, std::
         LogSize(log, "ModulusLen", encodedLength);
         return false;
     }
-    return output->EnsureCapacity(encodedLength) && output->AppendByte(0) &&
-           output->AppendByte(blockType) && AppendFiller(blockType, encodedLength - messageLength - 3, output) &&
-           output->AppendByte(0) && output->Append(message, messageLength);
+    return output->EnsureCapacity(encodedLength) && output->AppendByte(0) && output->AppendByte(blockType) &&
+           AppendFiller(blockType, encodedLength - messageLength - 3, output) && output->AppendByte(0) &&
+           output->Append(message, messageLength);
 }
 
 } // namespace pavonix
