@@ -34,29 +34,37 @@ void StoreBody(HttpConnection *connection, const WideChar *targetPath)
     connection->Reset();
 }
 
-} // namespace
-
-bool KeepsTarget(const WideChar *targetPath, int force)
-{
-    return force == 0 && ProbePath(targetPath) == kPathFile;
-}
-
-int Download(const WideChar *profilePath, const UrlText &url, const WideChar *targetPath, int port)
+int Fetch(const DownloadCall &call, const UrlText &url)
 {
     HttpConnection connection;
-    const CallIdentity identity(profilePath);
+    const CallIdentity identity(call.profilePath);
     identity.AddTo(&connection);
 
     ZtByteData reply; // its contents are of no use to a download
-    const bool answered = connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(port)) != 0;
+    const bool answered = connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(call.port)) != 0;
     const std::int32_t status = answered ? ReplyStatus(connection) : PAVONIX_FAILED;
     if (status != PAVONIX_OK) {
         connection.Close();
         connection.Reset();
         return status;
     }
-    StoreBody(&connection, targetPath);
+    StoreBody(&connection, call.targetPath);
     return status;
+}
+
+} // namespace
+
+int Download(const DownloadCall &call, const QueryText &query)
+{
+    if (call.force == 0 && ProbePath(call.targetPath) == kPathFile) {
+        return PAVONIX_KEPT;
+    }
+    UrlText url;
+    if (!ConvertBaseUrl(call.baseUrl, &url)) {
+        return PAVONIX_FAILED;
+    }
+    url.Append(query.c_str());
+    return url.fits() ? Fetch(call, url) : PAVONIX_FAILED;
 }
 
 } // namespace pavonix

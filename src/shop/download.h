@@ -6,12 +6,19 @@
 
 namespace pavonix {
 
-// One download. `url` is the whole request URL; `targetPath` may be null, which
-// is a path that cannot be prepared. Answers what the exported call returns: 0,
-// 200, or the reply's status.
-int Download(const WideChar *profilePath, const UrlText &url, const WideChar *targetPath, int port);
+using QueryText = FixedText<128>; // "?name=number&..." of at most five numbers
 
-// Whether a call with this force has nothing to do because the target exists.
-bool KeepsTarget(const WideChar *targetPath, int force);
+// What both exported calls are given besides their request; any text may be null.
+struct DownloadCall {
+    const WideChar *profilePath;
+    const WideChar *targetPath;
+    int force;
+    const WideChar *baseUrl;
+    int port;
+};
+
+// Keeps or downloads the target; answers what the exported call returns: 1, 0,
+// 200, or the reply's status.
+int Download(const DownloadCall &call, const QueryText &query);
 
 } // namespace pavonix

@@ -12,17 +12,14 @@ PAVONIX_EXPORT int PAVONIX_CALL GetGoodListXml(const PavonixChar *profilePath, c
                                                const PavonixChar *targetPath, int force, const PavonixChar *baseUrl,
                                                int port)
 {
-    if (pavonix::KeepsTarget(targetPath, force)) {
-        return PAVONIX_KEPT;
-    }
-    pavonix::UrlText url;
-    if (request == nullptr || !pavonix::ConvertBaseUrl(baseUrl, &url)) {
+    if (request == nullptr) {
         return PAVONIX_FAILED;
     }
-    url.Append("?type=").AppendDecimal(request->type);
-    url.Append("&category=").AppendDecimal(request->category);
-    url.Append("&sort=").AppendDecimal(request->sort);
-    url.Append("&start=").AppendDecimal(request->start);
-    url.Append("&max=").AppendDecimal(request->max);
-    return url.fits() ? pavonix::Download(profilePath, url, targetPath, port) : PAVONIX_FAILED;
+    pavonix::QueryText query;
+    query.Append("?type=").AppendDecimal(request->type);
+    query.Append("&category=").AppendDecimal(request->category);
+    query.Append("&sort=").AppendDecimal(request->sort);
+    query.Append("&start=").AppendDecimal(request->start);
+    query.Append("&max=").AppendDecimal(request->max);
+    return pavonix::Download({profilePath, targetPath, force, baseUrl, port}, query);
 }

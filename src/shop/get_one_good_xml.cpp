@@ -11,14 +11,11 @@ PAVONIX_EXPORT int PAVONIX_CALL GetOneGoodXml(const PavonixChar *profilePath, co
                                               const PavonixChar *targetPath, int force, const PavonixChar *baseUrl,
                                               int port)
 {
-    if (pavonix::KeepsTarget(targetPath, force)) {
-        return PAVONIX_KEPT;
-    }
-    pavonix::UrlText url;
-    if (request == nullptr || !pavonix::ConvertBaseUrl(baseUrl, &url)) {
+    if (request == nullptr) {
         return PAVONIX_FAILED;
     }
-    url.Append("?type=").AppendDecimal(request->type);
-    url.Append("&id=").AppendDecimal(request->id);
-    return url.fits() ? pavonix::Download(profilePath, url, targetPath, port) : PAVONIX_FAILED;
+    pavonix::QueryText query;
+    query.Append("?type=").AppendDecimal(request->type);
+    query.Append("&id=").AppendDecimal(request->id);
+    return pavonix::Download({profilePath, targetPath, force, baseUrl, port}, query);
 }
