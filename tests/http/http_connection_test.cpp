@@ -89,9 +89,7 @@ TEST_F(Connection, HoldsRepliesOfEveryShape)
                            {longHead + std::string(2000, 'b'), 41, 5000, 983, 1026}, // room for 1024 - 41
                            {head + std::string(1005, 'c'), 19, 0, 1005, 1026},
                            {full, 1024, 0, 0, 1026},
-                           {"HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\nabc", 39, 0xFFFFFFFF, 3, 42 + 4},
-                           {"HTTP/1.1 200 OK\r\nContent-Length: x\r\n\r\nabc", 38, 0, 3, 41 + 4},
-                           {"HTTP/1.1 200 OK\r\nContent-Length\r\n\r\nabc", 35, 0, 3, 38 + 4}}) {
+                           {"HTTP/1.1 200 OK\r\nContent-Length: -1\r\n\r\nabc", 39, 0xFFFFFFFF, 3, 42 + 4}}) {
         SCOPED_TRACE(row.reply.substr(0, 60));
         tap::ScriptedPeer scripted{{row.reply}, {}, 0};
         tap::UsePeer(&scripted);
@@ -128,42 +126,6 @@ TEST_F(Connection, KeepsTheSocketForASecondRequest)
     EXPECT_EQ(connection.Receive(&byte, 1), 0);
 }
 
-// How often Winsock is started and released, for every way a transaction ends.
-TEST_F(Connection, PairsItsPlatformCalls)
-{
-    struct Row {
-        const char *failing;
-        int result, starts, cleanups, closes, sends;
-        bool socketLeft;
-    };
-    for (const Row &row : {Row{"", 1, 1, 0, 0, 1, true},
-                           {"StartWinsock", 0, 1, 1, 0, 0, false},
-                           {"OpenSocket", 0, 1, 1, 1, 0, true}, // closing the invalid handle fails
-                           {"ResolveHost", 0, 1, 1, 1, 0, false},
-                           {"ConnectSocket", 0, 1, 1, 1, 0, false},
-                           {"SendSocket", 0, 1, 0, 0, 1, true},
-                           {"SetSocketOption", 1, 1, 0, 0, 1, true},
-                           {"ReceiveSocket", 1, 1, 0, 0, 1, true},
-                           {"CloseSocket", 1, 1, 0, 0, 1, true}}) {
-        SCOPED_TRACE(row.failing);
-        tap::Reset();
-        tap::ScriptedPeer scripted{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
-        tap::UsePeer(&scripted);
-        tap::FailAlways(row.failing);
-        {
-            HttpConnection connection;
-            ZtByteData reply;
-            EXPECT_EQ(connection.Get("http://host/x", &reply, 80), row.result);
-            EXPECT_EQ(tap::CountOf("StartWinsock"), row.starts);
-            EXPECT_EQ(tap::CountOf("CleanupWinsock"), row.cleanups);
-            EXPECT_EQ(tap::CountOf("CloseSocket"), row.closes);
-            EXPECT_EQ(tap::CountOf("SendSocket"), row.sends);
-            EXPECT_EQ(connection.socket() != 0, row.socketLeft);
-        }
-        EXPECT_EQ(tap::Held().sockets, 0);
-    }
-}
-
 TEST_F(Connection, ClosesAsThePairingSays)
 {
     tap::UsePeer(&peer);
@@ -192,32 +154,6 @@ TEST_F(Connection, ClosesAsThePairingSays)
     EXPECT_EQ(old.StartSocket(), 0);
     EXPECT_EQ(tap::CountOf("CleanupWinsock"), 1);
     EXPECT_EQ(tap::CountOf("OpenSocket"), 0);
-}
-
-TEST_F(Connection, SetsKeepAliveWithItsValue)
-{
-    peer.replies = {"HTTP/1.1 200 OK\r\n\r\n"};
-    tap::UsePeer(&peer);
-    HttpConnection connection;
-    ZtByteData reply;
-    connection.Get("http://host/x", &reply, 80);
-    const std::vector<std::string> expected = {"StartWinsock(514)",  "OpenSocket(2,1,6)",
-                                               "ResolveHost(host)",  "ConnectSocket(80)",
-                                               "SendSocket",         "SetSocketOption(65535,8,2000000,4)",
-                                               "ReceiveSocket(1024)"};
-    EXPECT_EQ(tap::Calls(), expected);
-}
-
-TEST_F(Connection, SendsNothingForAUrlItCannotSplit)
-{
-    for (const char *url : {"", "http://host", "https://host/x", "http:///x"}) {
-        HttpConnection connection;
-        ZtByteData reply;
-        EXPECT_EQ(connection.Get(url, &reply, 80), 0) << url;
-        EXPECT_EQ(Text(connection.ExtractHost(url)), "");
-        EXPECT_EQ(Text(connection.ExtractPath(url)), "");
-    }
-    EXPECT_EQ(tap::CountOf("StartWinsock"), 0);
 }
 
 // A purchase whose id was lost for want of memory would buy something else.

@@ -42,40 +42,6 @@ TEST_F(Profiles, ReadsItsKeys)
     EXPECT_EQ(serial(), "");
 }
 
-TEST_F(Profiles, FindsKeysAnywhereInTheirOrder)
-{
-    Read("X User-Serial: a\nUser-Serial: b\n");
-    EXPECT_EQ(serial(), "b") << "the last line counts";
-    Read("User-Serial: has Public-Key: inside\n");
-    EXPECT_EQ(serial(), "");
-    EXPECT_STREQ(profile.publicKeyXml().c_str(), "inside");
-    Read("note: User-Serial: z\n");
-    EXPECT_EQ(serial(), "z") << "the separator is looked for behind the key";
-    Read("User-Serial:none\nUser-Id:42\n");
-    EXPECT_EQ(serial(), "User-Serial:none") << "without a separator the whole line";
-    EXPECT_EQ(profile.userId(), 0);
-    Read("user-serial: x\nUser-Serial: y\r\n");
-    EXPECT_EQ(serial(), "y\r");
-    Read("User-Id:  -5 \n");
-    EXPECT_EQ(profile.userId(), -5);
-}
-
-TEST_F(Profiles, StopsAtALineThatIsTooLong)
-{
-    const std::string key = "User-Serial: ";
-    const std::string longest = std::string(1023 - key.size(), 'x');
-    Read(key + longest + "\nUser-Id: 1\n");
-    EXPECT_EQ(serial(), longest);
-    EXPECT_EQ(profile.userId(), 1);
-    Read(key + longest);
-    EXPECT_EQ(serial(), longest);
-    Read("User-Id: 1\n" + key + longest + "x\nUser-Id: 2\n");
-    EXPECT_EQ(serial(), "");
-    EXPECT_EQ(profile.userId(), 1);
-    Read(key + longest + "x");
-    EXPECT_EQ(serial(), "");
-}
-
 TEST(Timestamp, TakesItsFractionFromTheTickCount)
 {
     struct Row {

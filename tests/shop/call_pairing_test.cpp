@@ -61,6 +61,8 @@ TEST_F(Pairing, OfEveryEndOfADownload)
              {"no host", "ResolveHost", "f", kOk, 0, 1, 3, 1, 1},
              {"no connection", "ConnectSocket", "f", kOk, 0, 1, 3, 1, 1},
              {"not sent", "SendSocket", "f", kOk, 0, 1, 2, 1, 1},
+             {"no keep-alive", "SetSocketOption", "f", kOk, 200, 1, 1, 1, 1},
+             {"not received", "ReceiveSocket", "f", kOk, 0, 1, 2, 1, 1},
              {"not closed", "CloseSocket", "f", kOk, 200, 1, 0, 1, 1},
              {"not closed, refused", "CloseSocket", "f", kMissing, 404, 1, 0, 1, 2},
          }) {
@@ -142,9 +144,11 @@ TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
     EXPECT_EQ(tap::CountOf("StartWinsock"), 0);
 
     tap::Reset();
-    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0}, refusing{{"HTTP/1.1 403 No\r\n\r\n"}, {}, 0};
     tap::UsePeer(&peer);
     EXPECT_EQ(GetOneGoodXml(nullptr, &good, nullptr, 0, u"http://h/x", 80), 200) << "nothing to read, nowhere to store";
     EXPECT_EQ(tap::CountOf("SendSocket"), 1);
     EXPECT_EQ(tap::CountOf("OpenStream"), 0);
+    tap::UsePeer(&refusing);
+    EXPECT_EQ(GetBuyGood(nullptr, &buy, nullptr, u"http://h/x", 80), 403) << "no record, no verdict";
 }

@@ -115,6 +115,8 @@ std::vector<Scenario> Verdicts(const DeviceKey &key)
                402, {12, u" Too dear", {}, {}}),
         Signed("refused_with_a_negative_code_and_no_message", key, Head({"HTTP/1.1 403 No", "X-Error-Code:-3"}), 403,
                {-3, {}, {}, {}}),
+        Signed("refused_with_an_empty_message", key, Head({"HTTP/1.1 403 No", "X-Error-Code: 5", "X-Error-Message:"}), 403,
+               {5, u"", {}, {}}),
         Signed("refused_for_the_clock_without_texts", key, skewed, 403, {906, {}, {}, {}}),
         Signed("no_code_takes_the_body_for_the_message", key,
                Head({"HTTP/1.1 500 Internal Server Error", "Content-Length: 12"}) + "Out of order", 500,
@@ -140,6 +142,8 @@ std::vector<Scenario> Verdicts(const DeviceKey &key)
         Signed("purchase_without_a_reply", key, "", 0, {0, {}, u"", {}}),
         Signed("longest_body_as_message", key, Head({"HTTP/1.1 500 "}) + std::string(3000, 'm'), 500,
                {0, {}, std::u16string(1007, u'm'), {}}),
+        Signed("reply_without_a_head_is_a_message_but_for_two_bytes", key, "HTTP/1.1 5 " + std::string(1013, 'm'), 0,
+               {0, {}, u"TP/1.1 5 " + std::u16string(1013, u'm'), {}}),
     };
 }
 

@@ -42,7 +42,7 @@ TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
     log_.logDataValue("padded data", "\x00\xA5>", 3);
     log_.logError("too <small>");
     log_.leaveContext();
-    log_.logRaw("<hint/>");
+    log_.logRaw("<hint/>&");
     log_.logHex("flags", 255);
     log_.leaveContext();
     log_.logTickCount("Ticks");
@@ -54,7 +54,7 @@ TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
                             "    Block:\r\n"
                             "      padded_data: 00A53E\r\n"
                             "      too <small>\r\n"
-                            "    <hint/>\r\n"
+                            "    <hint/>&\r\n"
                             "    flags: 0xff\r\n"
                             "  Ticks: abcde\r\n"
                             "  done\r\n");
@@ -66,7 +66,7 @@ TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
                                "padded_data: 00A53E<br>\r\n"
                                "too &lt;small&gt;<br>\r\n"
                                "</blockquote>\r\n"
-                               "&lt;hint/&gt;<br>\r\n"
+                               "&lt;hint/&gt;&amp;<br>\r\n"
                                "flags: 0xff<br>\r\n"
                                "</blockquote>\r\n"
                                "Ticks: abcde<br>\r\n"
@@ -80,7 +80,7 @@ TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
                                "<padded_data>00A53E</padded_data>\r\n"
                                "<error><![CDATA[too <small>]]></error>\r\n"
                                "</Block>\r\n"
-                               "<hint/>\r\n"
+                               "<hint/>&\r\n"
                                "<flags>0xff</flags>\r\n"
                                "</Encrypt_String>\r\n"
                                "<Ticks>abcde</Ticks>\r\n"
