@@ -10,16 +10,6 @@ using namespace pavonix;
 
 namespace {
 
-class Connection : public testing::Test {
-protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-
-    std::string Sent() const { return peer.received; }
-
-    tap::ScriptedPeer peer;
-};
-
 std::string Text(const ZtString &text)
 {
     return std::string(text.c_str(), static_cast<std::size_t>(text.length()));
@@ -27,7 +17,7 @@ std::string Text(const ZtString &text)
 
 } // namespace
 
-TEST_F(Connection, ComposesTheRequestInItsOrder)
+TEST(Connection, ComposesTheRequestInItsOrder)
 {
     HttpConnection connection;
     EXPECT_EQ(Text(connection.BuildRequest("GET", "http://host/", 0)),
@@ -52,9 +42,9 @@ TEST_F(Connection, ComposesTheRequestInItsOrder)
               "Range: bytes=100-199\r\n\r\ntype=1&id=a+b%26c\r\n");
 }
 
-TEST_F(Connection, SplitsHeadAndBody)
+TEST(Connection, SplitsHeadAndBody)
 {
-    peer.replies = {"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello"};
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello"}, {}, 0};
     tap::UsePeer(&peer);
     HttpConnection connection;
     ZtByteData reply;
@@ -73,7 +63,7 @@ TEST_F(Connection, SplitsHeadAndBody)
     EXPECT_EQ(connection.Receive(buffer, 4), -1) << "the peer has closed";
 }
 
-TEST_F(Connection, HoldsRepliesOfEveryShape)
+TEST(Connection, HoldsRepliesOfEveryShape)
 {
     struct Row {
         std::string reply;
@@ -103,9 +93,9 @@ TEST_F(Connection, HoldsRepliesOfEveryShape)
     }
 }
 
-TEST_F(Connection, KeepsTheSocketForASecondRequest)
+TEST(Connection, KeepsTheSocketForASecondRequest)
 {
-    peer.replies = {"HTTP/1.1 200 OK\r\nX: 1\r\n\r\n", "HTTP/1.1 404 No\r\nX: 2\r\n\r\n"};
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nX: 1\r\n\r\n", "HTTP/1.1 404 No\r\nX: 2\r\n\r\n"}, {}, 0};
     tap::UsePeer(&peer);
     HttpConnection connection;
     ZtByteData reply;
@@ -126,8 +116,9 @@ TEST_F(Connection, KeepsTheSocketForASecondRequest)
     EXPECT_EQ(connection.Receive(&byte, 1), 0);
 }
 
-TEST_F(Connection, ClosesAsThePairingSays)
+TEST(Connection, ClosesAsThePairingSays)
 {
+    tap::ScriptedPeer peer;
     tap::UsePeer(&peer);
     {
         HttpConnection idle;
@@ -157,28 +148,26 @@ TEST_F(Connection, ClosesAsThePairingSays)
 }
 
 // A purchase whose id was lost for want of memory would buy something else.
-TEST_F(Connection, NeverSendsARequestThatLostText)
+TEST(Connection, NeverSendsARequestThatLostText)
 {
-    const auto send = [](int nth) {
-        tap::Reset();
-        tap::ScriptedPeer scripted{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
-        tap::UsePeer(&scripted);
+    std::string whole, sent;
+    const auto send = [&] {
+        tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
+        tap::UsePeer(&peer);
         HttpConnection connection;
-        tap::FailNth(nth, true);
         connection.SetUserAgent(ZtString(std::string(300, 'u').c_str()));
         connection.AddHeader("Name", std::string(300, 'v').c_str());
         connection.AddFormField("field", std::string(300, '&').c_str());
         ZtByteData reply;
         connection.Post("http://host/x", &reply, 80);
-        return scripted.received;
+        sent = peer.received;
     };
-    const std::string whole = send(0);
+    send();
+    whole = sent;
     ASSERT_NE(whole.find("%26\r\n"), std::string::npos);
-    int nth = 1;
-    for (bool happened = true; happened; ++nth) {
-        const std::string sent = send(nth);
-        happened = tap::FaultHappened();
-        EXPECT_TRUE(sent.empty() || sent == whole) << "fault " << nth;
-    }
-    EXPECT_GT(nth, 20);
+    const int faults = tap::FailEach([&] {
+        send();
+        EXPECT_TRUE(sent.empty() || sent == whole) << sent;
+    });
+    EXPECT_GT(faults, 40);
 }

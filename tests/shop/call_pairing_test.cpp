@@ -14,9 +14,6 @@ namespace {
 
 class Pairing : public testing::Test {
 protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-
     int Download(const char *target, int force = 1)
     {
         const OneGoodRequest request = {9, 9, 1, 7};

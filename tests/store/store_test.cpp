@@ -14,9 +14,6 @@ namespace {
 
 class Store : public testing::Test {
 protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-
     Sandbox box;
 };
 

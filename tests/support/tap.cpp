@@ -18,6 +18,15 @@ struct Faults {
 Faults faults;
 std::vector<std::string> calls;
 
+class ResetBeforeEachTest : public testing::EmptyTestEventListener {
+    void OnTestStart(const testing::TestInfo &) override { Reset(); }
+};
+
+[[maybe_unused]] const bool kListening = [] {
+    testing::UnitTest::GetInstance()->listeners().Append(new ResetBeforeEachTest);
+    return true;
+}();
+
 bool CountAndDecide()
 {
     ++faults.seen;
@@ -71,7 +80,8 @@ void FailAlways(const std::string &name)
 
 void FailNone()
 {
-    faults = {};
+    faults.nth = 0;
+    faults.always.clear();
 }
 
 int FallibleCalls()

@@ -5,6 +5,8 @@
 
 #include "platform/clock.h"
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -22,8 +24,29 @@ void FailNth(int nth, bool everAfter);
 // Makes every call of one contract function fail.
 void FailAlways(const std::string &name);
 void FailNone();
-int FallibleCalls(); // seen since FailNth
-bool FaultHappened();
+int FallibleCalls();  // seen since FailNth
+bool FaultHappened(); // since FailNth
+
+// Runs `run` with its first fallible call failing, then with its second one, and
+// so on until it makes no more; then all that with every later call failing too.
+// `run` may end the faults itself. Answers how many there were.
+template <typename Run>
+int FailEach(const Run &run)
+{
+    int faults = 0;
+    for (const bool everAfter : {false, true}) {
+        bool happened = true;
+        for (int nth = 1; happened && !testing::Test::HasFatalFailure(); ++nth) {
+            SCOPED_TRACE("fault " + std::to_string(nth) + (everAfter ? " and ever after" : ""));
+            FailNth(nth, everAfter);
+            run();
+            happened = FaultHappened();
+            FailNone();
+            faults += happened ? 1 : 0;
+        }
+    }
+    return faults;
+}
 
 // --- What the library holds, to be compared before and after.
 struct Holdings {
@@ -60,7 +83,7 @@ void UseRandom(const std::string &bytes); // what GenerateRandom gives; empty fo
 // --- Values that a call reports.
 void GrantWinsockVersion(std::uint16_t version); // 0 for the real one
 
-// Forgets records, faults and scripts.
+// Forgets records, faults and scripts, as it also happens before each test.
 void Reset();
 
 } // namespace pavonix::tap

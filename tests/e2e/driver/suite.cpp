@@ -1,5 +1,7 @@
 #include "suite.h"
 
+#include "support/hex.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -35,15 +37,6 @@ std::string Command(const ShopCall &call)
     return line.str();
 }
 
-std::string FromHex(const std::string &hex)
-{
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
-    }
-    return bytes;
-}
-
 } // namespace
 
 Suite &TheSuite()
@@ -65,7 +58,7 @@ std::optional<Answer> MakeCall(const ShopCall &call)
                       << caller.Complaints();
         return std::nullopt;
     }
-    return Answer{result, FromHex(record)};
+    return Answer{result, test::FromHex(record)};
 }
 
 void ReloadLibrary()

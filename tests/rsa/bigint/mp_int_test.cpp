@@ -1,7 +1,8 @@
 #include "rsa/bigint/mp_int.h"
 
-#include "support/rsa_keys.h"
+#include "support/openssl_key.h"
 #include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 #include <random>
@@ -15,8 +16,7 @@ using Integer = pavonix::mp_int;
 
 bool Read(Integer *value, const std::string &bytes)
 {
-    return value->ReadUnsignedBytes(reinterpret_cast<const std::uint8_t *>(bytes.data()),
-                                    static_cast<std::uint32_t>(bytes.size()));
+    return value->ReadUnsignedBytes(Data(bytes), static_cast<std::uint32_t>(bytes.size()));
 }
 
 std::string Bytes(const Integer &value)

@@ -1,6 +1,7 @@
 #include "rsa/charset/convert_text.h"
 #include "rsa/log/logger.h"
 #include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 #include <string>
 
 using namespace pavonix;
+using namespace pavonix::test;
 
 namespace {
 
@@ -24,7 +26,7 @@ Converted Convert(const Charset &charset, const std::u16string &text)
     if (!ConvertText(charset, wide, &output, false, false, log)) {
         return std::nullopt;
     }
-    return std::string(reinterpret_cast<const char *>(output.data()), output.length());
+    return BytesOf(output);
 }
 
 Converted Convert(int codePage, const std::u16string &text)
@@ -34,24 +36,11 @@ Converted Convert(int codePage, const std::u16string &text)
     return Convert(charset, text);
 }
 
-std::string LogText(Logger &log)
-{
-    StringBuffer text;
-    log.getLogText(&text);
-    return text.c_str();
-}
-
-class ConvertTextTest : public testing::Test {
-protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-};
-
 } // namespace
 
 // All units but the terminator. The five bytes that the code page leaves undefined
 // (81, 8D, 8F, 90, 9D) stand for the control characters of the same value.
-TEST_F(ConvertTextTest, Windows1252ConvertsEveryUnitAndServesIso88591Too)
+TEST(ConvertText, Windows1252ConvertsEveryUnitAndServesIso88591Too)
 {
     std::map<char16_t, std::string> expected;
     std::ifstream lines(TEST_DATA_DIR "/cp1252.txt");
@@ -68,7 +57,7 @@ TEST_F(ConvertTextTest, Windows1252ConvertsEveryUnitAndServesIso88591Too)
     }
 }
 
-TEST_F(ConvertTextTest, ANumberWithoutANameLeavesTheCharsetUnchanged)
+TEST(ConvertText, ANumberWithoutANameLeavesTheCharsetUnchanged)
 {
     Charset charset;
     charset.setByCodePage(1252);
@@ -80,7 +69,7 @@ TEST_F(ConvertTextTest, ANumberWithoutANameLeavesTheCharsetUnchanged)
     }
 }
 
-TEST_F(ConvertTextTest, TheOutputIsTheTextAloneInAnyLength)
+TEST(ConvertText, TheOutputIsTheTextAloneInAnyLength)
 {
     EXPECT_EQ(Convert(1252, u""), "");
     EXPECT_EQ(Convert(65001, u"a\u20ac\U0001F600"), "a\u20ac\xF0\x9F\x98\x80") << "no byte-order mark, pairs whole";
@@ -93,7 +82,7 @@ TEST_F(ConvertTextTest, TheOutputIsTheTextAloneInAnyLength)
     EXPECT_EQ(Convert(65001, text), bytes);
 }
 
-TEST_F(ConvertTextTest, AFailureIsReportedAndLeavesNoOutput)
+TEST(ConvertText, AFailureIsReportedAndLeavesNoOutput)
 {
     const std::string entries = "    Character encoding conversion failed.\r\n"
                                 "    NumCharsIn: 5\r\n"
@@ -128,30 +117,22 @@ TEST_F(ConvertTextTest, AFailureIsReportedAndLeavesNoOutput)
 
 // Each allocation and each conversion failing once, and ever after: all of the
 // bytes or a failure, never a part of them.
-TEST_F(ConvertTextTest, MissingMemoryIsAFailureAndNothingElse)
+TEST(ConvertText, MissingMemoryIsAFailureAndNothingElse)
 {
     Charset charset;
     charset.setByCodePage(1252);
     const tap::Holdings before = tap::Held();
-    for (const bool everAfter : {false, true}) {
-        int nth = 0;
-        bool happened = true;
-        while (happened) {
-            XString text;
-            text.setFromUtf8("2026-\xE2\x82\xAC");
-            {
-                DataBuffer output;
-                Logger log;
-                log.enterContext("Caller");
-                tap::FailNth(++nth, everAfter);
-                const bool converted = ConvertText(charset, text, &output, true, true, log);
-                happened = tap::FaultHappened();
-                tap::FailNone();
-                EXPECT_EQ(converted, !happened) << nth;
-                EXPECT_EQ(output.length(), converted ? 6u : 0u) << nth;
-            }
-        }
-        EXPECT_GT(nth, 8);
-    }
+    const int faults = tap::FailEach([&] {
+        XString text;
+        text.setFromUtf8("2026-\xE2\x82\xAC");
+        DataBuffer output;
+        Logger log;
+        log.enterContext("Caller");
+        const bool converted = ConvertText(charset, text, &output, true, true, log);
+        tap::FailNone();
+        EXPECT_TRUE(converted || tap::FaultHappened());
+        EXPECT_EQ(output.length(), converted && text.complete() ? 6u : 0u);
+    });
+    EXPECT_GT(faults, 16);
     EXPECT_EQ(tap::Held(), before);
 }

@@ -3,6 +3,7 @@
 #include "rsa/cipher/rsa_exponentiation.h"
 #include "rsa/log/logger.h"
 #include "support/rsa_keys.h"
+#include "support/texts.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -18,11 +19,8 @@ using Parts = std::map<std::string, std::string>; // by element name, bytes
 
 Parts PartsOf(const TestKey &key)
 {
-    const RSA *rsa = key.rsa.get();
-    return {{"Modulus", ToBytes(RSA_get0_n(rsa))},    {"Exponent", ToBytes(RSA_get0_e(rsa))},
-            {"P", ToBytes(RSA_get0_p(rsa))},          {"Q", ToBytes(RSA_get0_q(rsa))},
-            {"DP", ToBytes(RSA_get0_dmp1(rsa))},      {"DQ", ToBytes(RSA_get0_dmq1(rsa))},
-            {"InverseQ", ToBytes(RSA_get0_iqmp(rsa))}};
+    const auto parts = key.Parts();
+    return Parts(parts.begin(), parts.end());
 }
 
 std::string RandomBytes(std::size_t count, unsigned seed)
@@ -77,11 +75,9 @@ std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts
     ReadTestKey(xml, &key);
     Logger log;
     DataBuffer output;
-    const bool success = ExponentiateRsa(reinterpret_cast<const std::uint8_t *>(input.data()),
-                                         static_cast<std::uint32_t>(input.size()), keyChoice, key, true, &output, log);
-    StringBuffer rendered;
-    log.getLogText(&rendered);
-    const std::string text = rendered.c_str();
+    const bool success =
+        ExponentiateRsa(Data(input), static_cast<std::uint32_t>(input.size()), keyChoice, key, true, &output, log);
+    const std::string text = LogText(log);
     const std::size_t last = text.rfind("  ") + 2;
     return success ? ToHex(BytesOf(output)) : text.substr(last, text.size() - 2 - last);
 }

@@ -4,29 +4,14 @@
 #include "rsa/cipher/padding/eme_pkcs1.h"
 #include "rsa/cipher/padding/mgf1.h"
 #include "rsa/log/logger.h"
-#include "support/rsa_keys.h"
+#include "support/openssl_key.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 #include <openssl/evp.h>
 
 using namespace pavonix;
 using namespace pavonix::test;
-
-namespace {
-
-const std::uint8_t *Data(const std::string &bytes)
-{
-    return reinterpret_cast<const std::uint8_t *>(bytes.data());
-}
-
-std::string Text(Logger *log)
-{
-    StringBuffer text;
-    log->getLogText(&text);
-    return text.c_str();
-}
-
-} // namespace
 
 TEST(Padding, OaepWithLabelsAndDigestsOpensWithOpenSsl)
 {
@@ -67,17 +52,17 @@ TEST(Padding, RefusalsAndWhatTheyLog)
     EXPECT_FALSE(EncodeOaep(nullptr, 0, nullptr, 0, 1024, 1, &out, oaep));
     EXPECT_FALSE(EncodeOaep(Data(text), 0, nullptr, 0, 336, 1, &out, oaep));
     EXPECT_FALSE(EncodeOaep(Data(text), 87, nullptr, 0, 1024, 1, &out, oaep));
-    EXPECT_EQ(Text(&oaep), "ZentorpLog:\r\n  null input to OAEP encoder\r\n"
-                           "  Encoded message size too small given hash size in OAEP\r\n  EncodedLen: 42\r\n"
-                           "  HashLen: 20\r\n  Message length too large for OAEP\r\n  EncodedLen: 128\r\n"
-                           "  HashLen: 20\r\n  MessageLen: 87\r\n");
+    EXPECT_EQ(LogText(oaep), "ZentorpLog:\r\n  null input to OAEP encoder\r\n"
+                             "  Encoded message size too small given hash size in OAEP\r\n  EncodedLen: 42\r\n"
+                             "  HashLen: 20\r\n  Message length too large for OAEP\r\n  EncodedLen: 128\r\n"
+                             "  HashLen: 20\r\n  MessageLen: 87\r\n");
     Logger others;
     EXPECT_FALSE(EncodePkcs1(Data(text), 118, 2, 1024, &out, others));
     EXPECT_FALSE(Mgf1(100, 1, nullptr, 20, 10, &out, others));
     EXPECT_FALSE(Mgf1(101, 1, Data(text), 20, 0, &out, others));
-    EXPECT_EQ(Text(&others), "ZentorpLog:\r\n  PKCS v1.5 message length too large\r\n  MessageLen: 118\r\n"
-                             "  ModulusLen: 128\r\n"
-                             "  NULL input param in Mask Generation Function\r\n  MgfError: 100\r\n"
-                             "  NULL input param in Mask Generation Function\r\n  MgfError: 101\r\n");
+    EXPECT_EQ(LogText(others), "ZentorpLog:\r\n  PKCS v1.5 message length too large\r\n  MessageLen: 118\r\n"
+                               "  ModulusLen: 128\r\n"
+                               "  NULL input param in Mask Generation Function\r\n  MgfError: 100\r\n"
+                               "  NULL input param in Mask Generation Function\r\n  MgfError: 101\r\n");
     EXPECT_EQ(out.length(), 0u);
 }

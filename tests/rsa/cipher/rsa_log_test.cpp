@@ -1,8 +1,7 @@
 // What the log shows of real runs, letter by letter.
 #include "rsa/cipher/cls_rsa.h"
-#include "rsa/random/r250.h"
 #include "support/rsa_keys.h"
-#include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -10,15 +9,6 @@ using namespace pavonix;
 using namespace pavonix::test;
 
 namespace {
-
-using Rendering = bool (LogBase::*)(StringBuffer *);
-
-std::string Rendered(ClsRsa *rsa, Rendering rendering)
-{
-    StringBuffer text;
-    (rsa->log().*rendering)(&text);
-    return text.c_str();
-}
 
 // "|" stands for a line end.
 std::string Lines(const std::string &text)
@@ -57,16 +47,15 @@ TEST(RsaLog, ImportsInAllRenderings)
 {
     ClsRsa rsa;
     EXPECT_TRUE(Import(&rsa, KeyOfBits(1024).PublicXml(), false));
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogText), Lines("ZentorpLog:|  ImportPublicKey:|    Success.|"));
+    EXPECT_EQ(LogText(rsa.log()), Lines("ZentorpLog:|  ImportPublicKey:|    Success.|"));
     EXPECT_TRUE(rsa.lastMethodSuccess());
     EXPECT_FALSE(Import(&rsa, "<K>" + Element("Modulus", "N") + "</K>", true));
     EXPECT_FALSE(rsa.lastMethodSuccess());
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogText),
-              Lines("ZentorpLog:|  ImportPrivateKey:|    No exponent|    Failed.|"));
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogHtml),
+    EXPECT_EQ(LogText(rsa.log()), Lines("ZentorpLog:|  ImportPrivateKey:|    No exponent|    Failed.|"));
+    EXPECT_EQ(LogText(rsa.log(), &LogBase::getLogHtml),
               Lines("ZentorpLog:<blockquote>|ImportPrivateKey:<blockquote>|No exponent<br>|Failed.<br>|"
                     "</blockquote>|</blockquote>|"));
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogXml),
+    EXPECT_EQ(LogText(rsa.log(), &LogBase::getLogXml),
               Lines("<ZentorpLog>|<ImportPrivateKey>|<error>No exponent</error>|<error>Failed.</error>|"
                     "</ImportPrivateKey>|</ZentorpLog>|"));
 }
@@ -86,17 +75,17 @@ TEST(RsaLog, EncryptionsInAllRenderings)
     ASSERT_TRUE(rsa.EncryptStringENC(text, true, &result));
     const std::string cipher = result.getUtf8().c_str();
     ASSERT_EQ(key.Decode(true, RSA_PKCS1_OAEP_PADDING, FromHex(cipher)), "2010-3-5 9:7:3.042");
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogText),
+    EXPECT_EQ(LogText(rsa.log()),
               Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 1|    RSA_encrypt:|      KeyType: Private|"
                     "      InputSize: 18|      Padding: OAEP|      HashAlg: SHA-1|      ParamLen: 0|"
                     "      ModulusBitLen: 1024|      exptmodOutput: " +
                     cipher + "|      OutputSize: 128|    Success.|"));
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogHtml),
+    EXPECT_EQ(LogText(rsa.log(), &LogBase::getLogHtml),
               Lines("ZentorpLog:<blockquote>|EncryptStringENC:<blockquote>|usePrivateKey: 1<br>|"
                     "RSA_encrypt:<blockquote>|KeyType: Private<br>|InputSize: 18<br>|Padding: OAEP<br>|"
                     "HashAlg: SHA-1<br>|ParamLen: 0<br>|ModulusBitLen: 1024<br>|exptmodOutput: " +
                     cipher + "<br>|OutputSize: 128<br>|</blockquote>|Success.<br>|</blockquote>|</blockquote>|"));
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogXml),
+    EXPECT_EQ(LogText(rsa.log(), &LogBase::getLogXml),
               Lines("<ZentorpLog>|<EncryptStringENC>|<usePrivateKey>1</usePrivateKey>|<RSA_encrypt>|"
                     "<KeyType>Private</KeyType>|<InputSize>18</InputSize>|<Padding>OAEP</Padding>|"
                     "<HashAlg>SHA-1</HashAlg>|<ParamLen>0</ParamLen>|<ModulusBitLen>1024</ModulusBitLen>|"
@@ -104,8 +93,6 @@ TEST(RsaLog, EncryptionsInAllRenderings)
                     cipher +
                     "</exptmodOutput>|<OutputSize>128</OutputSize>|</RSA_encrypt>|"
                     "<info>Success.</info>|</EncryptStringENC>|</ZentorpLog>|"));
-    tap::Reset();
-    SharedR250().Seed();
 }
 
 TEST(RsaLog, VerboseEncryptionShowsTheBlock)
@@ -116,7 +103,7 @@ TEST(RsaLog, VerboseEncryptionShowsTheBlock)
     rsa.put_LittleEndian(false);
     ASSERT_TRUE(Import(&rsa, key.PublicXml(), false));
     ASSERT_TRUE(Encrypt(&rsa, "x", false));
-    const std::string log = Rendered(&rsa, &LogBase::getLogText);
+    const std::string log = LogText(rsa.log());
     const std::string tag = "paddedData: ";
     const std::string padded = log.substr(log.find(tag) + tag.size(), 24);
     const std::string cipher = ToHex(key.Raw(false, FromHex(padded)));
@@ -157,7 +144,7 @@ TEST(RsaLog, FailedEncryptions)
         rsa.put_OAEP(row.oaep);
         EXPECT_EQ(Import(&rsa, row.xml, false), !row.xml.empty());
         EXPECT_FALSE(Encrypt(&rsa, "xyz", row.privateKey));
-        const std::string log = Rendered(&rsa, &LogBase::getLogText);
+        const std::string log = LogText(rsa.log());
         const std::string tag = "ModulusBitLen: ";
         EXPECT_EQ(log.substr(log.find(tag) + tag.size()), Lines(row.log + "    Failed.|"));
     }
@@ -169,7 +156,7 @@ TEST(RsaLog, TextOutsideTheCharset)
     ASSERT_TRUE(Import(&rsa, KeyOfBits(1024).PublicXml(), false));
     rsa.put_CharsetCodePage(1251);
     EXPECT_FALSE(Encrypt(&rsa, "ab\xC3\xA9", false));
-    const std::string log = Rendered(&rsa, &LogBase::getLogText);
+    const std::string log = LogText(rsa.log());
     EXPECT_EQ(log.find(Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|"
                              "    Character encoding conversion failed.|    NumCharsIn: 3|    Charset: windows-1251|"
                              "    ConvertedToNumBytes: 2|    ")),
@@ -179,7 +166,7 @@ TEST(RsaLog, TextOutsideTheCharset)
     EXPECT_EQ(log.find("RSA_encrypt"), std::string::npos);
     // The context has been left: the next run starts at the root again.
     EXPECT_TRUE(Encrypt(&rsa, "", false));
-    EXPECT_EQ(Rendered(&rsa, &LogBase::getLogText),
+    EXPECT_EQ(LogText(rsa.log()),
               Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|    RSA_encrypt:|      KeyType: Public|"
                     "      InputSize: 0|      Padding: PKCS v1.5|      ModulusBitLen: 1024|      OutputSize: 0|"
                     "    Success.|"));

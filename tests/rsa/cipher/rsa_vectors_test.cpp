@@ -4,7 +4,7 @@
 #include "rsa/digest/hash_table.h"
 #include "rsa/log/logger.h"
 #include "support/rsa_keys.h"
-#include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -12,11 +12,6 @@ using namespace pavonix;
 using namespace pavonix::test;
 
 namespace {
-
-const std::uint8_t *Data(const std::string &bytes)
-{
-    return reinterpret_cast<const std::uint8_t *>(bytes.data());
-}
 
 struct Outcome {
     bool success;
@@ -31,9 +26,7 @@ Outcome EncryptOaep(const std::string &message, const RsaKey &key, bool privateK
     Logger log;
     DataBuffer cipher;
     const bool success = EncryptRsa(Data(message), static_cast<std::uint32_t>(message.size()), settings, &cipher, log);
-    StringBuffer text;
-    log.getLogText(&text);
-    return {success, BytesOf(cipher), text.c_str()};
+    return {success, BytesOf(cipher), LogText(log)};
 }
 
 std::string Exponentiate(const std::string &input, const RsaKey &key, bool zeroExtend)
@@ -70,7 +63,6 @@ TEST(RsaVectors, OaepCiphertextsForGivenSeeds)
             }
         }
     }
-    tap::Reset();
     EXPECT_EQ(publicRows, 66);
     EXPECT_EQ(privateRows, 11);
 }

@@ -2,6 +2,7 @@
 #include "rsa/digest/md2.h"
 #include "rsa/digest/sha1.h"
 #include "rsa/digest/sha2.h"
+#include "support/hex.h"
 
 #include <gtest/gtest.h>
 #include <openssl/evp.h>
@@ -11,20 +12,16 @@
 #include <string>
 
 using namespace pavonix;
+using pavonix::test::FromHex;
 
 namespace {
 
 constexpr std::uint8_t kUntouched = 0xEE;
 using Room = std::array<std::uint8_t, kLongestDigest>;
 
-std::string Hex(const std::uint8_t *bytes, std::size_t count)
+std::string First(const Room &room, std::size_t count)
 {
-    std::string hex;
-    for (std::size_t i = 0; i < count; ++i) {
-        hex += "0123456789abcdef"[bytes[i] >> 4];
-        hex += "0123456789abcdef"[bytes[i] & 15];
-    }
-    return hex;
+    return std::string(room.begin(), room.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
 Room Digest(int hashId, const std::string &text)
@@ -56,7 +53,7 @@ std::string InPieces(const std::string &text, std::size_t step)
     }
     Room room;
     hash.Finish(room.data());
-    return Hex(room.data(), Hash::kDigestSize);
+    return First(room, Hash::kDigestSize);
 }
 
 } // namespace
@@ -77,7 +74,7 @@ TEST(Digest, Md2GivesThePublishedVectors)
          "d5976f79d83d3a0dc9806c3c66f3efd8"},
     };
     for (const auto &row : rows) {
-        EXPECT_EQ(Hex(Digest(4, row.text).data(), 16), row.digest) << row.text;
+        EXPECT_EQ(First(Digest(4, row.text), 16), FromHex(row.digest)) << row.text;
     }
 }
 
@@ -112,17 +109,18 @@ TEST(Digest, EveryRowAgreesWithOpenSslAtEveryLength)
 TEST(Digest, AMillionLettersGiveThePublishedDigest)
 {
     const std::string letters(1000000, 'a');
-    EXPECT_EQ(Hex(Digest(1, letters).data(), 20), "34aa973cd4c4daa4f61eeb2bdbad27316534016f");
-    EXPECT_EQ(Hex(Digest(7, letters).data(), 32), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+    EXPECT_EQ(First(Digest(1, letters), 20), FromHex("34aa973cd4c4daa4f61eeb2bdbad27316534016f"));
+    EXPECT_EQ(First(Digest(7, letters), 32),
+              FromHex("cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0"));
 }
 
 TEST(Digest, PiecesGiveTheDigestOfTheWhole)
 {
     const std::string text = RandomText(300);
     for (std::size_t step = 1; step < text.size(); ++step) {
-        ASSERT_EQ(InPieces<Md2>(text, step), Hex(Digest(4, text).data(), 16)) << step;
-        ASSERT_EQ(InPieces<Sha1>(text, step), Hex(Digest(1, text).data(), 20)) << step;
-        ASSERT_EQ(InPieces<Sha384>(text, step), Hex(Digest(2, text).data(), 48)) << step;
+        ASSERT_EQ(InPieces<Md2>(text, step), First(Digest(4, text), 16)) << step;
+        ASSERT_EQ(InPieces<Sha1>(text, step), First(Digest(1, text), 20)) << step;
+        ASSERT_EQ(InPieces<Sha384>(text, step), First(Digest(2, text), 48)) << step;
     }
 }
 

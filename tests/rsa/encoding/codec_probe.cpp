@@ -5,35 +5,16 @@
 //   decode-z <hex>     decodes zero-terminated base64 text into a string
 #include "rsa/encoding/cls_encode.h"
 #include "rsa/encoding/content_coding.h"
+#include "support/texts.h"
 
-#include <cstdint>
 #include <cstdlib>
 #include <iostream>
 #include <string>
 
 using namespace pavonix;
+using namespace pavonix::test;
 
 namespace {
-
-std::string FromHex(const std::string &hex)
-{
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
-        bytes.push_back(static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16)));
-    }
-    return bytes;
-}
-
-std::string ToHex(const void *data, std::size_t count)
-{
-    const auto *bytes = static_cast<const std::uint8_t *>(data);
-    std::string hex;
-    for (std::size_t i = 0; i < count; ++i) {
-        hex.push_back("0123456789abcdef"[bytes[i] >> 4]);
-        hex.push_back("0123456789abcdef"[bytes[i] & 15]);
-    }
-    return hex;
-}
 
 std::string Decode(const std::string &text)
 {
@@ -41,14 +22,14 @@ std::string Decode(const std::string &text)
     if (!ContentCoding::DecodeBase64(text.data(), static_cast<std::uint32_t>(text.size()), &bytes)) {
         std::abort();
     }
-    return ToHex(bytes.data(), bytes.length());
+    return ToHex(BytesOf(bytes));
 }
 
 std::string DecodeZeroTerminated(const std::string &text)
 {
     StringBuffer bytes;
     ContentCoding::DecodeBase64(text.c_str(), &bytes);
-    return ToHex(bytes.c_str(), static_cast<std::size_t>(bytes.length()));
+    return ToHex(BytesOf(bytes));
 }
 
 std::string Encode(const std::string &mode, const std::string &input)
@@ -63,8 +44,7 @@ std::string Encode(const std::string &mode, const std::string &input)
         std::abort();
     }
     encode.Encode(bytes, &output, false);
-    const StringBuffer &text = output.getUtf8();
-    return ToHex(text.c_str(), static_cast<std::size_t>(text.length()));
+    return ToHex(BytesOf(output.getUtf8()));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "rsa/encoding/content_coding.h"
 
 #include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -9,52 +10,38 @@
 namespace pavonix {
 namespace {
 
-std::string TextOf(const StringBuffer &text)
-{
-    return std::string(text.c_str(), static_cast<std::size_t>(text.length()));
-}
+using namespace test;
 
-const std::uint8_t *Bytes(const std::string &text)
-{
-    return reinterpret_cast<const std::uint8_t *>(text.data());
-}
-
-class ContentCodingTest : public testing::Test {
-protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-};
-
-TEST_F(ContentCodingTest, Base64IsAppendedWithOneAllocation)
+TEST(ContentCoding, Base64IsAppendedWithOneAllocation)
 {
     const std::string bytes(10000, 'M');
     StringBuffer text;
     text.Append("before ");
     tap::FailNth(0, false);
-    ContentCoding::EncodeBase64(Bytes(bytes), 10000, &text);
+    ContentCoding::EncodeBase64(Data(bytes), 10000, &text);
     EXPECT_EQ(tap::FallibleCalls(), 1);
     EXPECT_EQ(text.length(), 7 + 13336);
     EXPECT_EQ(text.increment(), 202); // only growing appends change it
-    EXPECT_EQ(TextOf(text).substr(0, 11), "before TU1N");
+    EXPECT_EQ(BytesOf(text).substr(0, 11), "before TU1N");
 }
 
-TEST_F(ContentCodingTest, NoBytesGiveWhatTheEncodingMakesOfThem)
+TEST(ContentCoding, NoBytesGiveWhatTheEncodingMakesOfThem)
 {
     using Encoder = void (*)(const std::uint8_t *, std::uint32_t, StringBuffer *);
     for (const Encoder encode : {&ContentCoding::EncodeBase64, &ContentCoding::EncodeBase32, &ContentCoding::EncodeHex,
                                  &ContentCoding::EncodeUrl, &ContentCoding::EncodeAnsi}) {
         StringBuffer text;
         encode(nullptr, 5, &text);
-        encode(Bytes("x"), 0, &text);
-        EXPECT_EQ(TextOf(text), "");
+        encode(Data("x"), 0, &text);
+        EXPECT_EQ(BytesOf(text), "");
     }
     StringBuffer text;
     ContentCoding().EncodeQuotedPrintable(nullptr, 5, &text);
     ContentCoding::EncodeUuencode(nullptr, 5, "600", "a b", &text);
-    EXPECT_EQ(TextOf(text), "begin 600 a b\n`\nend\n");
+    EXPECT_EQ(BytesOf(text), "begin 600 a b\n`\nend\n");
 }
 
-TEST_F(ContentCodingTest, QuotedPrintableLines)
+TEST(ContentCoding, QuotedPrintableLines)
 {
     const struct {
         std::string bytes, text;
@@ -70,17 +57,17 @@ TEST_F(ContentCodingTest, QuotedPrintableLines)
     };
     for (const auto &row : rows) {
         StringBuffer text;
-        ContentCoding().EncodeQuotedPrintable(Bytes(row.bytes), static_cast<std::uint32_t>(row.bytes.size()), &text);
-        EXPECT_EQ(TextOf(text), row.text);
+        ContentCoding().EncodeQuotedPrintable(Data(row.bytes), static_cast<std::uint32_t>(row.bytes.size()), &text);
+        EXPECT_EQ(BytesOf(text), row.text);
     }
 }
 
-TEST_F(ContentCodingTest, DecodingReplacesABufferAndIsAppendedToAText)
+TEST(ContentCoding, DecodingReplacesABufferAndIsAppendedToAText)
 {
     DataBuffer bytes;
     ASSERT_TRUE(bytes.Append("earlier", 7));
     ASSERT_TRUE(ContentCoding::DecodeBase64("TWFuTWE=", 8, &bytes));
-    EXPECT_EQ(std::string(bytes.data(), bytes.data() + bytes.length()), "ManMa");
+    EXPECT_EQ(BytesOf(bytes), "ManMa");
     // The length counts, not a terminator.
     ASSERT_TRUE(ContentCoding::DecodeBase64("TWFuTWE=", 4, &bytes));
     ASSERT_EQ(bytes.length(), 3u);
@@ -92,10 +79,10 @@ TEST_F(ContentCodingTest, DecodingReplacesABufferAndIsAppendedToAText)
     ContentCoding::DecodeBase64("TWFu", &text);
     ContentCoding::DecodeBase64("AAAA", &text);
     ContentCoding::DecodeBase64(nullptr, &text);
-    EXPECT_EQ(TextOf(text), std::string("Man\0\0\0", 6));
+    EXPECT_EQ(BytesOf(text), std::string("Man\0\0\0", 6));
 }
 
-TEST_F(ContentCodingTest, MemoryFailures)
+TEST(ContentCoding, MemoryFailures)
 {
     DataBuffer bytes;
     ASSERT_TRUE(bytes.Append("earlier", 7));
@@ -105,20 +92,20 @@ TEST_F(ContentCodingTest, MemoryFailures)
     EXPECT_FALSE(ContentCoding::DecodeBase64("TWFu", 4, &bytes));
     EXPECT_TRUE(ContentCoding::DecodeBase64("", 0, &bytes)); // needs none
     ContentCoding::DecodeBase64("TWFu", &text);
-    EXPECT_EQ(TextOf(text), "earlier");
+    EXPECT_EQ(BytesOf(text), "earlier");
     EXPECT_EQ(bytes.length(), 0u);
 
     const std::string many(300, 'x');
     for (int nth = 1; nth <= 3; ++nth) {
         StringBuffer out;
         tap::FailNth(nth, false); // the reservation, then the growth that stands in for it
-        ContentCoding::EncodeBase64(Bytes(many), 300, &out);
+        ContentCoding::EncodeBase64(Data(many), 300, &out);
         EXPECT_EQ(out.complete(), out.length() == 400) << nth;
     }
     tap::FailNth(1, true);
-    ContentCoding::EncodeBase64(Bytes(many), 300, &text);
+    ContentCoding::EncodeBase64(Data(many), 300, &text);
     EXPECT_FALSE(text.complete());
-    EXPECT_EQ(TextOf(text).substr(0, 7), "earlier");
+    EXPECT_EQ(BytesOf(text).substr(0, 7), "earlier");
 }
 
 } // namespace

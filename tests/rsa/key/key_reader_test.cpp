@@ -2,6 +2,7 @@
 #include "rsa/key/key_reader.h"
 #include "rsa/log/logger.h"
 #include "support/rsa_keys.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -19,9 +20,7 @@ Import Read(const std::string &xml, RsaKey *key, bool verbose = false)
 {
     Logger log;
     const bool success = ReadKey(xml.c_str(), key, verbose, log);
-    StringBuffer text;
-    log.getLogText(&text);
-    std::string entries = text.c_str();
+    std::string entries = LogText(log);
     entries.erase(0, entries.find('\n') + 1);
     for (std::size_t end; (end = entries.find("\r\n")) != std::string::npos;) {
         entries.replace(end, 2, 1, ';');

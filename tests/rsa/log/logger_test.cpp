@@ -4,6 +4,7 @@
 #include "rsa/log/log_context.h"
 #include "rsa/log/log_null.h"
 #include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -17,19 +18,10 @@
 namespace pavonix {
 namespace {
 
-std::string TextOf(LogBase &log)
-{
-    StringBuffer text;
-    text.Append("earlier");
-    EXPECT_TRUE(log.getLogText(&text));
-    return text.c_str();
-}
+using namespace test;
 
 class LoggerTest : public testing::Test {
 protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-
     Logger log_;
 };
 
@@ -47,45 +39,42 @@ TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
     log_.leaveContext();
     log_.logTickCount("Ticks");
     log_.logInfo("done");
-    StringBuffer form;
-    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n"
-                            "  Encrypt_String:\r\n"
-                            "    usePrivateKey: -1\r\n"
-                            "    Block:\r\n"
-                            "      padded_data: 00A53E\r\n"
-                            "      too <small>\r\n"
-                            "    <hint/>&\r\n"
-                            "    flags: 0xff\r\n"
-                            "  Ticks: abcde\r\n"
-                            "  done\r\n");
-    log_.getLogHtml(&form);
-    EXPECT_STREQ(form.c_str(), "ZentorpLog:<blockquote>\r\n"
-                               "Encrypt_String:<blockquote>\r\n"
-                               "usePrivateKey: -1<br>\r\n"
-                               "Block:<blockquote>\r\n"
-                               "padded_data: 00A53E<br>\r\n"
-                               "too &lt;small&gt;<br>\r\n"
-                               "</blockquote>\r\n"
-                               "&lt;hint/&gt;&amp;<br>\r\n"
-                               "flags: 0xff<br>\r\n"
-                               "</blockquote>\r\n"
-                               "Ticks: abcde<br>\r\n"
-                               "done<br>\r\n"
-                               "</blockquote>\r\n");
-    log_.getLogXml(&form);
-    EXPECT_STREQ(form.c_str(), "<ZentorpLog>\r\n"
-                               "<Encrypt_String>\r\n"
-                               "<usePrivateKey>-1</usePrivateKey>\r\n"
-                               "<Block>\r\n"
-                               "<padded_data>00A53E</padded_data>\r\n"
-                               "<error><![CDATA[too <small>]]></error>\r\n"
-                               "</Block>\r\n"
-                               "<hint/>&\r\n"
-                               "<flags>0xff</flags>\r\n"
-                               "</Encrypt_String>\r\n"
-                               "<Ticks>abcde</Ticks>\r\n"
-                               "<info>done</info>\r\n"
-                               "</ZentorpLog>\r\n");
+    EXPECT_EQ(LogText(log_), "ZentorpLog:\r\n"
+                             "  Encrypt_String:\r\n"
+                             "    usePrivateKey: -1\r\n"
+                             "    Block:\r\n"
+                             "      padded_data: 00A53E\r\n"
+                             "      too <small>\r\n"
+                             "    <hint/>&\r\n"
+                             "    flags: 0xff\r\n"
+                             "  Ticks: abcde\r\n"
+                             "  done\r\n");
+    EXPECT_EQ(LogText(log_, &LogBase::getLogHtml), "ZentorpLog:<blockquote>\r\n"
+                                                   "Encrypt_String:<blockquote>\r\n"
+                                                   "usePrivateKey: -1<br>\r\n"
+                                                   "Block:<blockquote>\r\n"
+                                                   "padded_data: 00A53E<br>\r\n"
+                                                   "too &lt;small&gt;<br>\r\n"
+                                                   "</blockquote>\r\n"
+                                                   "&lt;hint/&gt;&amp;<br>\r\n"
+                                                   "flags: 0xff<br>\r\n"
+                                                   "</blockquote>\r\n"
+                                                   "Ticks: abcde<br>\r\n"
+                                                   "done<br>\r\n"
+                                                   "</blockquote>\r\n");
+    EXPECT_EQ(LogText(log_, &LogBase::getLogXml), "<ZentorpLog>\r\n"
+                                                  "<Encrypt_String>\r\n"
+                                                  "<usePrivateKey>-1</usePrivateKey>\r\n"
+                                                  "<Block>\r\n"
+                                                  "<padded_data>00A53E</padded_data>\r\n"
+                                                  "<error><![CDATA[too <small>]]></error>\r\n"
+                                                  "</Block>\r\n"
+                                                  "<hint/>&\r\n"
+                                                  "<flags>0xff</flags>\r\n"
+                                                  "</Encrypt_String>\r\n"
+                                                  "<Ticks>abcde</Ticks>\r\n"
+                                                  "<info>done</info>\r\n"
+                                                  "</ZentorpLog>\r\n");
 }
 
 TEST_F(LoggerTest, TagsAndTextsAtTheirEdges)
@@ -107,13 +96,13 @@ TEST_F(LoggerTest, TagsAndTextsAtTheirEdges)
                              "  zero: 0x0\r\n"
                              "  all: 0xffffffff\r\n"
                              "  \r\n";
-    EXPECT_EQ(TextOf(log_), kept);
+    EXPECT_EQ(LogText(log_), kept);
     for (const char *tag : {static_cast<const char *>(nullptr), "", " \t\r\n"}) {
         EXPECT_TRUE(log_.logData(tag, "x") && log_.logDataLong(tag, 1) && log_.logDataValue(tag, "x", 1) &&
                     log_.logHex(tag, 1) && log_.logTickCount(tag) && log_.enterContext(tag));
     }
     EXPECT_TRUE(log_.logError(nullptr) && log_.logInfo(nullptr) && log_.logRaw(nullptr));
-    EXPECT_EQ(TextOf(log_), kept);
+    EXPECT_EQ(LogText(log_), kept);
 }
 
 TEST_F(LoggerTest, LeavingTooOftenStaysAtTheRootAndClearingStartsAfresh)
@@ -128,13 +117,13 @@ TEST_F(LoggerTest, LeavingTooOftenStaysAtTheRootAndClearingStartsAfresh)
     }
     log_.leaveContext();
     log_.logInfo("in root");
-    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n    in Outer\r\n  in root\r\n");
+    EXPECT_EQ(LogText(log_), "ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n    in Outer\r\n  in root\r\n");
     log_.enterContext("Open");
     log_.clear();
-    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n");
+    EXPECT_EQ(LogText(log_), "ZentorpLog:\r\n");
     log_.logInfo("in the new root");
     log_.leaveContext();
-    EXPECT_EQ(TextOf(log_), "ZentorpLog:\r\n  in the new root\r\n");
+    EXPECT_EQ(LogText(log_), "ZentorpLog:\r\n  in the new root\r\n");
 }
 
 TEST_F(LoggerTest, SavedTextReplacesTheFile)
@@ -172,7 +161,7 @@ void LogSomeContexts(LogBase &log)
 std::set<std::string> LinesOf(LogBase &log)
 {
     std::set<std::string> lines;
-    std::istringstream text(TextOf(log));
+    std::istringstream text(LogText(log));
     for (std::string line; std::getline(text >> std::ws, line);) {
         lines.insert(line);
     }
@@ -184,29 +173,23 @@ TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
     LogSomeContexts(log_);
     const std::set<std::string> whole = LinesOf(log_);
     const tap::Holdings before = tap::Held();
-    bool happened = true;
-    for (int nth = 1; happened; ++nth) {
-        for (const bool everAfter : {false, true}) {
-            tap::FailNth(nth, everAfter);
-            Logger log;
-            log.clear();
-            LogSomeContexts(log);
-            StringBuffer text;
-            log.getLogText(&text);
-            happened = tap::FaultHappened();
-            tap::FailNone();
-            for (const std::string &line : LinesOf(log)) {
-                EXPECT_TRUE(whole.count(line)) << line; // no entry is there in part
-            }
-            log.logInfo("after");
-            const std::string rendered = TextOf(log);
-            // Without its root a log is empty until it is cleared.
-            EXPECT_TRUE(rendered.empty() || rendered.ends_with("\r\n  after\r\n")) << rendered;
-            log.clear();
-            log.logInfo("again");
-            EXPECT_EQ(TextOf(log), "ZentorpLog:\r\n  again\r\n");
+    tap::FailEach([&] {
+        Logger log;
+        log.clear();
+        LogSomeContexts(log);
+        LogText(log);
+        tap::FailNone();
+        for (const std::string &line : LinesOf(log)) {
+            EXPECT_TRUE(whole.count(line)) << line; // no entry is there in part
         }
-    }
+        log.logInfo("after");
+        const std::string rendered = LogText(log);
+        // Without its root a log is empty until it is cleared.
+        EXPECT_TRUE(rendered.empty() || rendered.ends_with("\r\n  after\r\n")) << rendered;
+        log.clear();
+        log.logInfo("again");
+        EXPECT_EQ(LogText(log), "ZentorpLog:\r\n  again\r\n");
+    });
     EXPECT_EQ(tap::Held(), before);
 }
 
@@ -214,12 +197,12 @@ TEST_F(LoggerTest, WhatALostContextHoldsGoesToTheOneAround)
 {
     tap::FailNth(1, false); // the entry of "Outer"
     LogSomeContexts(log_);
-    EXPECT_TRUE(TextOf(log_).starts_with("ZentorpLog:\r\n  inner\r\n  between: 7\r\n  bytes: 78")) << TextOf(log_);
+    EXPECT_TRUE(LogText(log_).starts_with("ZentorpLog:\r\n  inner\r\n  between: 7\r\n  bytes: 78")) << LogText(log_);
     tap::FailNth(1, false);
     log_.enterContext("Lost");
     log_.clear();
     LogSomeContexts(log_);
-    EXPECT_TRUE(TextOf(log_).starts_with("ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n")) << TextOf(log_);
+    EXPECT_TRUE(LogText(log_).starts_with("ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n")) << LogText(log_);
 }
 
 TEST_F(LoggerTest, ThreadsShareOneLog)
@@ -232,7 +215,7 @@ TEST_F(LoggerTest, ThreadsShareOneLog)
     std::thread other(logMany, "b");
     logMany("a");
     other.join();
-    std::istringstream lines(TextOf(log_));
+    std::istringstream lines(LogText(log_));
     std::string tag, value;
     int next[2] = {0, 0};
     lines >> tag;
@@ -249,11 +232,9 @@ TEST(LogNullTest, KeepsNothing)
     EXPECT_FALSE(log.keepsEntries());
     EXPECT_TRUE(Logger().keepsEntries());
     LogSomeContexts(log);
-    StringBuffer form;
-    form.Append("earlier");
-    EXPECT_EQ(TextOf(log), "");
-    EXPECT_TRUE(log.getLogHtml(&form) && log.getLogXml(&form));
-    EXPECT_STREQ(form.c_str(), "");
+    for (const Rendering rendering : {&LogBase::getLogText, &LogBase::getLogHtml, &LogBase::getLogXml}) {
+        EXPECT_EQ(LogText(log, rendering), "");
+    }
     EXPECT_TRUE(log.saveText(nullptr));
 }
 

@@ -2,6 +2,7 @@
 #include "rsa/random/random_bytes.h"
 #include "rsa/random/zentorp_rand.h"
 #include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
@@ -10,38 +11,19 @@
 #include <memory>
 
 using namespace pavonix;
+using namespace pavonix::test;
 
 namespace {
 
 constexpr char kAcquire[] = "AcquireProvider(Microsoft Base Cryptographic Provider v1.0,1,";
 using Calls = std::vector<std::string>;
 
-std::string Unhex(const std::string &hex)
-{
-    std::string bytes;
-    for (std::size_t i = 0; i < hex.size(); i += 2) {
-        bytes += static_cast<char>(std::stoi(hex.substr(i, 2), nullptr, 16));
-    }
-    return bytes;
-}
-
-std::string Content(const DataBuffer &buffer)
-{
-    return std::string(reinterpret_cast<const char *>(buffer.data()), buffer.length());
-}
-
-class R250Test : public testing::Test {
-protected:
-    void SetUp() override { tap::Reset(); }
-    void TearDown() override { tap::Reset(); }
-};
-
 // Makes the next seeding start from what a line of r250.txt says.
 void Prepare(const std::string &source, const std::string &value)
 {
     tap::Reset();
     if (source == "seed") {
-        tap::UseRandom(Unhex(value));
+        tap::UseRandom(FromHex(value));
     } else {
         tap::FailAlways("GenerateRandom");
         tap::UseClock(tap::Clock{{}, static_cast<std::uint32_t>(std::stoul(value))});
@@ -63,7 +45,7 @@ bool FirstInstanceSeedsOnce()
 
 // One row each for seeds at random, of zeros, of ones, and from 31-bit rand
 // numbers; every answer depends on the exact number of steps taken before.
-TEST_F(R250Test, AgreesWithASecondImplementation)
+TEST(R250, AgreesWithASecondImplementation)
 {
     std::ifstream lines(TEST_DATA_DIR "/r250.txt");
     std::unique_ptr<R250> generator;
@@ -81,14 +63,14 @@ TEST_F(R250Test, AgreesWithASecondImplementation)
         ASSERT_TRUE(output.AppendByte('x'));
         ASSERT_TRUE(kind == "bytes" ? generator->AppendBytes(count, &output)
                                     : generator->AppendNonZeroBytes(count, &output));
-        ASSERT_EQ(Content(output), std::string("x").append(Unhex(expected))) << kind << ' ' << count;
+        ASSERT_EQ(BytesOf(output), std::string("x").append(FromHex(expected))) << kind << ' ' << count;
         ++answers;
         EXPECT_EQ(tap::CountOf("GenerateRandom"), 1) << "seeded again";
     }
     EXPECT_EQ(answers, 4 * 8);
 }
 
-TEST_F(R250Test, TriesTheProviderInOrderAndReleasesWhatItAcquired)
+TEST(R250, TriesTheProviderInOrderAndReleasesWhatItAcquired)
 {
     const std::string seedRand = "SeedRand(77)";
     const struct {
@@ -117,16 +99,16 @@ TEST_F(R250Test, TriesTheProviderInOrderAndReleasesWhatItAcquired)
     }
 }
 
-TEST_F(R250Test, NonZeroBytesAreNeverZero)
+TEST(R250, NonZeroBytesAreNeverZero)
 {
     R250 generator;
     DataBuffer output;
     ASSERT_TRUE(generator.AppendNonZeroBytes(100001, &output));
     EXPECT_EQ(output.length(), 100001u);
-    EXPECT_EQ(Content(output).find('\0'), std::string::npos);
+    EXPECT_EQ(BytesOf(output).find('\0'), std::string::npos);
 }
 
-TEST_F(R250Test, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
+TEST(R250, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
 {
     R250 generator;
     DataBuffer output;
@@ -142,7 +124,7 @@ TEST_F(R250Test, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
     EXPECT_EQ(output.length(), 0u);
 }
 
-TEST_F(R250Test, TheFirstInstanceSeedsTheWholeProcessOnce)
+TEST(R250, TheFirstInstanceSeedsTheWholeProcessOnce)
 {
     // a process of its own, since other tests may have seeded the shared generator
     GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -1,0 +1,38 @@
+// What the library's buffers and logs hold, as strings to compare.
+#pragma once
+
+#include "rsa/log/log_base.h"
+#include "rsa/text/data_buffer.h"
+#include "rsa/text/string_buffer.h"
+#include "support/hex.h"
+
+#include <cstdint>
+#include <string>
+
+namespace pavonix::test {
+
+inline const std::uint8_t *Data(const std::string &bytes)
+{
+    return reinterpret_cast<const std::uint8_t *>(bytes.data());
+}
+
+inline std::string BytesOf(const DataBuffer &buffer)
+{
+    return std::string(reinterpret_cast<const char *>(buffer.data()), buffer.length());
+}
+
+inline std::string BytesOf(const StringBuffer &text)
+{
+    return std::string(text.c_str(), static_cast<std::size_t>(text.length()));
+}
+
+using Rendering = bool (LogBase::*)(StringBuffer *);
+
+inline std::string LogText(LogBase &log, Rendering rendering = &LogBase::getLogText)
+{
+    StringBuffer text;
+    text.Append("earlier");
+    return (log.*rendering)(&text) ? text.c_str() : "?";
+}
+
+} // namespace pavonix::test
