@@ -12,12 +12,19 @@ constexpr char kDefaultUserAgent[] =
     "Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
     ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)";
 
+// A text that memory was missing for may be empty too, but is not absent: the
+// request takes over that it lost something, and is not sent.
+bool IsAbsent(const ZtString &text)
+{
+    return text.isEmpty() && text.complete();
+}
+
 // "name: value", the value replaced by `fallback` when empty.
 void AppendLine(ZtString *request, const char *name, const ZtString &value, const char *fallback)
 {
     request->Append(name);
     request->Append(": ");
-    if (value.isEmpty()) {
+    if (IsAbsent(value)) {
         request->Append(fallback);
     } else {
         request->Append(value);
@@ -83,20 +90,20 @@ ZtString HttpConnection::ComposeRequest(const char *method, const char *url, ZtS
     AppendLine(&request_, "Accept", accept_, "*/*");
     AppendLine(&request_, "User-Agent", userAgent_, kDefaultUserAgent);
     request_.Append("Connection: Keep-Alive\r\n");
-    if (!body.isEmpty() || !contentType_.isEmpty()) {
+    if (!IsAbsent(body) || !IsAbsent(contentType_)) {
         AppendLine(&request_, "Content-Type", contentType_, "application/x-www-form-urlencoded");
     }
     if (headers_.length() > 0) {
         request_.Append(headers_);
         request_.Append(kCrLf);
     }
-    if (!range.isEmpty()) {
+    if (!IsAbsent(range)) {
         request_.Append("Range: bytes=");
         request_.Append(range);
         request_.Append(kCrLf);
     }
     request_.Append(kCrLf);
-    if (!body.isEmpty()) {
+    if (!IsAbsent(body)) {
         request_.Append(body);
         request_.Append(kCrLf); // not counted in Content-Length; servers in the field expect it
     }
