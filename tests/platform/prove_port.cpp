@@ -149,6 +149,7 @@ const WideChar kLoneHalf[] = {0xD83D, 'x', 0};
 
 // Expected bytes from the published tables of the code pages.
 const Conversion kConversions[] = {
+    {kAnsiCodePage, W("Az~\\\x7F"), "Az~\\\x7F", false},
     {1252, W("caf\x00E9 \x20AC"), "caf\xE9 \x80", false},
     {1252, W("\x0100\x221E\x2212z?"), "???z?", true}, // no look-alikes: A, 8 and -
     {1252, W("\xD83D\xDE00!"), "?!", true},

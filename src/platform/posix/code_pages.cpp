@@ -1,7 +1,6 @@
 // The code-page contract over iconv. The ANSI code page is Windows-1252.
-#include "platform/code_pages.h"
+#include "platform/ascii_text.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <iconv.h>
@@ -80,16 +79,6 @@ private:
     int used_ = 0;
 };
 
-bool IsHighSurrogate(WideChar unit)
-{
-    return (unit & 0xFC00) == 0xD800;
-}
-
-bool IsLowSurrogate(WideChar unit)
-{
-    return (unit & 0xFC00) == 0xDC00;
-}
-
 // Windows takes a byte that its code page leaves undefined, such as 0x81 in 1252,
 // for the control character of that value, and the other way round; iconv does not.
 bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
@@ -98,28 +87,6 @@ bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
     const char byte = static_cast<char>(unit);
     WideChar back = 0;
     return windows && unit >= 0x80 && unit < 0xA0 && BytesToWide(codePage, &byte, 1, &back, 1) == 1 && back == unit;
-}
-
-// Nearly all texts of a call are ASCII. Opening a converter for each, and calling it
-// for each character, would take longer than all else that a download calculates.
-template <typename Unit>
-bool IsAscii(std::uint32_t codePage, const Unit *text, int length)
-{
-    const bool known = codePage == kAnsiCodePage || codePage == kUtf8CodePage || (codePage >= 1250 && codePage <= 1258);
-    return known && std::all_of(text, text + length, [](Unit unit) { return unit >= 0 && unit < 0x80; });
-}
-
-template <typename From, typename To>
-int CopyAscii(const From *text, int length, To *target, int room)
-{
-    if (room == 0) {
-        return length;
-    }
-    if (length > room) {
-        return 0;
-    }
-    std::transform(text, text + length, target, [](From unit) { return static_cast<To>(unit); });
-    return length;
 }
 
 } // namespace
@@ -136,7 +103,7 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
     bool replaced = false;
     Sink sink(bytes, room);
     for (int i = 0; converter.valid() && i < length;) {
-        const int units = i + 1 < length && IsHighSurrogate(text[i]) && IsLowSurrogate(text[i + 1]) ? 2 : 1;
+        const int units = UnitsOfCharacter(text + i, length - i);
         char encoded[16];
         char *end = encoded;
         std::size_t left = sizeof encoded;

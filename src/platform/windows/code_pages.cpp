@@ -1,5 +1,5 @@
 // The code-page contract over Windows.
-#include "platform/code_pages.h"
+#include "platform/ascii_text.h"
 
 #include "platform/windows/system.h"
 
@@ -10,11 +10,6 @@ namespace pavonix::platform {
 namespace {
 
 constexpr int kLongestCharacter = 8; // bytes, in any code page
-
-bool IsPair(const WideChar *text, int length)
-{
-    return length > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
-}
 
 // Converts one character. The system may answer a look-alike, and not every
 // version can be told not to; only what converts back is taken. Bytes written,
@@ -39,10 +34,16 @@ int CharacterToBytes(std::uint32_t codePage, const WideChar *character, int unit
 
 int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
 {
+    if (IsAscii(codePage, text, length)) {
+        if (lossy != nullptr) {
+            *lossy = false;
+        }
+        return CopyAscii(text, length, bytes, room);
+    }
     bool replaced = false;
     int used = 0;
     for (int i = 0; i < length;) {
-        const int units = IsPair(text + i, length - i) ? 2 : 1;
+        const int units = UnitsOfCharacter(text + i, length - i);
         char character[kLongestCharacter];
         const int count = CharacterToBytes(codePage, text + i, units, character, &replaced);
         if (count == 0 || (room > 0 && count > room - used)) {
@@ -63,8 +64,8 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
 
 int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar *text, int room)
 {
-    if (length <= 0) {
-        return 0;
+    if (IsAscii(codePage, bytes, length)) {
+        return CopyAscii(bytes, length, text, room);
     }
     const int needed = MultiByteToWideChar(codePage, 0, bytes, length, nullptr, 0);
     if (room == 0) {

@@ -9,12 +9,6 @@ namespace {
 constexpr std::int32_t kIso88591 = 28591;
 constexpr std::int32_t kWindows1252 = 1252;
 
-// A pair of surrogates is one character.
-std::int32_t UnitsOfCharacter(const WideChar *units, std::int32_t length)
-{
-    return length > 1 && (units[0] & 0xFC00) == 0xD800 && (units[1] & 0xFC00) == 0xDC00 ? 2 : 1;
-}
-
 // Character by character, so that the output tells how far it came.
 bool Convert(std::uint32_t codePage, const XString &text, DataBuffer *output)
 {

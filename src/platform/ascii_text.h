@@ -1,0 +1,35 @@
+// The short way through the code pages for ASCII, which nearly all texts of a
+// call are. The ports convert other texts one character at a time, with calls of
+// the system's converter for each.
+#pragma once
+
+#include "platform/code_pages.h"
+
+#include <algorithm>
+
+namespace pavonix::platform {
+
+// Whether all units are ASCII and the code page is known to have ASCII as it is.
+template <typename Unit>
+bool IsAscii(std::uint32_t codePage, const Unit *text, int length)
+{
+    const bool known = codePage == kAnsiCodePage || codePage == kUtf8CodePage || (codePage >= 1250 && codePage <= 1258);
+    return known && std::all_of(text, text + length, [](Unit unit) { return unit >= 0 && unit < 0x80; });
+}
+
+// Converts what IsAscii is true for; counts and answers as the contract's
+// conversions do.
+template <typename From, typename To>
+int CopyAscii(const From *text, int length, To *target, int room)
+{
+    if (room == 0) {
+        return length;
+    }
+    if (length > room) {
+        return 0;
+    }
+    std::transform(text, text + length, target, [](From unit) { return static_cast<To>(unit); });
+    return length;
+}
+
+} // namespace pavonix::platform
