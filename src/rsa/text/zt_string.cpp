@@ -36,12 +36,16 @@ void ZtString::Append(const char *text)
 
 void ZtString::AppendN(const char *bytes, std::int32_t count)
 {
-    text_.appendAnsiN(bytes, count);
+    if (utf8_) {
+        text_.appendUtf8N(bytes, count);
+    } else {
+        text_.appendAnsiN(bytes, count);
+    }
 }
 
 void ZtString::Append(const ZtString &other)
 {
-    Append(other.narrow());
+    Append(utf8_ ? other.text_.getUtf8() : other.text_.getAnsi()); // in the form of this text
     if (!other.complete()) {
         text_.markIncomplete();
     }

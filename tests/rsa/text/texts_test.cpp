@@ -79,7 +79,9 @@ TEST(ZtString, HandsOutTheChosenRepresentation)
     const ZtString copy = text;
     EXPECT_STREQ(copy.c_str(), "\xC3\xA4\xC3\xB6");
     text = text;
-    EXPECT_STREQ(text.c_str(), "\xC3\xA4\xC3\xB6");
+    text.Append(ZtString("\xFC")); // whose own representation is ANSI
+    text.AppendN("\xC3\x9F", 2);
+    EXPECT_STREQ(text.c_str(), "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F");
 }
 
 TEST(Decimal, WritesWhatPrintfWrites)
