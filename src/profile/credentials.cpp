@@ -8,7 +8,7 @@ namespace pavonix {
 
 namespace {
 
-constexpr std::int32_t kFractionDivisor = 999; // not 1000; servers only see that it is below that
+constexpr std::int32_t kFractionDivisor = 999; // deliberately not 1000: 000 to 998
 
 } // namespace
 

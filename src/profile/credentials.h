@@ -14,8 +14,8 @@ using TimestampText = FixedText<64>;
 int SetUpRsa(const ZtString &publicKeyXml, const ZtString &privateKeyXml);
 
 // The device's local time, "2010-3-5 9:7:3.042". The three digits are the tick
-// count modulo 999 and not the time's milliseconds: they keep two tokens of one
-// second apart. From 24.9 days of uptime on they carry a minus sign.
+// count modulo 999, deliberately not the time's milliseconds. From 24.9 days of
+// uptime on the signed tick count is negative, and so are they, unless 000.
 TimestampText MakeTimestamp();
 
 // The "User-Cert" token: the time, encrypted with the device's private key, in

@@ -47,8 +47,8 @@ bool ApplyKey(const mp_int &m, std::int32_t keyChoice, const RsaKey &key, mp_int
     return ExptMod(m, key.e, key.N, c) == MP_OKAY || Fail(log, "Modular exponentiation (A) failed");
 }
 
-// The division is not rounded up: servers in the field know that a modulus of an
-// odd bit length makes such a call fail instead.
+// The division is deliberately not rounded up: under a modulus that does not fill
+// its bytes a result with a leading zero byte gets none, and its block fails.
 std::uint32_t MissingZeros(std::uint32_t inputLength, std::uint32_t resultLength, const RsaKey &key)
 {
     const bool whole = inputLength == static_cast<std::uint32_t>(key.ModulusBitLength()) / 8;

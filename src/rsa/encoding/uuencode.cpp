@@ -9,8 +9,8 @@ constexpr std::uint32_t kLineBytes = 45;
 
 using Writer = BlockWriter<256>;
 
-// Six bits as a character. Zero is a grave accent, not a space: mailers strip
-// trailing spaces, and every decoder takes both.
+// Six bits as a character. Zero is a grave accent, not a space, which would be
+// lost at the end of a line where trailing spaces are stripped.
 void PutBits(unsigned value, Writer *writer)
 {
     writer->Put(value == 0 ? '`' : static_cast<char>(' ' + value));

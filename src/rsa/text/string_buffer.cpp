@@ -126,7 +126,7 @@ void StringBuffer::Reserve(std::int32_t count)
 void StringBuffer::Shrink()
 {
     mark_.Check();
-    if (data_ != sharedEmpty && capacity_ > length_ + 4) {
+    if (data_ != sharedEmpty && capacity_ - length_ > 4) {
         Reallocate(std::int64_t{length_} + 1);
     }
 }

@@ -1,6 +1,7 @@
 #include "rsa/cipher/padding/mgf1.h"
 
 #include "rsa/digest/hash_table.h"
+#include "rsa/digest/word_bytes.h"
 #include "rsa/log/log_size.h"
 #include "rsa/text/allocate.h"
 
@@ -14,14 +15,6 @@ namespace {
 
 constexpr std::uint32_t kCounterRoom = 32;
 constexpr std::uint32_t kCounterSize = 4;
-
-void WriteBigEndian(std::uint32_t value, std::uint8_t *bytes)
-{
-    for (int i = 3; i >= 0; --i) {
-        bytes[i] = static_cast<std::uint8_t>(value);
-        value >>= 8;
-    }
-}
 
 } // namespace
 
@@ -44,7 +37,7 @@ bool Mgf1(std::int32_t callSite, std::int32_t hashId, const std::uint8_t *seed, 
     std::uint32_t wanted = maskLength;
     for (std::uint32_t counter = 0; wanted > 0; ++counter) {
         std::uint8_t digest[kLongestDigest];
-        WriteBigEndian(counter, work.get() + seedLength);
+        StoreBigEndian(counter, work.get() + seedLength);
         ComputeDigest(hashId, work.get(), seedLength + kCounterSize, digest);
         const std::uint32_t count = std::min(digestSize, wanted);
         if (!mask->Append(digest, count)) {
