@@ -1,6 +1,7 @@
 #include "device_test.h"
 
 #include "driver/device_key.h"
+#include "driver/scripted_server.h"
 
 #include <cstdlib>
 #include <sstream>
@@ -82,6 +83,12 @@ int DeviceTest::Call(e2e::Export function, int port)
                                        .url = u"http://127.0.0.1/goods",
                                        .port = port});
     return answer ? answer->result : -1;
+}
+
+int DeviceTest::Call(e2e::Export function, const std::string &reply)
+{
+    const e2e::ScriptedServer server({.pieces = {reply}, .ending = e2e::Ending::kCloses});
+    return Call(function, server.port());
 }
 
 } // namespace pavonix::ce

@@ -37,6 +37,8 @@ protected:
 
     // The call's result; -1 when the runner died, which also fails the test.
     int Call(e2e::Export function, int port);
+    // The same, with a server that answers so.
+    int Call(e2e::Export function, const std::string &reply);
     std::string Target() const { return folder_.path() + "/list.xml"; }
 
 private:

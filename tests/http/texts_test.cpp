@@ -1,12 +1,9 @@
 #include "http/copy_response_prefix.h"
 #include "http/find_text.h"
-#include "http/header_value.h"
-#include "http/url.h"
 #include "http/url_encode.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 using namespace pavonix;
@@ -37,50 +34,6 @@ TEST(UrlEncode, EscapesAllButLettersDigitsAndBlanks)
     EXPECT_EQ(encode("\xC4"), "%C4");
     EXPECT_EQ(encode("-_.~@[`{/:\x7F\xFF\n"), "%2D%5F%2E%7E%40%5B%60%7B%2F%3A%7F%FF%0A");
     EXPECT_EQ(encode("09azAZ"), "09azAZ");
-}
-
-TEST(SplitUrl, CutsHostAndTarget)
-{
-    struct Row {
-        const char *url, *host, *target;
-    };
-    for (const Row &row : {Row{"http://host/goods?page=1", "host", "/goods?page=1"},
-                           {"http://host:8080/x", "host:8080", "/x"},
-                           {"HTTP://Host/x", "Host", "/x"},
-                           {"host:8080/x", "host:8080", "/x"},
-                           {"http://host/a//b", "host", "/a//b"},
-                           {"http://host/", "host", ""},
-                           {"host/", "host", ""}}) {
-        const UrlParts parts = SplitUrl(row.url);
-        EXPECT_TRUE(parts.valid) << row.url;
-        EXPECT_EQ(parts.host, row.host) << row.url;
-        EXPECT_EQ(parts.target, row.target) << row.url;
-    }
-    for (const char *url : {"", "/", "//", "http://", "http://host", "http:///x", "https://host/x", "ftp://host/x",
-                            "host", "/x", "host/a//b", "//host/x"}) {
-        EXPECT_FALSE(SplitUrl(url).valid) << url;
-    }
-    EXPECT_FALSE(SplitUrl(nullptr).valid);
-}
-
-TEST(GetHeaderValue, TakesTheLineBehindTheColon)
-{
-    const auto value = [](const char *head, const char *name) {
-        const std::unique_ptr<char[]> found(GetHeaderValue(head, name));
-        return found == nullptr ? std::string("(null)") : std::string(found.get());
-    };
-    constexpr char kHead[] = "HTTP/1.1 200 OK\r\nContent-Length: 42\r\nX-Error-Code:906 \r\nLast: z\r\n\r\n";
-    EXPECT_EQ(value(kHead, "Content-Length"), " 42") << "the blank stays";
-    EXPECT_EQ(value(kHead, "X-Error-Code"), "906 ");
-    EXPECT_EQ(value(kHead, "Last"), " z");
-    EXPECT_EQ(value(kHead, "content-length"), "(null)");
-    EXPECT_EQ(value(kHead, "Absent"), "(null)");
-    EXPECT_EQ(value("A: X-Error-Code: 5\r\n", "X-Error-Code"), " 5") << "found inside another value";
-    EXPECT_EQ(value("Name: no line end", "Name"), "(null)");
-    EXPECT_EQ(value("Name\r\nOther: 1\r\n", "Name"), "(null)") << "its line has no colon";
-    EXPECT_EQ(value("Name:\r\n", "Name"), "");
-    EXPECT_EQ(value(nullptr, "Name"), "(null)");
-    EXPECT_EQ(value("Name: 1\r\n", nullptr), "(null)");
 }
 
 TEST(CopyResponsePrefix, KeepsDoubleByteCharactersTogether)

@@ -8,8 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <iostream>
 #include <sstream>
@@ -25,16 +23,6 @@ public:
 
 private:
     Scenario row_;
-};
-
-// Ends the caller behind the last test; a checked build of it reports leaks then.
-class CallerEnvironment : public testing::Environment {
-public:
-    void TearDown() override
-    {
-        CallerProcess &caller = *TheSuite().caller;
-        EXPECT_TRUE(caller.Quit()) << "the caller ended badly:\n" << caller.Complaints();
-    }
 };
 
 std::string Option(int count, char **arguments, const std::string &name)
@@ -54,27 +42,20 @@ std::vector<std::string> Words(const std::string &text)
     return {std::istream_iterator<std::string>(input), {}};
 }
 
-std::string MakeScratch()
-{
-    std::string path = std::filesystem::temp_directory_path() / "pavonix-e2e-XXXXXX";
-    return mkdtemp(path.data()) != nullptr ? path : "";
-}
-
-bool SetUp(int count, char **arguments)
+// How to start the caller with its library; empty when an option is missing.
+std::vector<std::string> ReadOptions(int count, char **arguments)
 {
     Suite &suite = TheSuite();
     const std::string flavour = Option(count, arguments, "flavour");
     suite.flavour = flavour == "windows" ? Flavour::kWindows : flavour == "ce" ? Flavour::kCe : Flavour::kLinux;
     suite.shopServer = Option(count, arguments, "shop");
-    suite.scratch = MakeScratch();
     std::vector<std::string> command = Words(Option(count, arguments, "caller"));
     const std::string library = Option(count, arguments, "library");
-    if (command.empty() || library.empty() || suite.scratch.empty()) {
-        return false;
+    if (command.empty() || library.empty()) {
+        return {};
     }
     command.push_back(std::filesystem::absolute(library));
-    suite.caller = std::make_unique<CallerProcess>(command, suite.scratch + "/caller-errors.txt");
-    return true;
+    return command;
 }
 
 } // namespace
@@ -85,8 +66,8 @@ int main(int count, char **arguments)
 {
     using namespace pavonix::e2e;
     testing::InitGoogleTest(&count, arguments);
-    std::signal(SIGPIPE, SIG_IGN);
-    if (!SetUp(count, arguments)) {
+    const std::vector<std::string> command = ReadOptions(count, arguments);
+    if (command.empty()) {
         std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM]\n";
         return 2;
     }
@@ -94,9 +75,5 @@ int main(int count, char **arguments)
         testing::RegisterTest("Scenario", row.name, nullptr, nullptr, __FILE__, __LINE__,
                               [row]() -> testing::Test * { return new ScenarioTest(row); });
     }
-    testing::AddGlobalTestEnvironment(new CallerEnvironment);
-    const int result = RUN_ALL_TESTS();
-    std::error_code ignored;
-    std::filesystem::remove_all(TheSuite().scratch, ignored);
-    return result;
+    return RunSuite(command);
 }

@@ -1,14 +1,27 @@
 #include "suite.h"
 
 #include "support/hex.h"
+#include "tree.h"
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <filesystem>
 #include <sstream>
 
 namespace pavonix::e2e {
 
 namespace {
+
+// Ends the caller behind the last test; it tells then what the library left behind.
+class CallerEnvironment : public testing::Environment {
+public:
+    void TearDown() override
+    {
+        CallerProcess &caller = *TheSuite().caller;
+        EXPECT_TRUE(caller.Quit()) << "the caller ended badly:\n" << caller.Complaints();
+    }
+};
 
 std::string Hex(const std::u16string &text)
 {
@@ -38,6 +51,16 @@ std::string Command(const ShopCall &call)
 }
 
 } // namespace
+
+int RunSuite(const std::vector<std::string> &callerCommand)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    const RowFolder scratch(std::filesystem::temp_directory_path());
+    TheSuite().scratch = scratch.path();
+    TheSuite().caller = std::make_unique<CallerProcess>(callerCommand, scratch.path() + "/caller-errors.txt");
+    testing::AddGlobalTestEnvironment(new CallerEnvironment);
+    return RUN_ALL_TESTS();
+}
 
 Suite &TheSuite()
 {

@@ -39,6 +39,8 @@ std::vector<Scenario> FailureRows()
         NothingSent("no_host_in_the_address", u"http:///goods"),
         // the host would be right if seven characters were taken for "http://"
         NothingSent("other_scheme", u"ftp://x127.0.0.1/goods"),
+        NothingSent("double_slash_behind_an_address_without_scheme", u"127.0.0.1/a//b"),
+        NothingSent("slashes_without_scheme", u"//127.0.0.1/goods"),
         NothingSent("secure_scheme", u"https://127.0.0.1/goods"),
     };
 }

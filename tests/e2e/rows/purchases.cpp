@@ -28,45 +28,46 @@ std::string ProfileWith(const std::string &publicKey, const std::string &private
     return kIdentity + ("Public-Key: " + publicKey) + "\nPrivate-Key: " + privateKey + "\n";
 }
 
-// A purchase that is signed with `key` and answered with `reply`.
-Scenario Signed(const char *name, const DeviceKey &key, const std::string &reply, int result, const Record &record)
+Scenario Purchase(const char *name, const std::string &reply)
 {
     return {.name = name,
-            .profile = ProfileWith(key.PublicXml(), key.PrivateXml()),
             .function = Export::kBuy,
             .words = {0, 0, 1, 7, 0},
             .url = u"http://127.0.0.1/buy",
             .pieces = {reply},
             .ending = Ending::kCloses,
-            .request = kBuyRequest,
-            .result = result,
-            .signer = &key,
-            .record = record};
+            .request = kBuyRequest};
+}
+
+// A purchase that is signed with `key` and answered with `reply`.
+Scenario Signed(const char *name, const DeviceKey &key, const std::string &reply, int result, const Record &record)
+{
+    Scenario row = Purchase(name, reply);
+    row.profile = ProfileWith(key.PublicXml(), key.PrivateXml());
+    row.result = result;
+    row.signer = &key;
+    row.record = record;
+    return row;
 }
 
 // An accepted purchase with these keys, by a library that has seen no others.
 Scenario Keys(const char *name, const std::string &publicKey, const std::string &privateKey, const DeviceKey *signer)
 {
-    return {.name = name,
-            .freshLibrary = true,
-            .profile = ProfileWith(publicKey, privateKey),
-            .function = Export::kBuy,
-            .words = {0, 0, 1, 7, 0},
-            .url = u"http://127.0.0.1/buy",
-            .pieces = {kOk},
-            .request = kBuyRequest,
-            .signer = signer};
+    Scenario row = Purchase(name, kOk);
+    row.freshLibrary = true;
+    row.profile = ProfileWith(publicKey, privateKey);
+    row.signer = signer;
+    return row;
 }
 
 Scenario NotSent(const char *name, const std::u16string &url, Server server)
 {
-    return {.name = name,
-            .function = Export::kBuy,
-            .words = {0, 0, 1, 7, 0},
-            .url = url,
-            .server = server,
-            .request = std::nullopt,
-            .result = 0};
+    Scenario row = Purchase(name, "");
+    row.url = url;
+    row.server = server;
+    row.request = std::nullopt;
+    row.result = 0;
+    return row;
 }
 
 Scenario WithRequest(Scenario row, const std::vector<int> &words, const std::u16string &url, const std::string &request)

@@ -1,6 +1,5 @@
 #include "rsa/log/logger.h"
 
-#include "rsa/log/cls_base.h"
 #include "rsa/log/log_context.h"
 #include "rsa/log/log_null.h"
 #include "support/tap.h"
@@ -236,23 +235,6 @@ TEST(LogNullTest, KeepsNothing)
         EXPECT_EQ(LogText(log, rendering), "");
     }
     EXPECT_TRUE(log.saveText(nullptr));
-}
-
-TEST(ClsBaseTest, DescribesTheLastOperationAlone)
-{
-    ClsBase component;
-    StringBuffer text;
-    EXPECT_FALSE(component.lastMethodSuccess());
-    for (const bool success : {true, false, true}) {
-        const LogContext context(component.StartMethod(), "Work");
-        EXPECT_EQ(component.RecordResult(success), success);
-        EXPECT_EQ(component.lastMethodSuccess(), success);
-        component.getLastErrorText(&text);
-        EXPECT_STREQ(text.c_str(), success ? "ZentorpLog:\r\n  Work:\r\n    Success.\r\n"
-                                           : "ZentorpLog:\r\n  Work:\r\n    Failed.\r\n");
-    }
-    component.StartMethod();
-    EXPECT_FALSE(component.lastMethodSuccess());
 }
 
 } // namespace

@@ -99,15 +99,6 @@ TEST(R250, TriesTheProviderInOrderAndReleasesWhatItAcquired)
     }
 }
 
-TEST(R250, NonZeroBytesAreNeverZero)
-{
-    R250 generator;
-    DataBuffer output;
-    ASSERT_TRUE(generator.AppendNonZeroBytes(100001, &output));
-    EXPECT_EQ(output.length(), 100001u);
-    EXPECT_EQ(BytesOf(output).find('\0'), std::string::npos);
-}
-
 TEST(R250, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
 {
     R250 generator;
