@@ -18,4 +18,14 @@ inline int UnitsOfCharacter(const WideChar *text, int length)
     return length > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00 ? 2 : 1;
 }
 
+// The units before the terminator.
+inline int WideLength(const WideChar *text)
+{
+    int length = 0;
+    while (text[length] != 0) {
+        ++length;
+    }
+    return length;
+}
+
 } // namespace pavonix

@@ -12,12 +12,9 @@ bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url)
     if (baseUrl == nullptr) {
         return false;
     }
-    int units = 0;
-    while (baseUrl[units] != 0) {
-        ++units;
-    }
     char bytes[256];
-    const int length = platform::WideToBytes(platform::kAnsiCodePage, baseUrl, units, bytes, sizeof bytes, nullptr);
+    const int length =
+        platform::WideToBytes(platform::kAnsiCodePage, baseUrl, WideLength(baseUrl), bytes, sizeof bytes, nullptr);
     if (length <= 0) {
         return false;
     }

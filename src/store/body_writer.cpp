@@ -11,12 +11,8 @@ constexpr int kLongestPath = 260; // bytes, terminator included
 
 bool HasNarrowForm(const WideChar *path)
 {
-    int length = 0;
-    while (path[length] != 0) {
-        ++length;
-    }
     bool lossy = false;
-    const int bytes = platform::WideToBytes(platform::kAnsiCodePage, path, length, nullptr, 0, &lossy);
+    const int bytes = platform::WideToBytes(platform::kAnsiCodePage, path, WideLength(path), nullptr, 0, &lossy);
     return bytes > 0 && bytes < kLongestPath && !lossy;
 }
 

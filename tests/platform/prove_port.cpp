@@ -158,18 +158,9 @@ const Conversion kConversions[] = {
     {kUtf8CodePage, kLoneHalf, "?x", true},
 };
 
-int Length(const WideChar *text)
-{
-    int length = 0;
-    while (text[length] != 0) {
-        length++;
-    }
-    return length;
-}
-
 void CheckConversion(const Conversion &row)
 {
-    const int units = Length(row.text);
+    const int units = WideLength(row.text);
     const int count = static_cast<int>(std::strlen(row.bytes));
     char bytes[32];
     bool lossy = !row.lossy;

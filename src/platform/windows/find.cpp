@@ -20,18 +20,9 @@ bool IsDots(const wchar_t *name)
     return name[0] == L'.' && (name[1] == 0 || (name[1] == L'.' && name[2] == 0));
 }
 
-int Length(const wchar_t *path)
-{
-    int length = 0;
-    while (path[length] != 0) {
-        length++;
-    }
-    return length;
-}
-
 int LengthWithoutSeparators(const wchar_t *path)
 {
-    int length = Length(path);
+    int length = WideLength(path);
     while (length > 0 && path[length - 1] == L'\\') {
         length--;
     }

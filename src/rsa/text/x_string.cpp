@@ -13,15 +13,6 @@ namespace {
 constexpr WideChar kEmptyWide[1] = {0};
 constexpr std::uint8_t kWideTerminator[2] = {0, 0};
 
-std::int32_t WideLength(const WideChar *text)
-{
-    std::int32_t length = 0;
-    while (text[length] != 0) {
-        ++length;
-    }
-    return length;
-}
-
 bool SetWide(DataBuffer *wide, const void *units, std::uint32_t byteCount)
 {
     wide->Clear();
