@@ -93,8 +93,8 @@ ZtString HttpConnection::ComposeRequest(const char *method, const char *url, ZtS
     if (!IsAbsent(body) || !IsAbsent(contentType_)) {
         AppendLine(&request_, "Content-Type", contentType_, "application/x-www-form-urlencoded");
     }
+    request_.Append(headers_);
     if (headers_.length() > 0) {
-        request_.Append(headers_);
         request_.Append(kCrLf);
     }
     if (!IsAbsent(range)) {

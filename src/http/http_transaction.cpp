@@ -28,7 +28,8 @@ int HttpConnection::Transact(const char *method, const char *url, ZtByteData *re
         return 0;
     }
     const ZtString host = ExtractHost(url);
-    if (StartSocket() == 0 || Connect(host.c_str(), port) == 0) {
+    // a host that lost its text would be another one
+    if (StartSocket() == 0 || !host.complete() || Connect(host.c_str(), port) == 0) {
         Close();
         return 0;
     }

@@ -38,10 +38,9 @@ int Fetch(const DownloadCall &call, const UrlText &url)
 {
     HttpConnection connection;
     const CallIdentity identity(call.profilePath);
-    identity.AddTo(&connection);
-
     ZtByteData reply; // its contents are of no use to a download
-    const bool answered = connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(call.port)) != 0;
+    const bool answered =
+        identity.AddTo(&connection) && connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(call.port)) != 0;
     const std::int32_t status = answered ? ReplyStatus(connection) : PAVONIX_FAILED;
     if (status != PAVONIX_OK) {
         connection.Close();

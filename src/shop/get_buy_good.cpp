@@ -29,14 +29,17 @@ void AddFormNumber(HttpConnection *connection, const char *name, std::int32_t va
     connection->AddFormField(name, text.c_str());
 }
 
-void AddForm(HttpConnection *connection, const BuyGoodRequest &request)
+// False when there was no memory to measure the form.
+[[nodiscard]] bool AddForm(HttpConnection *connection, const BuyGoodRequest &request)
 {
     AddFormNumber(connection, "type", request.type);
     AddFormNumber(connection, "id", request.id);
     AddFormNumber(connection, "force", request.force);
+    const ZtString form = connection->GetFormBody();
     FixedText<16> length;
-    length.AppendDecimal(connection->GetFormBody().length());
+    length.AppendDecimal(form.length());
     connection->AddHeader("Content-Length", length.c_str());
+    return form.complete();
 }
 
 // Writes a text of the reply into the caller's record, in its full length. A text
@@ -71,12 +74,12 @@ int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResul
 {
     HttpConnection connection;
     const CallIdentity identity(profilePath);
-    identity.AddTo(&connection);
+    bool whole = identity.AddTo(&connection);
     connection.AddHeader("User-Cert", MakeUserCert().c_str());
-    AddForm(&connection, request);
+    whole = AddForm(&connection, request) && whole;
 
     ZtByteData reply; // the connection holds all that is read
-    if (connection.Post(url.c_str(), &reply, static_cast<std::uint32_t>(port)) == 0) {
+    if (!whole || connection.Post(url.c_str(), &reply, static_cast<std::uint32_t>(port)) == 0) {
         connection.Close();
         connection.Reset();
         return PAVONIX_FAILED;

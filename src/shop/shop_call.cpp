@@ -33,13 +33,15 @@ CallIdentity::~CallIdentity()
     Profile().Clear();
 }
 
-void CallIdentity::AddTo(HttpConnection *connection) const
+bool CallIdentity::AddTo(HttpConnection *connection) const
 {
     FixedText<16> userId;
     userId.AppendDecimal(Profile().userId());
+    const ZtString serial = Profile().userSerial();
     connection->SetUserAgent(Profile().userAgent());
-    connection->AddHeader("User-Serial", Profile().userSerial().c_str());
+    connection->AddHeader("User-Serial", serial.c_str());
     connection->AddHeader("User-ID", userId.c_str());
+    return serial.complete();
 }
 
 std::int32_t ReplyStatus(const HttpConnection &connection)

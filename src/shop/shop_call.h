@@ -24,8 +24,9 @@ public:
     CallIdentity(const CallIdentity &) = delete;
     CallIdentity &operator=(const CallIdentity &) = delete;
 
-    // User agent, "User-Serial" and "User-ID".
-    void AddTo(HttpConnection *connection) const;
+    // User agent, "User-Serial" and "User-ID". False when there was no memory for
+    // the serial.
+    [[nodiscard]] bool AddTo(HttpConnection *connection) const;
 };
 
 // The status in the reply's head: the three characters behind the first blank, as

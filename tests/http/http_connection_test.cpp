@@ -150,6 +150,7 @@ TEST(Connection, ClosesAsThePairingSays)
 // A purchase whose id was lost for want of memory would buy something else.
 TEST(Connection, NeverSendsARequestThatLostText)
 {
+    const std::string host(300, 'h'); // so long that each copy needs memory of its own
     std::string whole, sent;
     const auto send = [&] {
         tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
@@ -159,7 +160,7 @@ TEST(Connection, NeverSendsARequestThatLostText)
         connection.AddHeader("Name", std::string(300, 'v').c_str());
         connection.AddFormField("field", std::string(300, '&').c_str());
         ZtByteData reply;
-        connection.Post("http://host/x", &reply, 80);
+        connection.Post(("http://" + host + "/x").c_str(), &reply, 80);
         sent = peer.received;
     };
     send();
@@ -168,6 +169,9 @@ TEST(Connection, NeverSendsARequestThatLostText)
     const int faults = tap::FailEach([&] {
         send();
         EXPECT_TRUE(sent.empty() || sent == whole) << sent;
+        for (const std::string &call : tap::Calls()) {
+            EXPECT_TRUE(!call.starts_with("ResolveHost") || call == "ResolveHost(" + host + ")") << call;
+        }
     });
     EXPECT_GT(faults, 40);
 }

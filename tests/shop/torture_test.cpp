@@ -46,7 +46,11 @@ protected:
         tap::ScriptedPeer peer{{kReply + std::string(983, 'a'), std::string(1024, 'b'), std::string(993, 'c')}, {}, 0};
         tap::UsePeer(&peer);
         const OneGoodRequest request = {0, 0, 1, 7};
-        return GetOneGoodXml(profile.c_str(), &request, box.Path("new/f").c_str(), 1, u"http://shop/good", 80);
+        const int result =
+            GetOneGoodXml(profile.c_str(), &request, box.Path("new/f").c_str(), 1, u"http://shop/good", 80);
+        const auto sent = [&](const std::string &text) { return peer.received.find(text) != std::string::npos; };
+        EXPECT_TRUE(result == 0 || sent("Serial: " + serial) || sent("User-ID: 0")) << "whole, or of no profile at all";
+        return result;
     }
 
     // `request` gets what was sent.
@@ -61,7 +65,8 @@ protected:
     }
 
     Sandbox box;
-    std::u16string profile = box.Write("profile", "User-Agent: U\nUser-Serial: S\nUser-Id: 1\n");
+    const std::string serial = std::string(300, 's'); // so long that each copy needs memory of its own
+    std::u16string profile = box.Write("profile", "User-Agent: U\nUser-Serial: " + serial + "\nUser-Id: 1\n");
 };
 
 } // namespace
