@@ -5,7 +5,7 @@
  *
  * The three calls share process-wide state and take no lock: a caller makes one
  * call at a time. Every call blocks; there are no time-outs. No call throws,
- * and none sets a thread error value of its own.
+ * and none reports anything by the thread's error value.
  */
 #ifndef PAVONIX_PAVONIX_H
 #define PAVONIX_PAVONIX_H

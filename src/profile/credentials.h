@@ -10,7 +10,7 @@ using TimestampText = FixedText<64>;
 
 // Sets the process-wide RSA component up with the device's keys: OAEP padding,
 // base64 results. A key that does not import is not reported: the token is then
-// empty.
+// empty, or made with what an earlier call of the process has imported.
 int SetUpRsa(const ZtString &publicKeyXml, const ZtString &privateKeyXml);
 
 // The device's local time, "2010-3-5 9:7:3.042". The three digits are the tick

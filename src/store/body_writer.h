@@ -19,7 +19,7 @@ public:
     BodyWriter(const BodyWriter &) = delete;
     BodyWriter &operator=(const BodyWriter &) = delete;
 
-    // Opens the file at a path of at most 260 bytes in the ANSI code page. A path
+    // Opens the file at a path of less than 260 bytes in the ANSI code page. A path
     // that this code page cannot express is not opened: a device could not either.
     void Open(const WideChar *path);
     void Write(const char *bytes, std::uint32_t count);
