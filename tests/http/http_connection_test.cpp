@@ -64,7 +64,7 @@ TEST(Connection, SplitsHeadAndBody)
 
 TEST(Connection, CopiesTheFirstReceptionAtMost)
 {
-    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\nhello"}, {}, 0};
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\n" + std::string(2000, 'b')}, {}, 0};
     tap::UsePeer(&peer);
     HttpConnection connection;
     ZtByteData reply;
