@@ -8,10 +8,10 @@ namespace shop {
 
 // Registers the device; one that is registered already gets the new key and the
 // new balance and keeps what it bought. balance: cents.
-void RegisterDevice(Database &database, const std::string &serial, int userId, const PublicKey &key,
+void RegisterDevice(Database &database, const std::string &serial, int userId, const token::PublicKey &key,
                     std::int64_t balance);
 
 // Answers the registered key of the device, or null for an unknown device.
-[[nodiscard]] PublicKey FindDeviceKey(Database &database, const std::string &serial, int userId);
+[[nodiscard]] token::PublicKey FindDeviceKey(Database &database, const std::string &serial, int userId);
 
 } // namespace shop

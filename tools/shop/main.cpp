@@ -36,7 +36,7 @@ void AddDevice(const Options &options)
 {
     std::ifstream file(options.keyFile, std::ios::binary);
     const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    const shop::PublicKey key = shop::ReadPublicKey(text);
+    const token::PublicKey key = token::ReadPublicKey(text);
     shop::Database database = shop::OpenShopDatabase(options.database);
     shop::RegisterDevice(database, options.serial, options.userId, key, options.balance);
     std::cout << "registered device " << options.serial << ", user " << options.userId << ", a key of "

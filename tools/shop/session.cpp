@@ -101,7 +101,7 @@ void Session::Log(const Response &response) const
 {
     beast::error_code error;
     const auto peer = stream_.socket().remote_endpoint(error);
-    std::cout << FormatTimeText(WallTimeNow()) << ' ' << peer.address().to_string() << ' ';
+    std::cout << token::FormatTimeText(token::WallTimeNow()) << ' ' << peer.address().to_string() << ' ';
     if (parser_.is_header_done()) {
         std::cout << Printable(parser_.get().method_string()) << ' ' << Printable(parser_.get().target());
     } else {

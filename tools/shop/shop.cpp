@@ -52,7 +52,7 @@ Response MakeErrorResponse(const ErrorKind &kind, const std::string &message)
     response.set("X-Error-Code", std::to_string(kind.code));
     response.set("X-Error-Message", shown);
     if (kind.code == kClockOff.code) {
-        response.set("X-Server-Timestamp", FormatTimeText(WallTimeNow()));
+        response.set("X-Server-Timestamp", token::FormatTimeText(token::WallTimeNow()));
     }
     return response;
 }

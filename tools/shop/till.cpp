@@ -40,25 +40,25 @@ Till::Order Till::ReadOrder(const PurchaseRequest &request) const
             form.Number("id", 1, kLargest), form.Number("force", kSmallest, kLargest) != 0};
 }
 
-Token Till::CheckToken(const Order &order, const std::string &headerValue)
+token::Token Till::CheckToken(const Order &order, const std::string &headerValue)
 {
-    const PublicKey key = FindDeviceKey(database_, order.serial, order.userId);
+    const token::PublicKey key = FindDeviceKey(database_, order.serial, order.userId);
     if (key == nullptr) {
         throw Refusal(kUnknownDevice);
     }
-    auto token = OpenToken(headerValue, key);
+    auto token = token::OpenToken(headerValue, key);
     if (!token) {
         throw Refusal(kInvalidToken);
     }
     // To the second: the fraction of a device's time text is not of its clock.
-    const auto difference = token->time - std::chrono::floor<std::chrono::seconds>(WallTimeNow());
+    const auto difference = token->time - std::chrono::floor<std::chrono::seconds>(token::WallTimeNow());
     if (std::chrono::abs(difference) > maxSkew_) {
         throw Refusal(kClockOff);
     }
     return *token;
 }
 
-void Till::UseToken(const Token &token)
+void Till::UseToken(const token::Token &token)
 {
     const std::int64_t now = std::time(nullptr);
     database_.Run("DELETE FROM token WHERE seen_at < ?", now - 2 * maxSkew_.count() - kTokenMemorySeconds);
@@ -88,7 +88,7 @@ std::string Till::Book(const Order &order, std::int64_t price)
                       order.serial, order.userId, price) == 0) {
         throw Refusal(kBalanceTooLow);
     }
-    const std::string boughtAt = FormatTimeText(WallTimeNow());
+    const std::string boughtAt = token::FormatTimeText(token::WallTimeNow());
     database_.Run("INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES (?, ?, ?, ?, ?, ?)",
                   order.serial, order.userId, order.type, order.id, price, boughtAt);
     XmlWriter xml;
@@ -104,7 +104,7 @@ std::string Till::Book(const Order &order, std::int64_t price)
 std::string Till::Sell(const PurchaseRequest &request)
 {
     const Order order = ReadOrder(request);
-    const Token token = CheckToken(order, request.token);
+    const token::Token token = CheckToken(order, request.token);
     Transaction transaction(database_);
     UseToken(token);
     std::string receipt;

@@ -38,8 +38,8 @@ private:
     };
 
     Order ReadOrder(const PurchaseRequest &request) const;
-    Token CheckToken(const Order &order, const std::string &headerValue);
-    void UseToken(const Token &token);
+    token::Token CheckToken(const Order &order, const std::string &headerValue);
+    void UseToken(const token::Token &token);
     std::int64_t CheckedPrice(const Order &order);
     std::string Book(const Order &order, std::int64_t price);
 

@@ -2,7 +2,7 @@
 
 #include <openssl/evp.h>
 
-namespace shop {
+namespace token {
 
 std::optional<Bytes> DecodeBase64(const std::string &text)
 {
@@ -19,4 +19,4 @@ std::optional<Bytes> DecodeBase64(const std::string &text)
     return bytes;
 }
 
-} // namespace shop
+} // namespace token

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-namespace shop {
+namespace token {
 
 using Bytes = std::vector<unsigned char>;
 
 // Answers nothing when the text is empty or no base64.
 [[nodiscard]] std::optional<Bytes> DecodeBase64(const std::string &text);
 
-} // namespace shop
+} // namespace token

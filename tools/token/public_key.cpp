@@ -10,7 +10,7 @@
 
 #include <stdexcept>
 
-namespace shop {
+namespace token {
 
 namespace {
 
@@ -101,4 +101,4 @@ std::string PublicKeyToPem(const PublicKey &key)
     return {text, static_cast<std::size_t>(length)};
 }
 
-} // namespace shop
+} // namespace token

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace shop {
+namespace token {
 
 struct FreePublicKey {
     void operator()(EVP_PKEY *key) const { EVP_PKEY_free(key); }
@@ -21,4 +21,4 @@ using PublicKey = std::unique_ptr<EVP_PKEY, FreePublicKey>;
 
 [[nodiscard]] std::string PublicKeyToPem(const PublicKey &key);
 
-} // namespace shop
+} // namespace token

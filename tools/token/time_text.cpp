@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <ctime>
 
-namespace shop {
+namespace token {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::optional<WallTime> ParseTimeText(const std::string &text)
            chrono::seconds(fields.second);
 }
 
-} // namespace shop
+} // namespace token

@@ -10,7 +10,7 @@
 #include <optional>
 #include <string>
 
-namespace shop {
+namespace token {
 
 // A wall clock reading. The text names no time zone, so that readings are
 // compared as they stand on the two clocks.
@@ -24,4 +24,4 @@ using WallTime = std::chrono::local_time<std::chrono::milliseconds>;
 // form above or names a day or a time that does not exist.
 [[nodiscard]] std::optional<WallTime> ParseTimeText(const std::string &text);
 
-} // namespace shop
+} // namespace token

@@ -10,7 +10,7 @@
 
 #include <span>
 
-namespace shop {
+namespace token {
 
 namespace {
 
@@ -80,4 +80,4 @@ std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &
     return Token{*ciphertext, *time};
 }
 
-} // namespace shop
+} // namespace token

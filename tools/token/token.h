@@ -10,7 +10,7 @@
 #include "token/public_key.h"
 #include "token/time_text.h"
 
-namespace shop {
+namespace token {
 
 struct Token {
     Bytes ciphertext; // what makes a token the same token
@@ -21,4 +21,4 @@ struct Token {
 // was not made with the private key that belongs to it, or holds no time.
 [[nodiscard]] std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &key);
 
-} // namespace shop
+} // namespace token

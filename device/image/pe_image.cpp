@@ -1,0 +1,116 @@
+#include "image/pe_image.h"
+
+#include "image/image_relocations.h"
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+
+namespace pavonix::device {
+
+namespace {
+
+constexpr std::uint32_t kProcessAttach = 1;
+constexpr std::uint32_t kProcessDetach = 0;
+
+std::vector<unsigned char> ReadFile(const std::string &path)
+{
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        throw ImageError("cannot open " + path);
+    }
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+template <typename T>
+T Copy(const std::vector<unsigned char> &file, std::size_t offset)
+{
+    T value;
+    if (offset > file.size() || file.size() - offset < sizeof(value)) {
+        throw ImageError("the file ends inside its headers");
+    }
+    std::memcpy(&value, file.data() + offset, sizeof(value));
+    return value;
+}
+
+void Require(bool holds, const char *otherwise)
+{
+    if (!holds) {
+        throw ImageError(otherwise);
+    }
+}
+
+void CheckHeaders(const PeHeaders &headers)
+{
+    Require(headers.magic == kPeMagic && headers.optional.magic == kPe32Magic, "not a PE32 file");
+    Require(headers.file.machine == kMachineArm || headers.file.machine == kMachineThumb, "not for ARM");
+    Require(headers.optional.subsystem == kSubsystemWindowsCe, "not for Windows CE");
+    Require((headers.file.characteristics & kFileIsDll) != 0, "not a DLL");
+    Require((headers.file.characteristics & kRelocationsStripped) == 0, "cannot be relocated");
+    Require(headers.optional.directories[kRelocationDirectory].size != 0, "has no relocations");
+}
+
+} // namespace
+
+PeImage::PeImage(const std::string &path, ImportResolver resolve)
+{
+    std::vector<unsigned char> file = ReadFile(path);
+    Require(Copy<std::uint16_t>(file, 0) == kDosMagic, "not an executable file");
+    auto peOffset = Copy<std::uint32_t>(file, kPeOffsetField);
+    headers_ = Copy<PeHeaders>(file, peOffset);
+    CheckHeaders(headers_);
+    std::size_t sectionOffset =
+        peOffset + sizeof(std::uint32_t) + sizeof(FileHeader) + headers_.file.optionalHeaderSize;
+    for (unsigned i = 0; i < headers_.file.sectionCount; ++i) {
+        sections_.push_back(Copy<SectionHeader>(file, sectionOffset + i * sizeof(SectionHeader)));
+    }
+
+    memory_ = std::make_unique<ImageMemory>(headers_.optional.imageSize, headers_.optional.imageBase);
+    MapSections(file);
+    ApplyRelocations(*memory_, headers_.optional);
+    BindImports(*memory_, headers_.optional, resolve);
+    ProtectSections();
+    Require(CallEntry(kProcessAttach), "the entry refused to attach");
+}
+
+PeImage::~PeImage()
+{
+    CallEntry(kProcessDetach);
+}
+
+void PeImage::MapSections(const std::vector<unsigned char> &file)
+{
+    std::uint32_t headersSize = headers_.optional.headersSize;
+    Require(headersSize <= file.size(), "the file ends inside its headers");
+    std::memcpy(memory_->At<unsigned char>(0, headersSize), file.data(), headersSize);
+    for (const SectionHeader &section : sections_) {
+        std::uint32_t stored = std::min(section.rawSize, section.virtualSize); // the rest is file alignment, or zeros
+        Require(section.rawOffset <= file.size() && stored <= file.size() - section.rawOffset,
+                "the file ends inside a section");
+        std::memcpy(memory_->At<unsigned char>(section.rva, stored), file.data() + section.rawOffset, stored);
+    }
+}
+
+void PeImage::ProtectSections()
+{
+    memory_->Protect(0, headers_.optional.headersSize, false, false);
+    for (const SectionHeader &section : sections_) {
+        memory_->Protect(section.rva, section.virtualSize, (section.characteristics & kSectionIsWritable) != 0,
+                         (section.characteristics & kSectionIsExecutable) != 0);
+    }
+    char *start = memory_->At<char>(0);
+    __builtin___clear_cache(start, start + memory_->Size());
+}
+
+bool PeImage::CallEntry(std::uint32_t reason)
+{
+    if (headers_.optional.entryPoint == 0) {
+        return true;
+    }
+    using Entry = int (*)(std::uint32_t instance, std::uint32_t reason, void *reserved);
+    std::uint32_t address = memory_->Base() + headers_.optional.entryPoint;
+    return reinterpret_cast<Entry>(static_cast<std::uintptr_t>(address))(memory_->Base(), reason, nullptr) != 0;
+}
+
+} // namespace pavonix::device

@@ -1,0 +1,42 @@
+// A Windows CE DLL for ARM, loaded into this process the way the device's
+// loader does it.
+#pragma once
+
+#include "image/image_memory.h"
+#include "image/image_tables.h"
+#include "image/pe_format.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pavonix::device {
+
+// Loading maps the image away from its preferred base, relocates it, binds its
+// imports, takes the write permission from all but its writable sections and
+// calls its entry with "attach"; destruction calls it with "detach" and unmaps.
+class PeImage {
+public:
+    // Throws ImageError when the file is no such DLL, an import is missing or
+    // the entry refuses to attach.
+    PeImage(const std::string &path, ImportResolver resolve);
+    ~PeImage();
+    PeImage(const PeImage &) = delete;
+    PeImage &operator=(const PeImage &) = delete;
+
+    // The address of an exported function, 0 when there is none.
+    std::uint32_t Export(const std::string &name) { return FindExport(*memory_, headers_.optional, name); }
+    std::uint32_t Export(std::uint32_t ordinal) { return FindExport(*memory_, headers_.optional, ordinal); }
+
+private:
+    void MapSections(const std::vector<unsigned char> &file);
+    void ProtectSections();
+    bool CallEntry(std::uint32_t reason);
+
+    PeHeaders headers_;
+    std::vector<SectionHeader> sections_;
+    std::unique_ptr<ImageMemory> memory_;
+};
+
+} // namespace pavonix::device

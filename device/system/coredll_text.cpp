@@ -1,0 +1,72 @@
+// coredll.dll: memory and text functions, and the code-page conversions.
+#include "system/coredll.h"
+#include "platform/code_pages.h"
+
+#include <cstring>
+#include <string>
+
+namespace pavonix::device {
+
+namespace {
+
+// Named with their types, to choose among the C++ library's overloads.
+constexpr void *(*kMemcpy)(void *, const void *, std::size_t) = std::memcpy;
+constexpr void *(*kMemmove)(void *, const void *, std::size_t) = std::memmove;
+constexpr void *(*kMemset)(void *, int, std::size_t) = std::memset;
+constexpr int (*kMemcmp)(const void *, const void *, std::size_t) = std::memcmp;
+constexpr const void *(*kMemchr)(const void *, int, std::size_t) = std::memchr;
+constexpr std::size_t (*kStrlen)(const char *) = std::strlen;
+constexpr int (*kStrcmp)(const char *, const char *) = std::strcmp;
+constexpr int (*kStrncmp)(const char *, const char *, std::size_t) = std::strncmp;
+constexpr const char *(*kStrstr)(const char *, const char *) = std::strstr;
+constexpr const char *(*kStrchr)(const char *, int) = std::strchr;
+
+// A negative length means a terminated text, and its terminator is converted too.
+template <typename Char>
+int CountOf(const Char *text, int length)
+{
+    return length >= 0 ? length : static_cast<int>(std::char_traits<Char>::length(text)) + 1;
+}
+
+int WideCharToMultiByte(std::uint32_t codePage, std::uint32_t, const WideChar *text, int length, char *bytes, int room,
+                        const char *, int *usedDefault)
+{
+    if (text == nullptr || length == 0 || room < 0) {
+        return FailWith(kErrorInvalidParameter, 0);
+    }
+    bool lossy = false;
+    int written = platform::WideToBytes(codePage, text, CountOf(text, length), bytes, room, &lossy);
+    if (usedDefault != nullptr) {
+        *usedDefault = lossy;
+    }
+    return written != 0 ? written : FailWith(kErrorInsufficientBuffer, 0);
+}
+
+int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t, const char *bytes, int length, WideChar *text, int room)
+{
+    if (bytes == nullptr || length == 0 || room < 0) {
+        return FailWith(kErrorInvalidParameter, 0);
+    }
+    int written = platform::BytesToWide(codePage, bytes, CountOf(bytes, length), text, room);
+    return written != 0 ? written : FailWith(kErrorInsufficientBuffer, 0);
+}
+
+} // namespace
+
+void AddTextImports(std::vector<Import> &table)
+{
+    table.push_back(Unfailing<kMemcpy>(kCoreDll, "memcpy"));
+    table.push_back(Unfailing<kMemmove>(kCoreDll, "memmove"));
+    table.push_back(Unfailing<kMemset>(kCoreDll, "memset"));
+    table.push_back(Unfailing<kMemcmp>(kCoreDll, "memcmp"));
+    table.push_back(Unfailing<kMemchr>(kCoreDll, "memchr"));
+    table.push_back(Unfailing<kStrlen>(kCoreDll, "strlen"));
+    table.push_back(Unfailing<kStrcmp>(kCoreDll, "strcmp"));
+    table.push_back(Unfailing<kStrncmp>(kCoreDll, "strncmp"));
+    table.push_back(Unfailing<kStrstr>(kCoreDll, "strstr"));
+    table.push_back(Unfailing<kStrchr>(kCoreDll, "strchr"));
+    table.push_back(Failing<&WideCharToMultiByte, 0>(kCoreDll, "WideCharToMultiByte"));
+    table.push_back(Failing<&MultiByteToWideChar, 0>(kCoreDll, "MultiByteToWideChar"));
+}
+
+} // namespace pavonix::device

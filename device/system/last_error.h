@@ -1,0 +1,28 @@
+// The thread error value of the device. The library is used from one thread.
+#pragma once
+
+#include <cstdint>
+
+namespace pavonix::device {
+
+constexpr std::uint32_t kErrorFileNotFound = 2;
+constexpr std::uint32_t kErrorAccessDenied = 5;
+constexpr std::uint32_t kErrorInjected = 8; // "not enough memory", which any function may answer
+constexpr std::uint32_t kErrorNoMoreFiles = 18;
+constexpr std::uint32_t kErrorInvalidParameter = 87;
+constexpr std::uint32_t kErrorInsufficientBuffer = 122;
+constexpr std::uint32_t kErrorNotASocket = 10038;
+constexpr std::uint32_t kErrorWinsockNotStarted = 10093;
+constexpr std::uint32_t kErrorHostNotFound = 11001;
+
+inline std::uint32_t lastError = 0;
+
+// Sets the error and answers `result`: a failing function's last line.
+template <typename Result>
+Result FailWith(std::uint32_t error, Result result)
+{
+    lastError = error;
+    return result;
+}
+
+} // namespace pavonix::device

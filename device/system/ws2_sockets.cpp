@@ -1,0 +1,142 @@
+// ws2.dll, with Winsock's records and its strictness: no call before the start.
+#include "system/coredll.h"
+#include "system/holdings.h"
+#include "platform/sockets.h"
+
+#include <cstddef>
+#include <cstring>
+
+namespace pavonix::device {
+
+namespace {
+
+using platform::kInvalidSocket;
+using platform::kSocketError;
+using platform::Socket;
+using platform::SocketAddress;
+
+constexpr int kSystemNotReady = 10091;
+
+struct WsaData {
+    std::uint16_t version, highVersion;
+    char description[257], systemStatus[129];
+    std::uint16_t maxSockets, maxDatagram;
+    char *vendorInfo;
+};
+static_assert(sizeof(WsaData) == 400 && offsetof(WsaData, maxSockets) == 390);
+
+struct Host {
+    const char *name;
+    const char **aliases;
+    std::int16_t addressType, addressLength;
+    const std::uint8_t **addresses;
+};
+static_assert(sizeof(Host) == 16 && offsetof(Host, addresses) == 12);
+
+const void *HandleOf(Socket socket)
+{
+    return reinterpret_cast<const void *>(socket);
+}
+
+// Checks what every call on a socket needs, and sets the error.
+bool IsUsable(Socket socket)
+{
+    if (holdings.winsockStarts == 0) {
+        return FailWith(kErrorWinsockNotStarted, false);
+    }
+    return holdings.sockets.Has(HandleOf(socket)) || FailWith(kErrorNotASocket, false);
+}
+
+int Start(std::uint32_t version, WsaData *data)
+{
+    std::memset(data, 0, sizeof *data);
+    int result = platform::StartWinsock(static_cast<std::uint16_t>(version), &data->version);
+    data->highVersion = data->version;
+    holdings.winsockStarts += result == 0;
+    return result;
+}
+
+// The library cleans up more often than it starts; what is too much is refused.
+int Cleanup()
+{
+    if (holdings.winsockStarts == 0) {
+        return FailWith(kErrorWinsockNotStarted, kSocketError);
+    }
+    --holdings.winsockStarts;
+    return platform::CleanupWinsock();
+}
+
+Socket Open(int family, int type, int protocol)
+{
+    if (holdings.winsockStarts == 0) {
+        return FailWith(kErrorWinsockNotStarted, kInvalidSocket);
+    }
+    Socket socket = platform::OpenSocket(family, type, protocol);
+    if (socket != kInvalidSocket) {
+        holdings.sockets.Add(HandleOf(socket));
+    }
+    return socket;
+}
+
+int Close(Socket socket)
+{
+    if (!IsUsable(socket)) {
+        return kSocketError;
+    }
+    holdings.sockets.Remove(HandleOf(socket));
+    return platform::CloseSocket(socket);
+}
+
+const Host *Resolve(const char *name)
+{
+    static const char *noAliases[] = {nullptr};
+    static std::uint8_t address[4];
+    static const std::uint8_t *addresses[] = {address, nullptr};
+    static const Host host = {"", noAliases, 2, sizeof address, addresses};
+    if (holdings.winsockStarts == 0) {
+        return FailWith<const Host *>(kErrorWinsockNotStarted, nullptr);
+    }
+    const platform::HostEntry *found = platform::ResolveHost(name);
+    if (found == nullptr) {
+        return FailWith<const Host *>(kErrorHostNotFound, nullptr);
+    }
+    std::memcpy(address, found->firstAddress, sizeof address);
+    return &host;
+}
+
+int Connect(Socket socket, const SocketAddress *address, int length)
+{
+    return IsUsable(socket) ? platform::ConnectSocket(socket, address, length) : kSocketError;
+}
+
+int Send(Socket socket, const char *bytes, int length, int)
+{
+    return IsUsable(socket) ? platform::SendSocket(socket, bytes, length) : kSocketError;
+}
+
+int Receive(Socket socket, char *bytes, int length, int)
+{
+    return IsUsable(socket) ? platform::ReceiveSocket(socket, bytes, length) : kSocketError;
+}
+
+int SetOption(Socket socket, int level, int option, const char *value, int length)
+{
+    return IsUsable(socket) ? platform::SetSocketOption(socket, level, option, value, length) : kSocketError;
+}
+
+} // namespace
+
+void AddSocketImports(std::vector<Import> &table)
+{
+    table.push_back(Failing<&Start, kSystemNotReady>(kWinsockDll, "WSAStartup"));
+    table.push_back(Unfailing<&Cleanup>(kWinsockDll, "WSACleanup"));
+    table.push_back(Failing<&Open, kInvalidSocket>(kWinsockDll, "socket"));
+    table.push_back(Failing<&Close, kSocketError>(kWinsockDll, "closesocket"));
+    table.push_back(Failing<&Resolve, 0>(kWinsockDll, "gethostbyname"));
+    table.push_back(Failing<&Connect, kSocketError>(kWinsockDll, "connect"));
+    table.push_back(Failing<&Send, kSocketError>(kWinsockDll, "send"));
+    table.push_back(Failing<&Receive, kSocketError>(kWinsockDll, "recv"));
+    table.push_back(Failing<&SetOption, kSocketError>(kWinsockDll, "setsockopt"));
+}
+
+} // namespace pavonix::device
