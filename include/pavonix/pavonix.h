@@ -10,6 +10,12 @@
 #ifndef PAVONIX_PAVONIX_H
 #define PAVONIX_PAVONIX_H
 
+/* The version, as a text and as a number that grows: 65536 * major + 256 * minor +
+ * patch. The build reads it here; it is written nowhere else.
+ */
+#define PAVONIX_VERSION "1.0.0"
+#define PAVONIX_VERSION_NUMBER 0x010000
+
 /* PavonixChar: one UTF-16 code unit, 16 bits, in the machine's byte order. It is
  * wchar_t wherever that has 16 bits, which gcc -fshort-wchar brings to Linux: texts
  * can then be written L"so".
@@ -21,6 +27,13 @@ typedef wchar_t PavonixChar;
 typedef char16_t PavonixChar;
 #else
 typedef unsigned short PavonixChar;
+/* L"so" has 32-bit units here, and a call that is given it finds no file and no
+ * host. Newer compilers refuse it by themselves. Compile with -fshort-wchar, or
+ * write u"so" (C11).
+ */
+#if defined(__GNUC__) && !defined(__cplusplus)
+#pragma GCC diagnostic error "-Wincompatible-pointer-types"
+#endif
 #endif
 
 /* The platform's standard calling convention; only 32-bit x86 Windows has a choice. */
@@ -66,33 +79,34 @@ typedef struct BuyGoodRequest {
 #define PAVONIX_TIMESTAMP_ROOM 64       /* PavonixChars, terminator included */
 #define PAVONIX_LONGEST_REPLY_ROOM 1024 /* PavonixChars, terminator included */
 
-/* The server's verdict on a purchase, written only for a status other than 200.
- * Fields that a call does not write keep what the caller put there.
- *
- * The texts are written in their full length, unchecked: this form is for a
- * server known to keep its messages under 256 and its timestamps under 64
- * characters. With any other server use BuyGoodRoomyResult.
- */
-typedef struct BuyGoodResult {
-    int reserved0;                                       /* offset 0: the caller's own, never written */
-    int reserved1;                                       /* offset 4: the caller's own, never written */
-    int errorCode;                                       /* offset 8: "X-Error-Code", 0 if absent */
-    PavonixChar message[PAVONIX_MESSAGE_ROOM];           /* offset 12: "X-Error-Message"; for code 0 the body */
-    PavonixChar serverTimestamp[PAVONIX_TIMESTAMP_ROOM]; /* offset 524: "X-Server-Timestamp", for code 906 */
-} BuyGoodResult;
-
-/* The same record with room for the longest reply that the library can hold
- * (1024 bytes), so that no server can overrun it. An overlong message runs on
- * into serverTimestamp, still inside the record. Pass it as
- * (BuyGoodResult *)&roomy.
+/* The server's verdict on a purchase, in the form to use: with room for the longest
+ * reply that the library can hold (1024 bytes), so that no server can overrun it.
+ * An overlong message runs on into serverTimestamp, still inside the record. It is
+ * written only for a status other than 200; fields that a call does not write keep
+ * what the caller put there. Pass it as PAVONIX_RESULT(&verdict).
  */
 typedef struct BuyGoodRoomyResult {
+    int reserved0;                                           /* offset 0: the caller's own, never written */
+    int reserved1;                                           /* offset 4: the caller's own, never written */
+    int errorCode;                                           /* offset 8: "X-Error-Code", 0 if absent */
+    PavonixChar message[PAVONIX_MESSAGE_ROOM];               /* offset 12: "X-Error-Message"; for code 0 the body */
+    PavonixChar serverTimestamp[PAVONIX_LONGEST_REPLY_ROOM]; /* offset 524: "X-Server-Timestamp", for code 906 */
+} BuyGoodRoomyResult;
+
+/* A server can overrun this record: texts are written in their full length,
+ * unchecked. It is the form for a server known to keep its messages under 256 and
+ * its timestamps under 64 characters, and for callers that have it already.
+ */
+typedef struct BuyGoodResult {
     int reserved0;
     int reserved1;
     int errorCode;
     PavonixChar message[PAVONIX_MESSAGE_ROOM];
-    PavonixChar serverTimestamp[PAVONIX_LONGEST_REPLY_ROOM];
-} BuyGoodRoomyResult;
+    PavonixChar serverTimestamp[PAVONIX_TIMESTAMP_ROOM];
+} BuyGoodResult;
+
+/* The address of a BuyGoodRoomyResult, and of nothing else, as GetBuyGood takes it. */
+#define PAVONIX_RESULT(roomy) ((BuyGoodResult *)(1 ? (roomy) : (BuyGoodRoomyResult *)0))
 
 /* Return values of all three calls. Any other value is the HTTP status as the
  * server sent it; a server that answers status 0 or 1 cannot be told apart.

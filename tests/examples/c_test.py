@@ -8,7 +8,7 @@ INCLUDE = ["-I", SOURCE / "include"]
 STRICT = ["-pedantic-errors", "-Wall", "-Wextra", "-Wshadow", "-Werror"]
 LANGUAGES = [("gcc", "c", "c89"), ("gcc", "c", "c17"), ("g++", "c++", "c++98"), ("g++", "c++", "c++20")]
 TARGETS = [("", []), ("", ["-fshort-wchar"]), ("x86_64-w64-mingw32-", []), ("i686-w64-mingw32-", [])]
-EXAMPLE = SOURCE / "examples/c/shop.c"
+EXAMPLES = [SOURCE / "examples/c" / name for name in ("shop.c", "buy.c")]
 
 # One negative size fails the compilation.
 LAYOUT = """
@@ -32,23 +32,45 @@ class CTest(ExampleTest):
         for compiler, language, standard in LANGUAGES:
             for prefix, options in TARGETS:
                 wide_texts = prefix or options  # where L"text" is what the calls take
-                for source in [layout, EXAMPLE] if wide_texts else [layout]:
+                for source in [layout, *EXAMPLES] if wide_texts else [layout]:
                     command = [prefix + compiler, "-x", language, f"-std={standard}", *STRICT, *options, *INCLUDE,
                                "-c", source, "-o", self.folder / "made.o"]
                     with self.subTest(" ".join(map(str, command))):
                         self.assertEqual(run(*command), (0, []))
 
-    def test_readme_shows_the_example(self):
-        self.assertIn("```c\n" + EXAMPLE.read_text() + "```\n", (SOURCE / "README.md").read_text())
+    def test_wrong_arguments_do_not_compile(self):
+        source = EXAMPLES[1].read_text()
+        for options, text, needle in (
+                ([], source, "GetBuyGood"),  # L"..." of 32-bit units
+                (["-fshort-wchar", "-Werror"], source.replace("BuyGoodRoomyResult", "BuyGoodResult"), "PAVONIX_RESULT")):
+            code, lines = run("gcc", "-x", "c", "-std=c89", *options, *INCLUDE, "-c", "-", "-o", "/dev/null",
+                              input=text.encode())
+            with self.subTest(needle):
+                self.assertEqual(code, 1)
+                self.assertTrue(any(needle in line for line in lines), lines)
+
+    def test_readme_shows_the_examples(self):
+        for example in EXAMPLES:
+            self.assertIn("```c\n" + example.read_text() + "```\n", (SOURCE / "README.md").read_text())
+
+    def build(self, source, port, standard="c89", language="c"):
+        program = self.folder / "try-shop"
+        self.assertEqual(run("gcc" if language == "c" else "g++", "-x", language, f"-std={standard}", "-fshort-wchar",
+                             "-fstack-protector-all", *INCLUDE, "-", "-o", program, "-L", PROGRAMS, "-lpavonix",
+                             f"-Wl,-rpath,{PROGRAMS}", input=source.read_text().replace("8080", str(port)).encode()),
+                         (0, []))
+        return program
+
+    def test_a_long_message_does_not_overrun_the_purchase(self):
+        answer = reply("403 Forbidden", b"", X_Error_Code=77, X_Error_Message="m" * 700)
+        program = self.build(EXAMPLES[1], self.start_shop(answer))
+        self.assertEqual(run(program, cwd=self.folder), (1, ["not bought (403), code 77"]))
 
     def test_example_stores_a_page(self):
-        program, body = self.folder / "try-shop", b"<goods>" + bytes(range(256)) * 20 + b"</goods>"
+        body = b"<goods>" + bytes(range(256)) * 20 + b"</goods>"
         port = self.start_shop(reply("200 OK", body), reply("404 Not Found", b"nothing"))
-        source = EXAMPLE.read_text().replace("8080", str(port))
-        for compiler, language, standard in (LANGUAGES[0], LANGUAGES[2]):
-            self.assertEqual(run(compiler, "-x", language, f"-std={standard}", "-fshort-wchar", *INCLUDE, "-", "-o",
-                                 program, "-L", PROGRAMS, "-lpavonix", f"-Wl,-rpath,{PROGRAMS}",
-                                 input=source.encode()), (0, []))
+        for _, language, standard in (LANGUAGES[0], LANGUAGES[2]):
+            program = self.build(EXAMPLES[0], port, standard, language)
             expected = [(0, ["stored (200)"]), (1, ["not stored (404)"])][len(self.requests)]
             self.assertEqual(run(program, cwd=self.folder), expected)
             self.assertEqual((self.folder / "shop/list.xml").read_bytes(), body)
