@@ -1,14 +1,16 @@
 #!/bin/sh
-# Builds assembler, linker and friends for Windows CE on ARM (arm-mingw32ce)
-# from Debian's binutils-source package, which still knows that target.
+# build_toolchain.sh [FOLDER]: builds assembler, linker and friends for Windows CE
+# on ARM (arm-mingw32ce) from Debian's binutils-source package, which still knows
+# that target.
 #
-# build/toolchain-ce/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...}
-# stand when it succeeds. A finished tool chain of the same version is kept.
+# FOLDER/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...} stand when it
+# succeeds; FOLDER is build/toolchain-ce unless given. A finished tool chain of the
+# same version is kept.
 # Needs: binutils-source gcc make flex bison m4 xz-utils.
 set -eu
 
 root=$(cd "$(dirname "$0")/../.." && pwd)
-directory=$root/build/toolchain-ce
+directory=$(realpath -m "${1:-$root/build/toolchain-ce}")
 tarball=$(ls /usr/src/binutils/binutils-*.tar.xz)
 version=$(basename "$tarball" .tar.xz)
 stamp=$directory/$version.stamp

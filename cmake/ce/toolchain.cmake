@@ -4,7 +4,10 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR armv4t)
 set(PAVONIX_FLAVOUR ce)
 
-set(tools ${CMAKE_CURRENT_LIST_DIR}/../../build/toolchain-ce/bin)
+set(PAVONIX_CE_TOOLCHAIN ${CMAKE_CURRENT_LIST_DIR}/../../build/toolchain-ce CACHE PATH
+    "Where build_toolchain.sh put assembler and linker")
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES PAVONIX_CE_TOOLCHAIN)
+set(tools ${PAVONIX_CE_TOOLCHAIN}/bin)
 cmake_path(NORMAL_PATH tools)
 set(CMAKE_C_COMPILER ${CMAKE_CURRENT_LIST_DIR}/arm-mingw32ce-gcc --ce-tools=${tools})
 set(CMAKE_CXX_COMPILER ${CMAKE_C_COMPILER})

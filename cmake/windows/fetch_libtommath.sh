@@ -1,16 +1,15 @@
 #!/bin/sh
-# Fetches LibTomMath 1.2.0 as Debian's source package, for the builds that Debian
-# has no library for.
+# fetch_libtommath.sh FOLDER: fetches LibTomMath 1.2.0 as Debian's source package,
+# for the builds that Debian has no library for.
 #
-# build/libtommath/libtommath-1.2.0 stands when it succeeds. The package comes
+# FOLDER/libtommath-1.2.0 stands when it succeeds. The package comes
 # from the machine's own package sources, read as source entries from a list of
 # the build's own; the machine's configuration stays as it is. A finished fetch
 # is kept.
 # Needs: apt dpkg-dev.
 set -eu
 
-root=$(cd "$(dirname "$0")/../.." && pwd)
-directory=$root/build/libtommath
+directory=$1
 if [ -e "$directory/stamp" ]; then
     exit 0
 fi

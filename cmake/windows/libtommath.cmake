@@ -1,7 +1,9 @@
 # LibTomMath for the Windows flavours, from Debian's source package. Its
 # file-per-function archive lets the linker take only what is reached.
-execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_libtommath.sh COMMAND_ERROR_IS_FATAL ANY)
-set(tommath_source ${PROJECT_SOURCE_DIR}/build/libtommath/libtommath-1.2.0)
+set(PAVONIX_LIBTOMMATH ${PROJECT_SOURCE_DIR}/build/libtommath CACHE PATH
+    "Where LibTomMath's source package is, or is fetched to")
+execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_libtommath.sh ${PAVONIX_LIBTOMMATH} COMMAND_ERROR_IS_FATAL ANY)
+set(tommath_source ${PAVONIX_LIBTOMMATH}/libtommath-1.2.0)
 
 file(GLOB tommath_files ${tommath_source}/bn_*.c)
 # no files and no random numbers: the device lacks what they stand on

@@ -9,7 +9,7 @@ import sys
 from pathlib import Path
 
 BUILD = Path(__file__).resolve().parents[2] / "build"
-RUNNER = ["qemu-arm", str(BUILD / "linux/ce_runner"), str(BUILD / "ce-armv4/PAVONIX.dll")]
+RUNNER = ["qemu-arm", str(BUILD / "device-arm/ce_runner"), str(BUILD / "ce-armv4/PAVONIX.dll")]
 WORDS = {0: "failed: no reply status was obtained", 1: "kept: the file exists, nothing was sent", 200: "the server answered 200"}
 
 
