@@ -1,6 +1,7 @@
 // The HTTP/1.1 client of one call: one TCP connection, one request, one reply.
 #pragma once
 
+#include "http/url.h"
 #include "platform/sockets.h"
 #include "rsa/text/string_buffer.h"
 #include "rsa/text/zt_byte_data.h"
@@ -36,20 +37,21 @@ public:
     // Adds the field "name=value", the value escaped; a null argument adds nothing.
     void AddFormField(const char *name, const char *value);
     ZtString GetFormBody() const { return formBody_; }
-    ZtString GetRange() const { return range_; }
-    // The host (with its port suffix) and the request target of a URL; empty for
-    // a URL that is not of the form http://host/path or host/path.
-    ZtString ExtractHost(const char *url);
-    ZtString ExtractPath(const char *url);
+    ZtString GetRange() const { return range_; } // for programs of their own; the shop asks for whole bodies
+    // The host (with its port suffix) and the request target of a URL.
+    ZtString ExtractHost(const UrlParts &url);
+    ZtString ExtractPath(const UrlParts &url);
     // The whole request, head and body (RFC 9112 message format).
-    ZtString ComposeRequest(const char *method, const char *url, ZtString range, ZtString body);
-    ZtString BuildRequest(const char *method, const char *url, std::uint32_t flag);
+    ZtString ComposeRequest(const char *method, const UrlParts &url, ZtString range, ZtString body);
+    // The same with the object's own range and form; no value of `flag` changes it.
+    ZtString BuildRequest(const char *method, const UrlParts &url, std::uint32_t flag);
 
     // --- Transactions (http_transaction.cpp).
 
     // Sends one request to the URL's host on the low 16 bits of `port` and receives
-    // the reply's start, of which `reply` gets a copy. 0 when nothing was sent, or
-    // the URL is malformed, or there was no memory for the whole request.
+    // the reply's start, of which `reply` gets a copy: all that a caller without use
+    // for the accessors below needs. 0 when nothing was sent, or the URL is malformed,
+    // or there was no memory for the whole request.
     int Get(const char *url, ZtByteData *reply, std::uint32_t port);
     int Post(const char *url, ZtByteData *reply, std::uint32_t port);
 
@@ -81,7 +83,6 @@ public:
     void Reset();
     platform::Socket socket() const { return socket_; } // 0: none
     bool connected() const { return connected_ != 0; }
-    const char *peerAddress() const { return peerAddress_; } // dotted IPv4, set by Connect
 
 private:
     int Transact(const char *method, const char *url, ZtByteData *reply, std::uint32_t port);
@@ -92,18 +93,18 @@ private:
     ZtString host_;
     ZtString userAgent_;   // empty: the built-in default
     StringBuffer headers_; // lines joined by CR LF, none at the end
-    ZtString accept_;      // empty: "*/*"
+    ZtString accept_;      // empty, as nothing sets it: "*/*"
     ZtString formBody_;
-    ZtString contentType_; // empty: the form type
-    ZtString range_;       // empty: no Range line
+    ZtString contentType_; // empty, as nothing sets it: the form type
+    ZtString range_;       // empty, as nothing sets it: no Range line
     // One byte more than is received, so that a full area is a terminated text.
     char headArea_[kFirstReception + 1] = {};
     char bodyPrefix_[kFirstReception + 1] = {};
     platform::Socket socket_ = 0; // 0: none
     const platform::HostEntry *hostEntry_ = nullptr;
-    char peerAddress_[256];
+    char peerAddress_[256]; // dotted IPv4; this and port_ are for whoever debugs a call
     std::uint8_t connected_ = 0;
-    std::uint8_t headReceived_ = 0;
+    std::uint8_t headReceived_ = 0; // never set: each transaction receives a head of its own
     std::uint32_t headLength_ = 0;
     std::uint32_t contentLength_ = 0;
     std::uint32_t port_ = 0;

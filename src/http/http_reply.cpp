@@ -1,7 +1,7 @@
 // HttpConnection: reception of the reply's start.
 #include "http/find_text.h"
-#include "http/header_value.h"
 #include "http/http_connection.h"
+#include "http/reply_text.h"
 #include "rsa/text/decimal.h"
 
 #include <cstring>

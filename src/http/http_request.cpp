@@ -1,7 +1,5 @@
 // HttpConnection: the request text.
 #include "http/http_connection.h"
-#include "http/url.h"
-#include "http/url_encode.h"
 
 namespace pavonix {
 
@@ -69,17 +67,17 @@ void HttpConnection::AddFormField(const char *name, const char *value)
     formBody_.Append(encoded);
 }
 
-ZtString HttpConnection::ExtractHost(const char *url)
+ZtString HttpConnection::ExtractHost(const UrlParts &url)
 {
-    return Assign(&host_, SplitUrl(url).host);
+    return Assign(&host_, url.host);
 }
 
-ZtString HttpConnection::ExtractPath(const char *url)
+ZtString HttpConnection::ExtractPath(const UrlParts &url)
 {
-    return Assign(&path_, SplitUrl(url).target);
+    return Assign(&path_, url.target);
 }
 
-ZtString HttpConnection::ComposeRequest(const char *method, const char *url, ZtString range, ZtString body)
+ZtString HttpConnection::ComposeRequest(const char *method, const UrlParts &url, ZtString range, ZtString body)
 {
     request_.Clear();
     request_.Append(method);
@@ -110,7 +108,7 @@ ZtString HttpConnection::ComposeRequest(const char *method, const char *url, ZtS
     return request_;
 }
 
-ZtString HttpConnection::BuildRequest(const char *method, const char *url, std::uint32_t)
+ZtString HttpConnection::BuildRequest(const char *method, const UrlParts &url, std::uint32_t)
 {
     return ComposeRequest(method, url, range_, formBody_);
 }

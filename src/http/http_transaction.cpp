@@ -1,7 +1,6 @@
 // HttpConnection: one GET or POST from start to the reply's first bytes.
-#include "http/copy_response_prefix.h"
 #include "http/http_connection.h"
-#include "http/url.h"
+#include "http/reply_text.h"
 
 namespace pavonix {
 
@@ -24,16 +23,17 @@ int HttpConnection::Post(const char *url, ZtByteData *reply, std::uint32_t port)
 
 int HttpConnection::Transact(const char *method, const char *url, ZtByteData *reply, std::uint32_t port)
 {
-    if (!SplitUrl(url).valid) {
+    const UrlParts parts = SplitUrl(url);
+    if (!parts.valid) {
         return 0;
     }
-    const ZtString host = ExtractHost(url);
+    const ZtString host = ExtractHost(parts);
     // a host that lost its text would be another one
     if (StartSocket() == 0 || !host.complete() || Connect(host.c_str(), port) == 0) {
         Close();
         return 0;
     }
-    BuildRequest(method, url, 0);
+    BuildRequest(method, parts, 0);
     const int sent = Send(request_);
     platform::SetSocketOption(socket_, platform::kSolSocket, platform::kSoKeepAlive, &kKeepAliveValue,
                               sizeof kKeepAliveValue);

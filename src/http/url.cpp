@@ -8,19 +8,30 @@ namespace pavonix {
 
 namespace {
 
-constexpr std::int32_t kSchemeLength = 7; // of "http://", the one scheme there is
+constexpr std::string_view kScheme = "http://"; // the one there is
+
+// The "C" locale's letters and digits, whatever locale the process has set.
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+bool IsLetter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
 
 bool HasHttpScheme(std::string_view url)
 {
-    const std::string_view scheme = url.substr(0, kSchemeLength);
-    constexpr std::string_view kHttp = "http://";
-    for (std::size_t i = 0; i < scheme.size(); ++i) {
-        // letters match in either case; setting bit 5 leaves ':' and '/' as they are
-        if ((scheme[i] | 0x20) != kHttp[i]) {
+    if (url.size() < kScheme.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < kScheme.size(); ++i) {
+        if ((url[i] | 0x20) != kScheme[i]) {
             return false;
         }
     }
-    return scheme.size() == kHttp.size();
+    return true;
 }
 
 } // namespace
@@ -32,7 +43,7 @@ UrlParts SplitUrl(const char *url)
     if (url == nullptr || (hasSlashes && !HasHttpScheme(url))) {
         return parts;
     }
-    const std::int32_t hostStart = hasSlashes ? kSchemeLength : 0;
+    const std::int32_t hostStart = hasSlashes ? static_cast<std::int32_t>(kScheme.size()) : 0;
     const std::int32_t pathStart = FindText(url, "/", hostStart);
     if (pathStart <= hostStart) {
         return parts;
@@ -45,6 +56,22 @@ UrlParts SplitUrl(const char *url)
         parts.target = {}; // a bare "/" is sent as an empty target; the shop's URLs carry a longer path
     }
     return parts;
+}
+
+void UrlEncode(const char *text, StringBuffer *encoded)
+{
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    for (; *text != 0; ++text) {
+        const std::uint8_t byte = static_cast<std::uint8_t>(*text);
+        if (IsLetter(*text) || IsDigit(*text)) {
+            encoded->AppendChar(*text);
+        } else if (*text == ' ') {
+            encoded->AppendChar('+');
+        } else {
+            const char escape[3] = {'%', kDigits[byte >> 4], kDigits[byte & 15]};
+            encoded->AppendN(escape, sizeof escape);
+        }
+    }
 }
 
 } // namespace pavonix

@@ -1,5 +1,8 @@
-// The two pieces of a URL that a request needs.
+// What a request makes of the caller's texts: a URL's two pieces, and the escaping
+// of form values.
 #pragma once
+
+#include "rsa/text/string_buffer.h"
 
 #include <string_view>
 
@@ -14,5 +17,11 @@ struct UrlParts {
 };
 
 UrlParts SplitUrl(const char *url);
+
+// Appends the escaped form of a NUL-terminated 8-bit text: ASCII letters and
+// digits as they are, a space as "+", every other byte as "%" and two upper-case
+// hexadecimal digits. Stricter than application/x-www-form-urlencoded, which
+// would leave some punctuation alone: servers in the field get just this.
+void UrlEncode(const char *text, StringBuffer *encoded);
 
 } // namespace pavonix

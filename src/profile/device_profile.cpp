@@ -27,8 +27,7 @@ void DeviceProfile::Read(const WideChar *path)
         return;
     }
     LineReader reader(stream);
-    char line[LineReader::kLineRoom];
-    while (reader.ReadLine(line)) {
+    while (const char *line = reader.ReadLine()) {
         TakeLine(line);
     }
     platform::CloseStream(stream);
@@ -70,12 +69,6 @@ void DeviceProfile::Clear()
     publicKeyXml_.Clear();
     privateKeyXml_.Clear();
     userSerial_.Clear();
-}
-
-void DeviceProfile::SetKeys(const ZtString &publicKeyXml, const ZtString &privateKeyXml)
-{
-    publicKeyXml_ = publicKeyXml;
-    privateKeyXml_ = privateKeyXml;
 }
 
 } // namespace pavonix

@@ -19,7 +19,6 @@ public:
     void Read(const WideChar *path);
     // Empties the texts; the numbers keep their values.
     void Clear();
-    void SetKeys(const ZtString &publicKeyXml, const ZtString &privateKeyXml);
 
     ZtString userAgent() const { return userAgent_; }
     ZtString publicKeyXml() const { return publicKeyXml_; }

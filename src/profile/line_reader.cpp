@@ -1,6 +1,14 @@
 #include "profile/line_reader.h"
 
+#include "rsa/text/wipe.h"
+
 namespace pavonix {
+
+LineReader::~LineReader()
+{
+    Wipe(line_, sizeof line_);
+    Wipe(piece_, sizeof piece_);
+}
 
 int LineReader::ReadByte()
 {
@@ -11,22 +19,22 @@ int LineReader::ReadByte()
     return filled_ == 0 ? -1 : static_cast<unsigned char>(piece_[used_++]);
 }
 
-bool LineReader::ReadLine(char (&line)[kLineRoom])
+const char *LineReader::ReadLine()
 {
-    int length = 0;
+    std::size_t length = 0;
     int byte = failed_ ? -1 : ReadByte();
     if (byte < 0) {
-        return false;
+        return nullptr;
     }
     for (; byte >= 0 && byte != '\n'; byte = ReadByte()) {
-        if (length == kLineRoom - 1) {
+        if (length == sizeof line_ - 1) {
             failed_ = true;
-            return false;
+            return nullptr;
         }
-        line[length++] = static_cast<char>(byte);
+        line_[length++] = static_cast<char>(byte);
     }
-    line[length] = 0;
-    return true;
+    line_[length] = 0;
+    return line_;
 }
 
 } // namespace pavonix

@@ -8,20 +8,23 @@
 namespace pavonix {
 
 // Reads lines ended by a line feed, which is not stored; a last line needs none.
+// Its areas are wiped at the end: a line may have been a private key.
 class LineReader {
 public:
-    static constexpr int kLineRoom = 1024; // terminator included
-
     explicit LineReader(platform::Stream *stream) : stream_(stream) {}
+    ~LineReader();
+    LineReader(const LineReader &) = delete;
+    LineReader &operator=(const LineReader &) = delete;
 
-    // Reads the next line into `line`, NUL-terminated. False at the end of the
-    // stream, and for good at a line that does not fit.
-    bool ReadLine(char (&line)[kLineRoom]);
+    // The next line, NUL-terminated, until the next call. Null at the end of the
+    // stream, and for good at a line of 1024 characters or more.
+    const char *ReadLine();
 
 private:
     int ReadByte(); // -1 at the end
 
     platform::Stream *stream_;
+    char line_[1024]; // terminator included
     char piece_[1024];
     std::uint32_t used_ = 0;
     std::uint32_t filled_ = 0;

@@ -1,7 +1,6 @@
-#include "http/header_value.h"
+#include "http/reply_text.h"
 #include "pavonix/pavonix.h"
 #include "platform/code_pages.h"
-#include "profile/credentials.h"
 #include "shop/export.h"
 #include "shop/shop_call.h"
 
@@ -74,8 +73,8 @@ int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResul
 {
     HttpConnection connection;
     const CallIdentity identity(profilePath);
-    bool whole = identity.AddTo(&connection);
-    connection.AddHeader("User-Cert", MakeUserCert().c_str());
+    bool whole = AddIdentity(identity, &connection);
+    connection.AddHeader("User-Cert", identity.UserCert().c_str());
     whole = AddForm(&connection, request) && whole;
 
     ZtByteData reply; // the connection holds all that is read

@@ -2,8 +2,6 @@
 
 #include "http/find_text.h"
 #include "platform/code_pages.h"
-#include "profile/credentials.h"
-#include "profile/process_state.h"
 
 namespace pavonix {
 
@@ -22,25 +20,12 @@ bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url)
     return url->fits();
 }
 
-CallIdentity::CallIdentity(const WideChar *profilePath)
+bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 {
-    Profile().Read(profilePath);
-    SetUpRsa(Profile().publicKeyXml(), Profile().privateKeyXml());
-}
-
-CallIdentity::~CallIdentity()
-{
-    Profile().Clear();
-}
-
-bool CallIdentity::AddTo(HttpConnection *connection) const
-{
-    FixedText<16> userId;
-    userId.AppendDecimal(Profile().userId());
-    const ZtString serial = Profile().userSerial();
-    connection->SetUserAgent(Profile().userAgent());
+    const ZtString serial = identity.UserSerial();
+    connection->SetUserAgent(identity.UserAgent());
     connection->AddHeader("User-Serial", serial.c_str());
-    connection->AddHeader("User-ID", userId.c_str());
+    connection->AddHeader("User-ID", identity.UserId().c_str());
     return serial.complete();
 }
 

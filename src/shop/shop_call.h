@@ -3,6 +3,7 @@
 
 #include "http/http_connection.h"
 #include "platform/wide_char.h"
+#include "profile/call_identity.h"
 #include "rsa/text/fixed_text.h"
 
 #include <cstdint>
@@ -15,19 +16,9 @@ using UrlText = FixedText<256>;
 // its buffer.
 [[nodiscard]] bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url);
 
-// Reads the device profile for the length of a call and sets up the RSA component
-// with its keys; the profile's texts are cleared again when the call ends.
-class CallIdentity {
-public:
-    explicit CallIdentity(const WideChar *profilePath);
-    ~CallIdentity();
-    CallIdentity(const CallIdentity &) = delete;
-    CallIdentity &operator=(const CallIdentity &) = delete;
-
-    // User agent, "User-Serial" and "User-ID". False when there was no memory for
-    // the serial.
-    [[nodiscard]] bool AddTo(HttpConnection *connection) const;
-};
+// Adds user agent, "User-Serial" and "User-ID" to the request. False when there was
+// no memory for the serial.
+[[nodiscard]] bool AddIdentity(const CallIdentity &identity, HttpConnection *connection);
 
 // The status in the reply's head: the three characters behind the first blank, as
 // a number; 0 when there is no blank.

@@ -19,7 +19,7 @@ std::string Text(const ZtString &text)
 TEST(Connection, ComposesTheRequestInItsOrder)
 {
     HttpConnection connection;
-    EXPECT_EQ(Text(connection.BuildRequest("GET", "http://host/", 0)),
+    EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)),
               "GET  HTTP/1.1\r\nHost: host\r\nAccept: */*\r\n"
               "User-Agent: Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
               ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)\r\nConnection: Keep-Alive\r\n\r\n");
@@ -35,10 +35,11 @@ TEST(Connection, ComposesTheRequestInItsOrder)
     connection.AddFormField(nullptr, "no");
     connection.AddFormField("id", "a b&c");
     EXPECT_EQ(Text(connection.GetFormBody()), "type=1&id=a+b%26c");
-    EXPECT_EQ(Text(connection.ComposeRequest("POST", "host:8080/x", ZtString("100-199"), connection.GetFormBody())),
-              "POST /x HTTP/1.1\r\nHost: host:8080\r\nAccept: */*\r\nUser-Agent: U\r\nConnection: Keep-Alive\r\n"
-              "Content-Type: application/x-www-form-urlencoded\r\nA: 1\r\nB:  2 \r\nA: 1\r\n"
-              "Range: bytes=100-199\r\n\r\ntype=1&id=a+b%26c\r\n");
+    EXPECT_EQ(
+        Text(connection.ComposeRequest("POST", SplitUrl("host:8080/x"), ZtString("100-199"), connection.GetFormBody())),
+        "POST /x HTTP/1.1\r\nHost: host:8080\r\nAccept: */*\r\nUser-Agent: U\r\nConnection: Keep-Alive\r\n"
+        "Content-Type: application/x-www-form-urlencoded\r\nA: 1\r\nB:  2 \r\nA: 1\r\n"
+        "Range: bytes=100-199\r\n\r\ntype=1&id=a+b%26c\r\n");
 }
 
 TEST(Connection, SplitsHeadAndBody)
@@ -51,7 +52,6 @@ TEST(Connection, SplitsHeadAndBody)
     EXPECT_EQ(tap::CountOf("ConnectSocket"), 1);
     EXPECT_EQ(tap::Calls()[2], "ResolveHost(host)");
     EXPECT_EQ(tap::Calls()[3], "ConnectSocket(8080)");
-    EXPECT_STREQ(connection.peerAddress(), "127.0.0.1");
     EXPECT_EQ(connection.GetHeadLength(), 38u);
     EXPECT_EQ(connection.GetContentLength(), 5u);
     EXPECT_EQ(Text(connection.GetHead()), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n");

@@ -1,6 +1,6 @@
-#include "http/copy_response_prefix.h"
 #include "http/find_text.h"
-#include "http/url_encode.h"
+#include "http/reply_text.h"
+#include "http/url.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,11 @@
-#include "profile/credentials.h"
 #include "profile/device_profile.h"
+#include "profile/line_reader.h"
 #include "support/sandbox.h"
 #include "support/tap.h"
 
 #include <gtest/gtest.h>
+
+#include <new>
 
 using namespace pavonix;
 
@@ -40,26 +42,20 @@ TEST_F(Profiles, ReadsItsKeys)
     profile.Read(box.Path("missing").c_str());
     profile.Read(nullptr);
     EXPECT_EQ(serial(), "");
+
+    using namespace std::string_literals;
+    Read("\0User-Serial: no\n\nUser-Serial: S\n"s);
+    EXPECT_EQ(serial(), "S") << "a line that begins with NUL is an empty one, not the end";
 }
 
-TEST(Timestamp, TakesItsFractionFromTheTickCount)
+TEST_F(Profiles, LeavesNoLineBehind)
 {
-    struct Row {
-        std::uint32_t ticks;
-        const char *fraction;
-    };
-    for (const Row &row : {Row{1041, "042"},
-                           {999, "000"},
-                           {1000, "001"},
-                           {998, "998"},
-                           {0, "000"},
-                           {0x7FFFFFFF, "280"},  // 2147483647 mod 999
-                           {0x80000000, "-281"}, // -2147483648: the sign of the tick count stays
-                           {0xFFFFFFFF, "-001"}}) {
-        tap::UseClock(tap::Clock{{2010, 3, 5, 9, 7, 3}, row.ticks});
-        EXPECT_STREQ(MakeTimestamp().c_str(), (std::string("2010-3-5 9:7:3.") + row.fraction).c_str());
-    }
-    tap::UseClock(tap::Clock{{2010, 12, 31, 23, 59, 59}, 0x80000000});
-    EXPECT_STREQ(MakeTimestamp().c_str(), "2010-12-31 23:59:59.-281");
-    tap::Reset();
+    alignas(LineReader) static char room[sizeof(LineReader)];
+    const std::u16string path = box.Write("p.txt", "Private-Key: secret\n");
+    platform::Stream *stream = platform::OpenStream(path.c_str(), platform::StreamMode::kRead);
+    auto *reader = new (room) LineReader(stream);
+    EXPECT_STREQ(reader->ReadLine(), "Private-Key: secret");
+    reader->~LineReader();
+    platform::CloseStream(stream);
+    EXPECT_EQ(std::string_view(room, sizeof room).find("secret"), std::string_view::npos);
 }

@@ -1,0 +1,75 @@
+#include "profile/call_identity.h"
+
+#include "platform/clock.h"
+#include "profile/process_state.h"
+#include "rsa/cipher/zt_rsa.h"
+
+namespace pavonix {
+
+namespace {
+
+constexpr std::int32_t kFractionDivisor = 999; // not 1000: servers in the field know 000 to 998
+
+void SetUpRsa()
+{
+    Rsa().put_OAEP(true);
+    Rsa().put_EncodingMode("base64");
+    (void)Rsa().ImportPublicKey(Profile().publicKeyXml().c_str());
+    (void)Rsa().ImportPrivateKey(Profile().privateKeyXml().c_str());
+}
+
+// The local time, "2010-3-5 9:7:3.042". The three digits are the tick count modulo
+// 999, not the time's milliseconds. From 24.9 days of uptime on the signed tick
+// count is negative, and so are they, unless 000.
+FixedText<64> MakeTimestamp()
+{
+    const std::int32_t ticks = static_cast<std::int32_t>(platform::ReadTickCount());
+    platform::LocalTime now = {};
+    platform::ReadLocalTime(&now);
+    FixedText<64> text;
+    text.AppendDecimal(now.year).Append("-").AppendDecimal(now.month).Append("-").AppendDecimal(now.day);
+    text.Append(" ").AppendDecimal(now.hour).Append(":").AppendDecimal(now.minute).Append(":");
+    text.AppendDecimal(now.second).Append(".").AppendDecimal(ticks % kFractionDivisor, 3);
+    return text;
+}
+
+} // namespace
+
+CallIdentity::CallIdentity(const WideChar *profilePath)
+{
+    Profile().Read(profilePath);
+    SetUpRsa();
+}
+
+CallIdentity::~CallIdentity()
+{
+    Profile().Clear();
+}
+
+ZtString CallIdentity::UserAgent() const
+{
+    return Profile().userAgent();
+}
+
+ZtString CallIdentity::UserSerial() const
+{
+    return Profile().userSerial();
+}
+
+FixedText<16> CallIdentity::UserId() const
+{
+    FixedText<16> text;
+    text.AppendDecimal(Profile().userId());
+    return text;
+}
+
+ZtString CallIdentity::UserCert() const
+{
+    ZtString token;
+    if (!Rsa().EncryptStringENC(MakeTimestamp().c_str(), true, &token) || !token.complete()) {
+        token.Clear(); // also when only a piece of it found memory
+    }
+    return token;
+}
+
+} // namespace pavonix
