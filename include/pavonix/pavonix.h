@@ -111,13 +111,15 @@ typedef struct BuyGoodResult {
 /* Return values of all three calls. Any other value is the HTTP status as the
  * server sent it; a server that answers status 0 or 1 cannot be told apart.
  */
-#define PAVONIX_FAILED 0 /* no reply status was obtained; nothing was stored */
+#define PAVONIX_FAILED 0 /* no reply status was obtained; no file was touched */
 #define PAVONIX_KEPT 1   /* downloads: force was 0 and the target file exists; nothing was sent */
 #define PAVONIX_OK 200   /* the server answered 200; a download may still be cut short or not be storable */
 
 /* Stores one page of the catalogue, as XML, in the file targetPath.
  *
  * profilePath: the device profile file, read anew by every call.
+ * targetPath:  under 260 characters, all in the ANSI code page; an old file there
+ *              is deleted, also when the new one cannot be opened.
  * force:       0 keeps an existing target file; any other value downloads anyway.
  * baseUrl:     "http://host/path" without a query, under 200 characters. A port
  *              written in it goes into the Host line only.
@@ -133,8 +135,9 @@ int PAVONIX_CALL GetOneGoodXml(const PavonixChar *profilePath, const OneGoodRequ
 
 /* Asks the server to sell a good. The result record is untouched when the
  * answer is 200, and when it is 0 because nothing could be sent. When it is 0 for
- * want of a reply with a status, the record has error code 0 and what came, often
- * nothing, as its message.
+ * want of a reply with a status, the record is filled in from what came, often
+ * nothing: the error lines that it holds, else error code 0 and, as the message,
+ * all of it but its first two bytes.
  */
 int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request, BuyGoodResult *result,
                             const PavonixChar *baseUrl, int port);

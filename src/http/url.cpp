@@ -27,7 +27,8 @@ bool HasHttpScheme(std::string_view url)
         return false;
     }
     for (std::size_t i = 0; i < kScheme.size(); ++i) {
-        if ((url[i] | 0x20) != kScheme[i]) {
+        const char lower = IsLetter(url[i]) ? static_cast<char>(url[i] | 0x20) : url[i];
+        if (lower != kScheme[i]) {
             return false;
         }
     }

@@ -1,9 +1,17 @@
 #include "shop/shop_call.h"
 
-#include "http/find_text.h"
 #include "platform/code_pages.h"
 
 namespace pavonix {
+
+namespace {
+
+bool IsLineEnd(char c)
+{
+    return c == '\r' || c == '\n';
+}
+
+} // namespace
 
 bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url)
 {
@@ -31,15 +39,21 @@ bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 
 std::int32_t ReplyStatus(const HttpConnection &connection)
 {
-    FixedText<kFirstReception + 1> statusLine;
+    FixedText<kFirstReception + 1> copy;
     const ZtString head = connection.GetHead();
-    statusLine.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));
-    const std::int32_t blank = FindText(statusLine.c_str(), " ", 0);
-    if (blank < 0) {
-        return 0;
+    copy.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));
+    const char *place = copy.c_str();
+    while (IsLineEnd(*place)) {
+        ++place;
+    }
+    while (*place != 0 && *place != ' ' && !IsLineEnd(*place)) {
+        ++place;
+    }
+    if (*place != ' ') {
+        return 0; // a blank in a later line tells nothing of the status
     }
     FixedText<4> status;
-    status.Append(statusLine.c_str() + blank + 1); // cut to three characters
+    status.Append(place + 1); // cut to three characters
     return ParseDecimal(status.c_str());
 }
 

@@ -20,8 +20,9 @@ using UrlText = FixedText<256>;
 // no memory for the serial.
 [[nodiscard]] bool AddIdentity(const CallIdentity &identity, HttpConnection *connection);
 
-// The status in the reply's head: the three characters behind the first blank, as
-// a number; 0 when there is no blank.
+// The status in the reply's head: the three characters behind the first blank of
+// the status line, as a number; 0 when there is no blank. Line ends before the
+// status line are passed over.
 std::int32_t ReplyStatus(const HttpConnection &connection);
 
 } // namespace pavonix

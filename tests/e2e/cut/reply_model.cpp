@@ -31,8 +31,9 @@ ReplyModel::ReplyModel(const Receptions &receptions)
     const std::size_t blankLine = area.find("\r\n\r\n");
     head = area.substr(0, blankLine == std::string::npos ? 2 : blankLine + 4);
     behind = area.substr(head.size());
-    const std::size_t blank = head.find(' ');
-    status = blank == std::string::npos ? 0 : std::atoi(head.substr(blank + 1, 3).c_str());
+    const std::size_t line = head.find_first_not_of("\r\n");
+    const std::size_t blank = head.find_first_of(" \r\n", line == std::string::npos ? 0 : line);
+    status = blank == std::string::npos || head[blank] != ' ' ? 0 : std::atoi(head.substr(blank + 1, 3).c_str());
     const long long length = std::atoll(Value(head, "Content-Length").value_or("0").c_str());
     announced = static_cast<std::uint32_t>(std::clamp(length, -2147483648LL, 2147483647LL));
 }

@@ -19,7 +19,7 @@ struct ReplyModel {
 
     std::string head;            // with its blank line; two bytes when there is none
     std::string behind;          // the rest of the 1024 bytes of a first reception
-    int status = 0;              // 0 when the head has no blank
+    int status = 0;              // 0 when the status line has no blank
     std::uint32_t announced = 0; // 0 when the head announces nothing
 
     // The value of a header, looked for in this text; nullopt when there is none.

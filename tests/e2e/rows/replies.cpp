@@ -66,7 +66,11 @@ std::vector<Scenario> ReplyRows()
         Status("blank_ends_the_status_line", Head({"HTTP/1.1 "}), 0),
         Status("no_blank_at_all", "HTTP/1.1\r\nServer:x\r\n\r\n", 0),
         Stored("status_of_four_digits", Head({"HTTP/1.1 2001 OK", "Content-Length: 2"}) + "ok", "ok"),
-        Stored("first_blank_in_a_later_line", Head({"HTTP/1.1", "X: 200", "Content-Length: 2"}) + "ok", "ok"),
+        Status("blank_in_a_later_line_only", Head({"HTTP/1.1", "X: 200", "Content-Length: 2"}) + "ok", 0),
+        Status("blank_behind_a_bare_line_feed_only", "HTTP/1.1\nX: 200\r\n\r\n", 0),
+        Stored("status_behind_an_empty_line", "\r\n" + Head({"HTTP/1.1 200 OK", "Content-Length: 2"}) + "ok", "ok"),
+        Stored("status_behind_a_blank_at_the_very_start", Head({" 200 OK", "Content-Length: 2"}) + "ok", "ok"),
+        Status("blank_line_before_everything", "\r\n\r\n" + Head({"HTTP/1.1 200 OK"}), 0),
 
         Status("head_without_its_end", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n", 0),
         Status("head_without_its_end_of_1024_bytes", "HTTP/1.1 200 OK\r\nX: " + std::string(2000, 'x'), 0),
