@@ -1,10 +1,37 @@
 #include "rsa/charset/charset.h"
 
-#include "rsa/charset/code_page_name.h"
-
 namespace pavonix {
 
-void Charset::setByCodePage(std::int32_t codePage)
+namespace {
+
+constexpr struct {
+    std::int32_t codePage;
+    const char *name;
+} kNames[] = {
+    {437, "ibm437"},        {850, "ibm850"},        {852, "ibm852"},        {866, "cp866"},
+    {874, "windows-874"},   {932, "shift_jis"},     {936, "gb2312"},        {949, "ks_c_5601-1987"},
+    {950, "big5"},          {1250, "windows-1250"}, {1251, "windows-1251"}, {1252, "windows-1252"},
+    {1253, "windows-1253"}, {1254, "windows-1254"}, {1255, "windows-1255"}, {1256, "windows-1256"},
+    {1257, "windows-1257"}, {1258, "windows-1258"}, {20127, "us-ascii"},    {28591, "iso-8859-1"},
+    {28592, "iso-8859-2"},  {28593, "iso-8859-3"},  {28594, "iso-8859-4"},  {28595, "iso-8859-5"},
+    {28596, "iso-8859-6"},  {28597, "iso-8859-7"},  {28598, "iso-8859-8"},  {28599, "iso-8859-9"},
+    {28603, "iso-8859-13"}, {28605, "iso-8859-15"}, {65001, "utf-8"},
+};
+
+// The name by which the Internet knows a code page; null for a number without one.
+const char *CodePageName(std::int32_t codePage)
+{
+    for (const auto &row : kNames) {
+        if (row.codePage == codePage) {
+            return row.name;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+void Charset::SetByCodePage(std::int32_t codePage)
 {
     const char *name = CodePageName(codePage);
     if (name != nullptr) {

@@ -16,7 +16,7 @@ public:
 
     // Takes a Windows code-page number and its name; a number without a name
     // changes nothing.
-    void setByCodePage(std::int32_t codePage);
+    void SetByCodePage(std::int32_t codePage);
 
     const char *name() const { return name_.c_str(); }
     std::int32_t codePage() const { return codePage_; } // 0, the system's own, until it is set

@@ -13,8 +13,8 @@ constexpr std::int32_t kWindows1252 = 1252;
 bool Convert(std::uint32_t codePage, const XString &text, DataBuffer *output)
 {
     // The length comes first: once it is known, the units are there to stay.
-    const std::int32_t length = text.lengthUtf16();
-    const WideChar *units = text.getUtf16();
+    const std::int32_t length = text.LengthUtf16();
+    const WideChar *units = text.GetUtf16();
     if (length == 0) {
         return text.isEmpty() && text.complete(); // otherwise there was no memory for the units
     }
@@ -45,7 +45,7 @@ bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output
         return true;
     }
     log.logError("Character encoding conversion failed.");
-    log.logDataLong("NumCharsIn", text.lengthUtf16());
+    log.logDataLong("NumCharsIn", text.LengthUtf16());
     log.logData("Charset", charset.name());
     log.logDataLong("ConvertedToNumBytes", static_cast<std::int32_t>(output->length()));
     output->Clear();

@@ -4,7 +4,7 @@
 #include "rsa/cipher/rsa_encrypt.h"
 #include "rsa/digest/hash_table.h"
 #include "rsa/key/key_reader.h"
-#include "rsa/log/log_context.h"
+#include "rsa/log/log_base.h"
 
 namespace pavonix {
 
@@ -16,8 +16,8 @@ constexpr std::int32_t kWindows1252 = 1252;
 
 ClsRsa::ClsRsa()
 {
-    encodingMode_.setFromUtf8("base64");
-    charset_.setByCodePage(kWindows1252);
+    encodingMode_.SetFromUtf8("base64");
+    charset_.SetByCodePage(kWindows1252);
 }
 
 void ClsRsa::put_VerboseLogging(bool verbose)
@@ -47,13 +47,13 @@ void ClsRsa::put_EncodingMode(const XString &name)
 void ClsRsa::get_EncodingMode(XString *name)
 {
     const CritSecLock lock(*this);
-    name->copyFrom(encodingMode_);
+    name->CopyFrom(encodingMode_);
 }
 
 void ClsRsa::put_CharsetCodePage(std::int32_t codePage)
 {
     const CritSecLock lock(*this);
-    charset_.setByCodePage(codePage);
+    charset_.SetByCodePage(codePage);
 }
 
 bool ClsRsa::ImportKey(const char *method, const XString &xml)
@@ -61,7 +61,7 @@ bool ClsRsa::ImportKey(const char *method, const XString &xml)
     const CritSecLock lock(*this);
     LogBase &methodLog = StartMethod();
     const LogContext context(methodLog, method);
-    return RecordResult(ReadKey(xml.getUtf8().c_str(), &key_, false, methodLog));
+    return RecordResult(ReadKey(xml.GetUtf8().c_str(), &key_, false, methodLog));
 }
 
 bool ClsRsa::EncryptStringENC(const XString &text, bool usePrivateKey, XString *result)
@@ -73,7 +73,7 @@ bool ClsRsa::EncryptStringENC(const XString &text, bool usePrivateKey, XString *
     DataBuffer bytes;
     if (!ConvertText(charset_, text, &bytes, true, true, methodLog)) {
         context.MarkLeft();
-        result->clear();
+        result->Clear();
         return false;
     }
     return RecordResult(EncryptBytes(bytes, usePrivateKey, result, methodLog));
@@ -100,7 +100,7 @@ bool ClsRsa::EncryptBytes(const DataBuffer &bytes, bool usePrivateKey, XString *
         success = result->complete(); // a token that was cut short would pass for one
     }
     if (!success) {
-        result->clear();
+        result->Clear();
     }
     return success;
 }

@@ -1,9 +1,9 @@
 #include "rsa/cipher/rsa_encrypt.h"
 
+#include "rsa/cipher/padding/eme_oaep.h"
 #include "rsa/cipher/padding/eme_pkcs1.h"
+#include "rsa/cipher/rsa_exponentiation.h"
 #include "rsa/digest/hash_table.h"
-#include "rsa/log/log_context.h"
-#include "rsa/log/log_size.h"
 
 #include <algorithm>
 
@@ -14,13 +14,13 @@ namespace {
 void LogInputs(std::uint32_t length, const RsaSettings &settings, LogBase &log)
 {
     log.logData("KeyType", settings.keyChoice == kPrivateKey ? "Private" : "Public");
-    LogSize(log, "InputSize", length);
+    log.logSize("InputSize", length);
     if (settings.padding == kPkcs1Padding) {
         log.logData("Padding", "PKCS v1.5");
     } else {
         log.logData("Padding", "OAEP");
         log.logData("HashAlg", FindHash(settings.hashId).name);
-        LogSize(log, "ParamLen", settings.labelLength);
+        log.logSize("ParamLen", settings.labelLength);
     }
     log.logDataLong("ModulusBitLen", settings.key.ModulusBitLength());
 }
@@ -35,8 +35,8 @@ bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBas
         const std::uint32_t digestSize = FindHash(settings.hashId).digestSize;
         if (modulusSize <= 2 * digestSize - 2) {
             log.logError("key size (modulus) too small for OAEP padding");
-            LogSize(log, "ModulusSizeInBytes", modulusSize);
-            LogSize(log, "HashSizeInBytes", digestSize);
+            log.logSize("ModulusSizeInBytes", modulusSize);
+            log.logSize("HashSizeInBytes", digestSize);
             return false;
         }
         *blockSize = modulusSize - 2 * digestSize - 2;
@@ -44,7 +44,7 @@ bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBas
     }
     if (modulusSize <= kPkcs1Overhead) {
         log.logError("key size (modulus) too small for PKCS v1.5 padding");
-        LogSize(log, "ModulusSizeInBytes", modulusSize);
+        log.logSize("ModulusSizeInBytes", modulusSize);
         return false;
     }
     *blockSize = modulusSize - kPkcs1Overhead;
@@ -57,6 +57,68 @@ bool ReserveBlocks(std::uint32_t length, std::uint32_t blockSize, const RsaSetti
     const std::uint64_t blocks = blockSize == 0 ? 1 : (std::uint64_t{length} + blockSize - 1) / blockSize;
     const std::uint64_t total = blocks * settings.key.N.UnsignedByteSize();
     return total <= UINT32_MAX && output->EnsureCapacity(static_cast<std::uint32_t>(total));
+}
+
+void LogVerbose(const RsaSettings &settings, LogBase &log, const char *tag, const DataBuffer &bytes)
+{
+    if (settings.verbose) {
+        log.logDataValue(tag, bytes.data(), bytes.length());
+    }
+}
+
+bool Pad(const std::uint8_t *piece, std::uint32_t length, const RsaSettings &settings, DataBuffer *padded, LogBase &log)
+{
+    const bool oaep = settings.padding == kOaepPadding;
+    const std::int32_t bitLength = settings.key.ModulusBitLength();
+    if (settings.verbose) {
+        log.logData("padding", oaep ? "OAEP" : "PKCS 1.5");
+    }
+    if (oaep) {
+        return EncodeOaep(piece, length, settings.label, settings.labelLength, bitLength, settings.hashId, padded, log);
+    }
+    // Random filler for the private key too: the blocks are ciphertexts, not signatures.
+    return EncodePkcs1(piece, length, kEncryptionBlock, bitLength, padded, log);
+}
+
+// Each word of four bytes for itself, not the block; a tail of two or three bytes
+// likewise.
+void SwapWords(DataBuffer *bytes)
+{
+    for (std::uint32_t at = 0; at < bytes->length(); at += 4) {
+        std::uint8_t *word = bytes->data() + at;
+        std::reverse(word, word + std::min<std::uint32_t>(4, bytes->length() - at));
+    }
+}
+
+// Appends one ciphertext block, as long as the modulus, to `output`. False, the
+// reason logged, when the piece does not fit or has no result of that length.
+bool EncryptBlock(const std::uint8_t *piece, std::uint32_t length, const RsaSettings &settings, DataBuffer *output,
+                  LogBase &log)
+{
+    if (settings.verbose) {
+        log.logDataLong("modulus_bitlen", settings.key.ModulusBitLength());
+        log.logDataLong("littleEndian", settings.littleEndian ? 1 : 0);
+    }
+    DataBuffer padded;
+    if (!Pad(piece, length, settings, &padded, log)) {
+        return false;
+    }
+    LogVerbose(settings, log, "paddedData", padded);
+
+    DataBuffer encrypted;
+    const bool success =
+        ExponentiateRsa(padded.data(), padded.length(), settings.keyChoice, settings.key, true, &encrypted, log);
+    if (encrypted.length() != settings.key.N.UnsignedByteSize()) {
+        log.logError("Output of RSA encryption not equal to modulus size.");
+        log.logSize("InLength", padded.length());
+        log.logSize("OutputLength", encrypted.length());
+        return false;
+    }
+    LogVerbose(settings, log, "encryptedData", encrypted);
+    if (!settings.littleEndian) {
+        SwapWords(&encrypted);
+    }
+    return output->Append(encrypted.data(), encrypted.length()) && success;
 }
 
 } // namespace
@@ -81,7 +143,7 @@ bool EncryptRsa(const std::uint8_t *input, std::uint32_t length, const RsaSettin
         }
         done += piece;
     }
-    LogSize(log, "OutputSize", output->length());
+    log.logSize("OutputSize", output->length());
     return true;
 }
 

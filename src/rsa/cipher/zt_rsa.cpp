@@ -12,9 +12,9 @@ ZtRsa::~ZtRsa() = default;
 void ZtRsa::SetText(const char *text, XString *target) const
 {
     if (utf8_) {
-        target->setFromUtf8(text);
+        target->SetFromUtf8(text);
     } else {
-        target->setFromAnsi(text);
+        target->SetFromAnsi(text);
     }
 }
 
@@ -77,16 +77,16 @@ bool ZtRsa::EncryptStringENC(const char *text, bool usePrivateKey, ZtString *res
         result->Clear();
         return false;
     }
-    return impl_->EncryptStringENC(input, usePrivateKey, &result->x());
+    return impl_->EncryptStringENC(input, usePrivateKey, &result->text());
 }
 
 void ZtRsa::get_LastErrorText(ZtString *text)
 {
     StringBuffer rendered;
     if (impl_ != nullptr) {
-        impl_->getLastErrorText(&rendered);
+        impl_->GetLastErrorText(&rendered);
     }
-    text->x().setFromUtf8(rendered.c_str());
+    text->text().SetFromUtf8(rendered.c_str());
 }
 
 } // namespace pavonix

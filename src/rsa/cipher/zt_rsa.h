@@ -1,7 +1,7 @@
 // The facade of the RSA component.
 #pragma once
 
-#include "rsa/text/zt_object.h"
+#include "rsa/text/objects.h"
 #include "rsa/text/zt_string.h"
 
 #include <cstdint>

@@ -16,14 +16,24 @@ public:
     LogBase &log() { return log_; }
     bool lastMethodSuccess() const { return lastMethodSuccess_; }
     // What the last public operation logged, as plain text; replaces `text`.
-    void getLastErrorText(StringBuffer *text) { log_.getLogText(text); }
+    void GetLastErrorText(StringBuffer *text) { log_.getLogText(text); }
 
     // The first act of a public operation: the log then describes this operation
     // alone, and a long-lived process does not grow. Answers the log.
-    LogBase &StartMethod();
+    LogBase &StartMethod()
+    {
+        log_.clear();
+        lastMethodSuccess_ = false;
+        return log_;
+    }
     // The last entry of a public operation, "Success." or "Failed.", inside its
     // context. Answers `success`.
-    bool RecordResult(bool success);
+    bool RecordResult(bool success)
+    {
+        lastMethodSuccess_ = success;
+        success ? log_.logInfo("Success.") : log_.logError("Failed.");
+        return success;
+    }
 
 private:
     Logger log_;

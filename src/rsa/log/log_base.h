@@ -51,6 +51,49 @@ public:
 
     // Writes the plain text into the file, replacing it; false when that failed.
     virtual bool saveText(const WideChar *) { return true; }
+
+    // A size in bytes; no virtual slot of its own.
+    void logSize(const char *tag, std::uint32_t size) { logDataLong(tag, static_cast<std::int32_t>(size)); }
+};
+
+// The log for callers that want none: it discards every entry, and its renderings
+// are empty. It has no lock. Part of the component's surface; the shop never asks
+// for it.
+class LogNull : public LogBase {
+public:
+    bool getLogText(StringBuffer *rendered) override { return Empty(rendered); }
+    bool getLogHtml(StringBuffer *rendered) override { return Empty(rendered); }
+    bool getLogXml(StringBuffer *rendered) override { return Empty(rendered); }
+    bool keepsEntries() const override { return false; }
+
+private:
+    static bool Empty(StringBuffer *rendered)
+    {
+        rendered->Clear();
+        return true;
+    }
+};
+
+// A context of the log that is left on every path out of the scope. `tag` must
+// not be blank: a blank tag opens nothing that could be left.
+class LogContext {
+public:
+    LogContext(LogBase &log, const char *tag) : log_(log) { log_.enterContext(tag); }
+    ~LogContext()
+    {
+        if (!left_) {
+            log_.leaveContext();
+        }
+    }
+    LogContext(const LogContext &) = delete;
+    LogContext &operator=(const LogContext &) = delete;
+
+    // For the one step that leaves its caller's context itself.
+    void MarkLeft() { left_ = true; }
+
+private:
+    LogBase &log_;
+    bool left_ = false;
 };
 
 } // namespace pavonix

@@ -46,6 +46,14 @@ R250 &SharedR250()
     return sharedR250;
 }
 
+ZentorpRand::ZentorpRand()
+{
+    if (!sharedR250.seeded()) {
+        platform::SeedRand(platform::ReadTickCount());
+        sharedR250.Seed();
+    }
+}
+
 void R250::Seed()
 {
     seeded_ = true;

@@ -39,7 +39,15 @@ private:
     bool seeded_ = false;
 };
 
-// The one generator of the process, used under the component's lock.
+// The one generator of the process. It has no lock: callers hold the component's.
 R250 &SharedR250();
+
+// An object whose birth makes sure that the process-wide generator is seeded; the
+// generator needs no instance. Part of the component's surface; the shop has none.
+class ZentorpRand {
+public:
+    ZentorpRand();
+    virtual ~ZentorpRand() = default;
+};
 
 } // namespace pavonix

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "rsa/text/integrity_mark.h"
-#include "rsa/text/zentorp_object.h"
+#include "rsa/text/objects.h"
 
 #include <cstdint>
 

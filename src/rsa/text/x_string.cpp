@@ -34,7 +34,7 @@ void XString::KeepOnly(const bool *valid)
     utf8Valid_ = valid == &utf8Valid_;
 }
 
-void XString::clear()
+void XString::Clear()
 {
     lost_ = 0;
     utf16Valid_ = ansiValid_ = utf8Valid_ = true;
@@ -49,93 +49,93 @@ void XString::AppendTo(StringBuffer *narrow, const char *bytes, std::int32_t cou
 {
     narrow->AppendN(bytes, count);
     if (!narrow->complete()) {
-        markIncomplete();
+        MarkIncomplete();
     }
 }
 
-void XString::setFromAnsi(const char *text)
+void XString::SetFromAnsi(const char *text)
 {
-    clear();
-    appendAnsi(text);
+    Clear();
+    AppendAnsi(text);
 }
 
 void XString::setFromAnsiN(const char *bytes, std::int32_t count)
 {
-    clear();
-    appendAnsiN(bytes, count);
+    Clear();
+    AppendAnsiN(bytes, count);
 }
 
-void XString::setFromUtf8(const char *text)
+void XString::SetFromUtf8(const char *text)
 {
-    clear();
-    appendUtf8(text);
+    Clear();
+    AppendUtf8(text);
 }
 
-void XString::setFromUtf16(const WideChar *text)
+void XString::SetFromUtf16(const WideChar *text)
 {
-    clear();
+    Clear();
     if (text == nullptr || text[0] == 0) {
         return;
     }
     KeepOnly(&utf16Valid_);
     if (!SetWide(&utf16_, text, static_cast<std::uint32_t>(WideLength(text)) * 2)) {
-        clear();
-        markIncomplete();
+        Clear();
+        MarkIncomplete();
     }
 }
 
-void XString::appendUtf8(const char *text)
+void XString::AppendUtf8(const char *text)
 {
     if (text != nullptr) {
-        appendUtf8N(text, static_cast<std::int32_t>(std::strlen(text)));
+        AppendUtf8N(text, static_cast<std::int32_t>(std::strlen(text)));
     }
 }
 
-void XString::appendUtf8N(const char *bytes, std::int32_t count)
+void XString::AppendUtf8N(const char *bytes, std::int32_t count)
 {
     if (bytes == nullptr || count <= 0) {
         return;
     }
-    getUtf8();
+    GetUtf8();
     lost_ |= utf8Valid_ ? 0 : 1; // what stood here could not be converted
     KeepOnly(&utf8Valid_);
     AppendTo(&utf8_, bytes, count);
 }
 
-void XString::appendAnsi(const char *text)
+void XString::AppendAnsi(const char *text)
 {
     if (text != nullptr) {
-        appendAnsiN(text, static_cast<std::int32_t>(std::strlen(text)));
+        AppendAnsiN(text, static_cast<std::int32_t>(std::strlen(text)));
     }
 }
 
-void XString::appendAnsiN(const char *bytes, std::int32_t count)
+void XString::AppendAnsiN(const char *bytes, std::int32_t count)
 {
     if (bytes == nullptr || count <= 0) {
         return;
     }
-    getAnsi();
+    GetAnsi();
     lost_ |= ansiValid_ ? 0 : 1;
     KeepOnly(&ansiValid_);
     AppendTo(&ansi_, bytes, count);
 }
 
-void XString::copyFrom(const XString &other)
+void XString::CopyFrom(const XString &other)
 {
     if (this == &other) {
         return;
     }
-    clear();
+    Clear();
     if (other.ansiValid_) {
-        appendAnsiN(other.ansi_.c_str(), other.ansi_.length());
+        AppendAnsiN(other.ansi_.c_str(), other.ansi_.length());
     } else if (other.utf8Valid_) {
         KeepOnly(&utf8Valid_);
         AppendTo(&utf8_, other.utf8_.c_str(), other.utf8_.length());
     } else {
-        setFromUtf16(other.getUtf16());
+        SetFromUtf16(other.GetUtf16());
     }
     if (!other.complete()) {
-        markIncomplete();
+        MarkIncomplete();
     }
 }
 
@@ -168,8 +168,8 @@ void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePa
     if (!MakeWide()) {
         return;
     }
-    const WideChar *wide = getUtf16();
-    const int units = lengthUtf16();
+    const WideChar *wide = GetUtf16();
+    const int units = LengthUtf16();
     const int count = platform::WideToBytes(codePage, wide, units, nullptr, 0, nullptr);
     const std::unique_ptr<char[]> bytes(AllocateArray<char>(static_cast<std::size_t>(count > 0 ? count : 1)));
     if (bytes == nullptr || (count <= 0 && units > 0)) {
@@ -185,19 +185,19 @@ void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePa
     }
 }
 
-const StringBuffer &XString::getAnsi() const
+const StringBuffer &XString::GetAnsi() const
 {
     MakeNarrow(&ansi_, &ansiValid_, platform::kAnsiCodePage);
     return ansi_;
 }
 
-const StringBuffer &XString::getUtf8() const
+const StringBuffer &XString::GetUtf8() const
 {
     MakeNarrow(&utf8_, &utf8Valid_, platform::kUtf8CodePage);
     return utf8_;
 }
 
-const WideChar *XString::getUtf16() const
+const WideChar *XString::GetUtf16() const
 {
     if (!MakeWide() || utf16_.length() == 0) {
         return kEmptyWide;
@@ -205,7 +205,7 @@ const WideChar *XString::getUtf16() const
     return reinterpret_cast<const WideChar *>(utf16_.data());
 }
 
-std::int32_t XString::lengthUtf16() const
+std::int32_t XString::LengthUtf16() const
 {
     return MakeWide() && utf16_.length() >= 2 ? static_cast<std::int32_t>(utf16_.length() / 2 - 1) : 0;
 }

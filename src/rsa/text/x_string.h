@@ -5,7 +5,7 @@
 #include "platform/wide_char.h"
 #include "rsa/text/data_buffer.h"
 #include "rsa/text/string_buffer.h"
-#include "rsa/text/zentorp_object.h"
+#include "rsa/text/objects.h"
 
 #include <cstdint>
 
@@ -19,28 +19,28 @@ public:
     XString();
 
     // A null or empty text clears the string.
-    void setFromAnsi(const char *text);
+    void SetFromAnsi(const char *text);
     void setFromAnsiN(const char *bytes, std::int32_t count);
-    void setFromUtf8(const char *text);
-    void setFromUtf16(const WideChar *text);
-    void appendUtf8(const char *text);
-    void appendUtf8N(const char *bytes, std::int32_t count);
-    void appendAnsi(const char *text);
-    void appendAnsiN(const char *bytes, std::int32_t count);
-    void clear();
+    void SetFromUtf8(const char *text);
+    void SetFromUtf16(const WideChar *text);
+    void AppendUtf8(const char *text);
+    void AppendUtf8N(const char *bytes, std::int32_t count);
+    void AppendAnsi(const char *text);
+    void AppendAnsiN(const char *bytes, std::int32_t count);
+    void Clear();
     // Copies one valid representation, without conversion.
-    void copyFrom(const XString &other);
+    void CopyFrom(const XString &other);
 
     // Valid until the next operation that changes the text.
-    const StringBuffer &getAnsi() const;
-    const StringBuffer &getUtf8() const;
-    const WideChar *getUtf16() const;
+    const StringBuffer &GetAnsi() const;
+    const StringBuffer &GetUtf8() const;
+    const WideChar *GetUtf16() const;
     // UTF-16 units before the terminator.
-    std::int32_t lengthUtf16() const;
+    std::int32_t LengthUtf16() const;
     bool isEmpty() const;
     // False when text was lost for want of memory since the last set or clear.
     bool complete() const { return lost_ == 0; }
-    void markIncomplete() { lost_ = 1; }
+    void MarkIncomplete() { lost_ = 1; }
 
 private:
     void AppendTo(StringBuffer *narrow, const char *bytes, std::int32_t count);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "rsa/text/data_buffer.h"
-#include "rsa/text/zt_object.h"
+#include "rsa/text/objects.h"
 
 #include <cstdint>
 

@@ -4,14 +4,14 @@ namespace pavonix {
 
 ZtString::ZtString(const ZtString &other) : ZtObject(), utf8_(other.utf8_)
 {
-    text_.copyFrom(other.text_);
+    text_.CopyFrom(other.text_);
 }
 
 ZtString &ZtString::operator=(const ZtString &other)
 {
     if (this != &other) {
         utf8_ = other.utf8_;
-        text_.copyFrom(other.text_);
+        text_.CopyFrom(other.text_);
     }
     return *this;
 }
@@ -19,35 +19,35 @@ ZtString &ZtString::operator=(const ZtString &other)
 void ZtString::Set(const char *text)
 {
     if (utf8_) {
-        text_.setFromUtf8(text);
+        text_.SetFromUtf8(text);
     } else {
-        text_.setFromAnsi(text);
+        text_.SetFromAnsi(text);
     }
 }
 
 void ZtString::Append(const char *text)
 {
     if (utf8_) {
-        text_.appendUtf8(text);
+        text_.AppendUtf8(text);
     } else {
-        text_.appendAnsi(text);
+        text_.AppendAnsi(text);
     }
 }
 
 void ZtString::AppendN(const char *bytes, std::int32_t count)
 {
     if (utf8_) {
-        text_.appendUtf8N(bytes, count);
+        text_.AppendUtf8N(bytes, count);
     } else {
-        text_.appendAnsiN(bytes, count);
+        text_.AppendAnsiN(bytes, count);
     }
 }
 
 void ZtString::Append(const ZtString &other)
 {
-    Append(utf8_ ? other.text_.getUtf8() : other.text_.getAnsi()); // in the form of this text
+    Append(utf8_ ? other.text_.GetUtf8() : other.text_.GetAnsi()); // in the form of this text
     if (!other.complete()) {
-        text_.markIncomplete();
+        text_.MarkIncomplete();
     }
 }
 
@@ -55,7 +55,7 @@ void ZtString::Append(const StringBuffer &other)
 {
     Append(other.c_str());
     if (!other.complete()) {
-        text_.markIncomplete();
+        text_.MarkIncomplete();
     }
 }
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "rsa/text/x_string.h"
-#include "rsa/text/zt_object.h"
+#include "rsa/text/objects.h"
 
 #include <cstdint>
 
@@ -25,7 +25,7 @@ public:
     void AppendN(const char *bytes, std::int32_t count);
     void Append(const ZtString &other);
     void Append(const StringBuffer &other);
-    void Clear() { text_.clear(); }
+    void Clear() { text_.Clear(); }
 
     const char *c_str() const { return narrow().c_str(); }
     std::int32_t length() const { return narrow().length(); }
@@ -33,11 +33,11 @@ public:
     bool complete() const { return text_.complete(); }
 
     // The engine's operations write their texts here.
-    XString &x() { return text_; }
-    const XString &x() const { return text_; }
+    XString &text() { return text_; }
+    const XString &text() const { return text_; }
 
 private:
-    const StringBuffer &narrow() const { return utf8_ ? text_.getUtf8() : text_.getAnsi(); }
+    const StringBuffer &narrow() const { return utf8_ ? text_.GetUtf8() : text_.GetAnsi(); }
 
     XString text_;
     bool utf8_ = false;

@@ -20,7 +20,7 @@ using Converted = std::optional<std::string>; // nothing when the conversion fai
 Converted Convert(const Charset &charset, const std::u16string &text)
 {
     XString wide;
-    wide.setFromUtf16(text.c_str());
+    wide.SetFromUtf16(text.c_str());
     DataBuffer output;
     LogBase log;
     if (!ConvertText(charset, wide, &output, false, false, log)) {
@@ -32,7 +32,7 @@ Converted Convert(const Charset &charset, const std::u16string &text)
 Converted Convert(int codePage, const std::u16string &text)
 {
     Charset charset;
-    charset.setByCodePage(codePage);
+    charset.SetByCodePage(codePage);
     return Convert(charset, text);
 }
 
@@ -60,10 +60,10 @@ TEST(ConvertText, Windows1252ConvertsEveryUnitAndServesIso88591Too)
 TEST(ConvertText, ANumberWithoutANameLeavesTheCharsetUnchanged)
 {
     Charset charset;
-    charset.setByCodePage(1252);
-    charset.setByCodePage(28605);
+    charset.SetByCodePage(1252);
+    charset.SetByCodePage(28605);
     for (const int codePage : {0, -1, 1, 1249, 1259, 28590, 65002}) {
-        charset.setByCodePage(codePage);
+        charset.SetByCodePage(codePage);
         EXPECT_EQ(charset.codePage(), 28605);
         EXPECT_STREQ(charset.name(), "iso-8859-15");
     }
@@ -100,9 +100,9 @@ TEST(ConvertText, AFailureIsReportedAndLeavesNoOutput)
         {true, true, start + entries + advice + "    Failed.\r\n  after\r\n"},
     };
     Charset charset;
-    charset.setByCodePage(1252);
+    charset.SetByCodePage(1252);
     XString text;
-    text.setFromUtf16(u"\u20ac1\U0001F600b");
+    text.SetFromUtf16(u"\u20ac1\U0001F600b");
     for (const auto &row : rows) {
         Logger log;
         log.enterContext("Caller");
@@ -120,11 +120,11 @@ TEST(ConvertText, AFailureIsReportedAndLeavesNoOutput)
 TEST(ConvertText, MissingMemoryIsAFailureAndNothingElse)
 {
     Charset charset;
-    charset.setByCodePage(1252);
+    charset.SetByCodePage(1252);
     const tap::Holdings before = tap::Held();
     const int faults = tap::FailEach([&] {
         XString text;
-        text.setFromUtf8("2026-\xE2\x82\xAC");
+        text.SetFromUtf8("2026-\xE2\x82\xAC");
         DataBuffer output;
         Logger log;
         log.enterContext("Caller");

@@ -23,14 +23,14 @@ std::string Lines(const std::string &text)
 bool Import(ClsRsa *rsa, const std::string &xml, bool privateKey)
 {
     XString text;
-    text.setFromUtf8(xml.c_str());
+    text.SetFromUtf8(xml.c_str());
     return privateKey ? rsa->ImportPrivateKey(text) : rsa->ImportPublicKey(text);
 }
 
 bool Encrypt(ClsRsa *rsa, const std::string &utf8, bool privateKey)
 {
     XString text, result;
-    text.setFromUtf8(utf8.c_str());
+    text.SetFromUtf8(utf8.c_str());
     return rsa->EncryptStringENC(text, privateKey, &result);
 }
 
@@ -69,11 +69,11 @@ TEST(RsaLog, EncryptionsInAllRenderings)
     ASSERT_TRUE(Import(&rsa, key.PrivateXml(), true));
     ScriptSeed(seed);
     XString text, result, mode;
-    text.setFromUtf8("2010-3-5 9:7:3.042");
-    mode.setFromUtf8("hex");
+    text.SetFromUtf8("2010-3-5 9:7:3.042");
+    mode.SetFromUtf8("hex");
     rsa.put_EncodingMode(mode);
     ASSERT_TRUE(rsa.EncryptStringENC(text, true, &result));
-    const std::string cipher = result.getUtf8().c_str();
+    const std::string cipher = result.GetUtf8().c_str();
     ASSERT_EQ(key.Decode(true, RSA_PKCS1_OAEP_PADDING, FromHex(cipher)), "2010-3-5 9:7:3.042");
     EXPECT_EQ(LogText(rsa.log()),
               Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 1|    RSA_encrypt:|      KeyType: Private|"

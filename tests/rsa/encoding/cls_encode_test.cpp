@@ -12,7 +12,7 @@ namespace {
 
 std::string Utf8Of(const XString &text)
 {
-    return test::BytesOf(text.getUtf8());
+    return test::BytesOf(text.GetUtf8());
 }
 
 class ClsEncodeTest : public testing::Test {
@@ -20,7 +20,7 @@ protected:
     void Select(const char *name)
     {
         XString text;
-        text.setFromAnsi(name);
+        text.SetFromAnsi(name);
         encode_.SetMode(text);
     }
 
@@ -41,7 +41,7 @@ TEST_F(ClsEncodeTest, ReplacesOrAppendsInEveryMode)
     ASSERT_EQ(encode_.mode(), EncodingMode::kBase64);
     for (const auto &row : rows) {
         Select(row[0]);
-        output_.setFromAnsi("here");
+        output_.SetFromAnsi("here");
         encode_.Encode(bytes_, &output_, true);
         EXPECT_EQ(Utf8Of(output_), row[1] == nullptr ? "here" : "here" + std::string(row[1])) << row[0];
         encode_.Encode(bytes_, &output_, false);
@@ -54,7 +54,7 @@ TEST_F(ClsEncodeTest, EmptyInputEmptiesTheOutputExceptInHtml)
 {
     for (const char *mode : {"base64", "html"}) {
         Select(mode);
-        output_.setFromAnsi("here");
+        output_.SetFromAnsi("here");
         encode_.Encode(bytes_, &output_, false);
         EXPECT_EQ(Utf8Of(output_), mode == std::string("html") ? "here" : "") << mode;
     }

@@ -38,13 +38,13 @@ std::string Encode(const std::string &mode, const std::string &input)
     XString name;
     XString output;
     ClsEncode encode;
-    name.setFromAnsi(mode.c_str());
+    name.SetFromAnsi(mode.c_str());
     encode.SetMode(name);
     if (!bytes.Append(input.data(), static_cast<std::uint32_t>(input.size()))) {
         std::abort();
     }
     encode.Encode(bytes, &output, false);
-    return ToHex(BytesOf(output.getUtf8()));
+    return ToHex(BytesOf(output.GetUtf8()));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "rsa/encoding/encoding_mode.h"
+#include "rsa/encoding/cls_encode.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace {
 EncodingMode ModeOf(const char *name)
 {
     XString text;
-    text.setFromUtf8(name);
+    text.SetFromUtf8(name);
     return EncodingModeFromName(text);
 }
 
@@ -50,10 +50,10 @@ TEST(EncodingMode, NamesAreStoredWithoutSpacesInLowerCase)
     for (const auto &row : rows) {
         XString name;
         XString normalised;
-        normalised.setFromAnsi("earlier");
-        name.setFromUtf8(row[0]);
+        normalised.SetFromAnsi("earlier");
+        name.SetFromUtf8(row[0]);
         NormaliseEncodingName(name, &normalised);
-        EXPECT_STREQ(normalised.getUtf8().c_str(), row[1]) << row[0];
+        EXPECT_STREQ(normalised.GetUtf8().c_str(), row[1]) << row[0];
     }
 }
 

@@ -1,7 +1,6 @@
 #include "rsa/log/logger.h"
 
-#include "rsa/log/log_context.h"
-#include "rsa/log/log_null.h"
+#include "rsa/log/log_base.h"
 #include "support/tap.h"
 #include "support/texts.h"
 

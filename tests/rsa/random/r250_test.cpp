@@ -1,6 +1,4 @@
 #include "rsa/random/r250.h"
-#include "rsa/random/random_bytes.h"
-#include "rsa/random/zentorp_rand.h"
 #include "support/tap.h"
 #include "support/texts.h"
 
@@ -36,7 +34,7 @@ bool FirstInstanceSeedsOnce()
     const ZentorpRand first;
     const ZentorpRand second;
     DataBuffer output;
-    const bool answered = RandomBytes(8, &output) && RandomNonZeroBytes(8, &output);
+    const bool answered = SharedR250().AppendBytes(8, &output) && SharedR250().AppendNonZeroBytes(8, &output);
     const Calls expected = {"SeedRand(77)", kAcquire + std::string("f0000000)"), "GenerateRandom(1000)"};
     return answered && output.length() == 16 && tap::Calls() == expected;
 }

@@ -14,25 +14,25 @@ using namespace pavonix;
 TEST(XString, ConvertsOnDemand)
 {
     XString text;
-    EXPECT_STREQ(text.getAnsi().c_str(), "");
-    EXPECT_STREQ(text.getUtf8().c_str(), "");
-    EXPECT_EQ(text.getUtf16()[0], 0);
+    EXPECT_STREQ(text.GetAnsi().c_str(), "");
+    EXPECT_STREQ(text.GetUtf8().c_str(), "");
+    EXPECT_EQ(text.GetUtf16()[0], 0);
 
-    text.setFromUtf8("K\xC3\xA4se 5 \xE2\x82\xAC"); // "Käse 5 €"
+    text.SetFromUtf8("K\xC3\xA4se 5 \xE2\x82\xAC"); // "Käse 5 €"
     tap::Reset();
-    EXPECT_STREQ(text.getAnsi().c_str(), "K\xE4se 5 \x80");
-    EXPECT_EQ(std::u16string(text.getUtf16()), u"Käse 5 €");
+    EXPECT_STREQ(text.GetAnsi().c_str(), "K\xE4se 5 \x80");
+    EXPECT_EQ(std::u16string(text.GetUtf16()), u"Käse 5 €");
     const int conversions = tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide");
-    EXPECT_STREQ(text.getAnsi().c_str(), "K\xE4se 5 \x80");
+    EXPECT_STREQ(text.GetAnsi().c_str(), "K\xE4se 5 \x80");
     EXPECT_EQ(tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide"), conversions) << "made once";
 
-    text.appendUtf8("!");
-    EXPECT_EQ(std::u16string(text.getUtf16()), u"Käse 5 €!");
-    text.appendAnsi("\xDF");
-    EXPECT_STREQ(text.getUtf8().c_str(), "K\xC3\xA4se 5 \xE2\x82\xAC!\xC3\x9F");
-    text.setFromUtf16(u"Ω");
-    EXPECT_STREQ(text.getAnsi().c_str(), "?");
-    text.setFromUtf16(nullptr);
+    text.AppendUtf8("!");
+    EXPECT_EQ(std::u16string(text.GetUtf16()), u"Käse 5 €!");
+    text.AppendAnsi("\xDF");
+    EXPECT_STREQ(text.GetUtf8().c_str(), "K\xC3\xA4se 5 \xE2\x82\xAC!\xC3\x9F");
+    text.SetFromUtf16(u"Ω");
+    EXPECT_STREQ(text.GetAnsi().c_str(), "?");
+    text.SetFromUtf16(nullptr);
     EXPECT_TRUE(text.isEmpty());
 }
 
@@ -41,12 +41,12 @@ TEST(XString, CopiesOneRepresentationWithoutConversion)
     XString source, copy;
     source.setFromAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
     tap::Reset();
-    copy.copyFrom(source);
+    copy.CopyFrom(source);
     EXPECT_EQ(tap::CountOf("BytesToWide"), 0);
-    EXPECT_EQ(std::string(copy.getAnsi().c_str(), 3), std::string("\x81\0\xFF", 3));
-    source.setFromUtf16(u"żółw");
-    copy.copyFrom(source);
-    EXPECT_EQ(std::u16string(copy.getUtf16()), u"żółw");
+    EXPECT_EQ(std::string(copy.GetAnsi().c_str(), 3), std::string("\x81\0\xFF", 3));
+    source.SetFromUtf16(u"żółw");
+    copy.CopyFrom(source);
+    EXPECT_EQ(std::u16string(copy.GetUtf16()), u"żółw");
 }
 
 TEST(XString, TellsWhatItLost)
@@ -62,7 +62,7 @@ TEST(XString, TellsWhatItLost)
     EXPECT_TRUE(text.complete());
 
     // a conversion without memory yields the empty text and is tried again
-    text.x().setFromUtf8("\xC3\xA4");
+    text.text().SetFromUtf8("\xC3\xA4");
     tap::FailNth(1, true);
     EXPECT_STREQ(text.c_str(), "");
     tap::FailNone();

@@ -2,8 +2,7 @@
 
 #include "rsa/cipher/padding/mgf1.h"
 #include "rsa/digest/hash_table.h"
-#include "rsa/log/log_size.h"
-#include "rsa/random/random_bytes.h"
+#include "rsa/random/r250.h"
 
 namespace pavonix {
 
@@ -16,15 +15,15 @@ bool FitsModulus(std::uint32_t messageLength, std::uint32_t encodedLength, std::
 {
     if (encodedLength < 2 * digestSize + 3) {
         log.logError("Encoded message size too small given hash size in OAEP");
-        LogSize(log, "EncodedLen", encodedLength);
-        LogSize(log, "HashLen", digestSize);
+        log.logSize("EncodedLen", encodedLength);
+        log.logSize("HashLen", digestSize);
         return false;
     }
     if (messageLength > encodedLength - 2 * digestSize - 2) {
         log.logError("Message length too large for OAEP");
-        LogSize(log, "EncodedLen", encodedLength);
-        LogSize(log, "HashLen", digestSize);
-        LogSize(log, "MessageLen", messageLength);
+        log.logSize("EncodedLen", encodedLength);
+        log.logSize("HashLen", digestSize);
+        log.logSize("MessageLen", messageLength);
         return false;
     }
     return true;
@@ -68,13 +67,13 @@ bool EncodeOaep(const std::uint8_t *message, std::uint32_t messageLength, const 
     // seed masks the data block, and the masked data block the seed.
     const std::uint32_t zeros = encodedLength - messageLength - 2 * digestSize - 2;
     const bool assembled = output->EnsureCapacity(encodedLength) && output->AppendByte(0) &&
-                           RandomBytes(digestSize, output) && output->Append(labelDigest, digestSize) &&
+                           SharedR250().AppendBytes(digestSize, output) && output->Append(labelDigest, digestSize) &&
                            output->AppendFill(0, zeros) && output->AppendByte(1) &&
                            output->Append(message, messageLength);
     if (!assembled || output->length() != encodedLength) {
         log.logError("OAEP encoding output size error");
-        LogSize(log, "OutputSize", output->length());
-        LogSize(log, "ExpectedSize", encodedLength);
+        log.logSize("OutputSize", output->length());
+        log.logSize("ExpectedSize", encodedLength);
         output->Clear();
         return false;
     }

@@ -1,7 +1,6 @@
 #include "rsa/cipher/padding/eme_pkcs1.h"
 
-#include "rsa/log/log_size.h"
-#include "rsa/random/random_bytes.h"
+#include "rsa/random/r250.h"
 
 namespace pavonix {
 
@@ -9,7 +8,8 @@ namespace {
 
 bool AppendFiller(std::uint8_t blockType, std::uint32_t count, DataBuffer *output)
 {
-    return blockType == kEncryptionBlock ? RandomNonZeroBytes(count, output) : output->AppendFill(0xFF, count);
+    return blockType == kEncryptionBlock ? SharedR250().AppendNonZeroBytes(count, output)
+                                         : output->AppendFill(0xFF, count);
 }
 
 } // namespace
@@ -21,8 +21,8 @@ bool EncodePkcs1(const std::uint8_t *message, std::uint32_t messageLength, std::
     const std::uint32_t encodedLength = (static_cast<std::uint32_t>(modulusBitLength) + 7) / 8;
     if (encodedLength < kPkcs1Overhead || messageLength > encodedLength - kPkcs1Overhead) {
         log.logError("PKCS v1.5 message length too large");
-        LogSize(log, "MessageLen", messageLength);
-        LogSize(log, "ModulusLen", encodedLength);
+        log.logSize("MessageLen", messageLength);
+        log.logSize("ModulusLen", encodedLength);
         return false;
     }
     return output->EnsureCapacity(encodedLength) && output->AppendByte(0) && output->AppendByte(blockType) &&

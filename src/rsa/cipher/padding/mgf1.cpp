@@ -2,7 +2,6 @@
 
 #include "rsa/digest/hash_table.h"
 #include "rsa/digest/word_bytes.h"
-#include "rsa/log/log_size.h"
 #include "rsa/text/allocate.h"
 
 #include <algorithm>
@@ -29,7 +28,7 @@ bool Mgf1(std::int32_t callSite, std::int32_t hashId, const std::uint8_t *seed, 
     const std::unique_ptr<std::uint8_t[]> work(AllocateArray<std::uint8_t>(std::size_t{seedLength} + kCounterRoom));
     if (work == nullptr) {
         log.logError("Memory error");
-        LogSize(log, "SeedLen", seedLength);
+        log.logSize("SeedLen", seedLength);
         return false;
     }
     std::memcpy(work.get(), seed, seedLength);
