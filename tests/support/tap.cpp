@@ -104,6 +104,17 @@ std::int64_t PeakBytes()
     return TheState().peakBytes;
 }
 
+void WatchFreedBlocks(const std::vector<std::string> &secrets)
+{
+    TheState().secrets = secrets;
+    TheState().freedWithSecrets = 0;
+}
+
+int FreedWithSecrets()
+{
+    return TheState().freedWithSecrets;
+}
+
 void UsePeer(ScriptedPeer *peer)
 {
     TheState().peer = peer;
@@ -134,6 +145,7 @@ void Reset()
     state.clock.reset();
     state.random.clear();
     state.winsockVersion = 0;
+    WatchFreedBlocks({});
 }
 
 } // namespace pavonix::tap

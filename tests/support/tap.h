@@ -60,6 +60,10 @@ struct Holdings {
 };
 Holdings Held();
 std::int64_t PeakBytes(); // largest sum of the library's allocations since Reset
+// Looks for these bytes in every block that the library frees from now on, and
+// answers in how many blocks any of them stood.
+void WatchFreedBlocks(const std::vector<std::string> &secrets);
+int FreedWithSecrets();
 
 // --- A scripted peer in place of the network.
 struct ScriptedPeer {

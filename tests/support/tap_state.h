@@ -14,6 +14,8 @@ struct State {
     Holdings held;
     std::int64_t bytes = 0;
     std::int64_t peakBytes = 0;
+    std::vector<std::string> secrets;
+    int freedWithSecrets = 0;
     ScriptedPeer *peer = nullptr;
     std::optional<Clock> clock;
     std::string random;

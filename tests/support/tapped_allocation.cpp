@@ -3,10 +3,12 @@
 // here. The throwing new of the tests themselves passes through uncounted.
 #include "support/tap_state.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <new>
+#include <string_view>
 #include <unordered_map>
 
 using pavonix::tap::EnterAllocation;
@@ -26,6 +28,7 @@ void *Allocate(std::size_t size)
 {
     void *block = EnterAllocation() ? nullptr : std::malloc(size);
     if (block != nullptr) {
+        std::memset(block, 0xA5, size); // nothing of its former life
         auto &state = TheState();
         LibraryBlocks().emplace(block, size);
         ++state.held.blocks;
@@ -39,8 +42,13 @@ void Free(void *block)
 {
     const auto found = LibraryBlocks().find(block);
     if (found != LibraryBlocks().end()) {
-        --TheState().held.blocks;
-        TheState().bytes -= static_cast<std::int64_t>(found->second);
+        auto &state = TheState();
+        --state.held.blocks;
+        state.bytes -= static_cast<std::int64_t>(found->second);
+        const std::string_view bytes(static_cast<const char *>(block), found->second);
+        state.freedWithSecrets +=
+            std::any_of(state.secrets.begin(), state.secrets.end(),
+                        [&](const std::string &secret) { return bytes.find(secret) != bytes.npos; });
         LibraryBlocks().erase(found);
     }
     std::free(block);

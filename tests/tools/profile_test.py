@@ -91,15 +91,19 @@ class ProfileTest(unittest.TestCase):
             ("public in both", dict(Private_Key=PUBLIC), ["make no token", "Private key required, but not provided"]),
             ("private in both", dict(Public_Key=PRIVATE), ["cannot be registered", "this is a private key"]),
             ("no pair", dict(Public_Key=Key().public_xml()), ["they are no pair"]),
-            ("no DQ", dict(Private_Key=KEY.private_xml(without=["DQ"])), ["does not open with Public-Key"]),
+            ("no InverseQ", dict(Private_Key=KEY.private_xml(without=["InverseQ"])), ["does not open with Public"]),
         ]
         odd = Key(1023)
         odd_keys = dict(Public_Key=odd.public_xml(), Private_Key=odd.private_xml())
         table.append(("1023 bits", odd_keys, ["1023 bits, no multiple of 8"]))
+        for without in (["DP"], ["DQ"], ["DP", "DQ"]):
+            table.append((f"no {without}", dict(Private_Key=KEY.private_xml(without=without)),
+                          ["does not open with Public-Key", "\nproblem: Private-Key gives itself away"]))
         for name, changes, words in table:
             with self.subTest(name):
                 code, output = self.check(profile_text(**changes))
                 self.assertEqual((code, [word for word in words if word not in output]), (7, []), output)
+                self.assertEqual("gives itself away" in output, name.startswith("no ['"))
                 self.assertNotIn(PRIVATE[PRIVATE.index("<P>"):][:60], output)
 
     def new(self, *arguments):

@@ -3,6 +3,11 @@
 #include "rsa/cipher/zt_rsa.h"
 #include "token/token.h"
 
+#include <openssl/bn.h>
+#include <openssl/core_names.h>
+
+#include <memory>
+#include <span>
 #include <stdexcept>
 
 namespace client {
@@ -16,6 +21,31 @@ std::string WithLog(const std::string &problem, pavonix::ZtRsa &engine)
     std::string text = problem + "; the engine's log:\n" + log.c_str();
     text.erase(text.find_last_not_of("\r\n") + 1);
     return text;
+}
+
+using Number = std::unique_ptr<BIGNUM, decltype(&BN_clear_free)>;
+
+Number ToNumber(std::span<const unsigned char> bytes)
+{
+    return {BN_bin2bn(bytes.data(), static_cast<int>(bytes.size()), nullptr), BN_clear_free};
+}
+
+// Without DP a token is 1 modulo P, without DQ 1 modulo Q: whoever reads one has
+// that prime as the divisor that the token less 1 and the modulus share.
+bool GivesPrimesAway(const std::string &token, const token::PublicKey &key)
+{
+    const auto ciphertext = token::DecodeBase64(token);
+    const auto blockSize = static_cast<std::size_t>(EVP_PKEY_get_size(key.get()));
+    BIGNUM *modulus = nullptr;
+    EVP_PKEY_get_bn_param(key.get(), OSSL_PKEY_PARAM_RSA_N, &modulus);
+    const Number n(modulus, BN_clear_free);
+    if (!ciphertext || ciphertext->size() < blockSize || n == nullptr) {
+        return false;
+    }
+    const Number divisor = ToNumber(std::span(*ciphertext).first(blockSize));
+    const std::unique_ptr<BN_CTX, decltype(&BN_CTX_free)> context(BN_CTX_new(), BN_CTX_free);
+    return BN_sub_word(divisor.get(), 1) == 1 && BN_gcd(divisor.get(), divisor.get(), n.get(), context.get()) == 1 &&
+           !BN_is_one(divisor.get());
 }
 
 // Makes a token and opens it with the public key. Answers what went wrong.
@@ -33,6 +63,10 @@ std::vector<std::string> TryToken(pavonix::ZtRsa &engine, const token::PublicKey
     } else if (!token::OpenToken(token.c_str(), key)) {
         problems.push_back("a token made with Private-Key does not open with Public-Key: they are no pair, or DP, DQ "
                            "or InverseQ is missing or wrong");
+        if (GivesPrimesAway(token.c_str(), key)) {
+            problems.push_back("Private-Key gives itself away: without DP or DQ each token shows a prime to whoever "
+                               "reads it; the key must be replaced by a new pair");
+        }
     }
     return problems;
 }

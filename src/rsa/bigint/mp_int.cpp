@@ -1,6 +1,7 @@
 #include "rsa/bigint/mp_int.h"
 
 #include "rsa/encoding/content_coding.h"
+#include "rsa/text/wipe.h"
 
 #include <cstring>
 
@@ -15,6 +16,8 @@ mp_int::mp_int()
 
 mp_int::~mp_int()
 {
+    // not left to mp_clear: compiled with optimisation it may free without wiping
+    Wipe(value_.dp, static_cast<std::size_t>(value_.alloc) * sizeof *value_.dp);
     mp_clear(&value_);
 }
 

@@ -94,9 +94,8 @@ bool ClsRsa::EncryptBytes(const DataBuffer &bytes, bool usePrivateKey, XString *
     DataBuffer encrypted;
     bool success = EncryptRsa(bytes.data(), bytes.length(), settings, &encrypted, methodLog);
     if (success) {
-        ClsEncode encoder;
-        encoder.SetMode(encodingMode_);
-        encoder.Encode(encrypted, result, false);
+        SetMode(encodingMode_);
+        Encode(encrypted, result, false);
         success = result->complete(); // a token that was cut short would pass for one
     }
     if (!success) {

@@ -14,18 +14,21 @@ namespace pavonix {
 
 // Holds one key, which the imports write and encryption reads. Each operation
 // holds the component's lock from entry to return. The imports and the encryption
-// start the log anew, so that it describes the last of them.
+// start the log anew, so that it describes the last of them. The component is its
+// own encoder.
 class ClsRsa : public ClsEncode, public ClsBase, public ZentorpCritSec {
 public:
     ClsRsa();
 
-    void put_VerboseLogging(bool verbose);
     void put_OAEP(bool oaep); // true: OAEP padding, false: PKCS #1 v1.5
-    // False swaps the bytes of each 32-bit word of the ciphertext.
-    void put_LittleEndian(bool littleEndian);
     // Stored without blanks and in lower case; an unknown name means base64.
     void put_EncodingMode(const XString &name);
+
+    // Part of the component's surface; the shop never calls these.
     void get_EncodingMode(XString *name);
+    void put_VerboseLogging(bool verbose);
+    // False swaps the bytes of each 32-bit word of the ciphertext.
+    void put_LittleEndian(bool littleEndian);
     // A Windows code-page number; one without a name changes nothing.
     void put_CharsetCodePage(std::int32_t codePage);
 
@@ -44,7 +47,7 @@ private:
 
     bool verboseLogging_ = false;
     bool oaep_ = false;
-    bool reserved1_ = false; // the two reserved flags mean nothing; they keep the fields' places
+    bool reserved1_ = false; // nothing reads the two reserved flags; they belong to the component's layout
     bool littleEndian_ = true;
     bool reserved2_ = false;
     RsaKey key_;

@@ -87,6 +87,9 @@ void ZtRsa::get_LastErrorText(ZtString *text)
         impl_->GetLastErrorText(&rendered);
     }
     text->text().SetFromUtf8(rendered.c_str());
+    if (!rendered.complete()) {
+        text->text().MarkIncomplete();
+    }
 }
 
 } // namespace pavonix

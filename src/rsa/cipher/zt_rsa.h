@@ -23,13 +23,15 @@ public:
     ZtRsa(const ZtRsa &) = delete;
     ZtRsa &operator=(const ZtRsa &) = delete;
 
-    void put_Utf8(bool utf8) { utf8_ = utf8; }
-    void put_VerboseLogging(bool verbose);
     void put_OAEP(bool oaep); // true: OAEP padding, false (the default): PKCS #1 v1.5
-    // False swaps the bytes of each 32-bit word of the ciphertext; true by default.
-    void put_LittleEndian(bool littleEndian);
     // The encoding of results, "base64" by default and for unknown names.
     void put_EncodingMode(const char *name);
+
+    // Part of the component's surface; the shop leaves these as they are.
+    void put_Utf8(bool utf8) { utf8_ = utf8; }
+    void put_VerboseLogging(bool verbose);
+    // False swaps the bytes of each 32-bit word of the ciphertext; true by default.
+    void put_LittleEndian(bool littleEndian);
     // The Windows code page in which texts are encrypted, 1252 by default.
     void put_CharsetCodePage(std::int32_t codePage);
 
@@ -41,7 +43,8 @@ public:
     // Replaces `result` by the encoded ciphertext; on failure it is empty.
     bool EncryptStringENC(const char *text, bool usePrivateKey, ZtString *result);
 
-    // What the last import or encryption logged, as plain text; replaces `text`.
+    // What the last import or encryption logged, as plain text; replaces `text`, which
+    // is incomplete when lines of it found no memory.
     void get_LastErrorText(ZtString *text);
 
 private:

@@ -1,6 +1,7 @@
 #include "rsa/encoding/block_writer.h"
 #include "rsa/encoding/content_coding.h"
 #include "rsa/text/allocate.h"
+#include "rsa/text/wipe.h"
 
 #include <array>
 #include <cstring>
@@ -35,8 +36,7 @@ std::int32_t EncodedLength(std::uint32_t count)
 }
 
 // Writes the bytes of `length` characters into `bytes`, which has room for
-// length * 3 / 4 + 4 of them, and answers how many are whole. The byte at that
-// count may hold leftover bits; the one after it is 0.
+// length * 3 / 4 + 4 of them, and answers how many are whole; two zero bytes follow.
 std::uint32_t Decode(const char *text, std::uint32_t length, std::uint8_t *bytes)
 {
     std::uint32_t index = 0;
@@ -64,7 +64,7 @@ std::uint32_t Decode(const char *text, std::uint32_t length, std::uint8_t *bytes
             ++index;
         }
     }
-    bytes[index + 1] = 0;
+    bytes[index] = bytes[index + 1] = 0; // without the bits of an incomplete byte
     return index;
 }
 
@@ -122,6 +122,7 @@ void ContentCoding::DecodeBase64(const char *text, StringBuffer *bytes)
     if (decoded != nullptr) {
         const std::uint32_t count = Decode(text, static_cast<std::uint32_t>(length), decoded.get());
         bytes->AppendN(reinterpret_cast<const char *>(decoded.get()), static_cast<std::int32_t>(count));
+        Wipe(decoded.get(), count);
     }
 }
 

@@ -25,7 +25,7 @@ public:
     // Bits of an incomplete byte are dropped. False only without memory.
     [[nodiscard]] static bool DecodeBase64(const char *text, std::uint32_t length, DataBuffer *bytes);
     // The same for a zero-terminated text; appends the bytes, or nothing without
-    // memory.
+    // memory. Part of the component's surface; the shop never calls it.
     static void DecodeBase64(const char *text, StringBuffer *bytes);
 
     // Two upper-case digits a byte, no separators.

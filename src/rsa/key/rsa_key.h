@@ -12,7 +12,7 @@ constexpr std::int32_t kPrivateKey = 1;
 
 // Born as an empty public key.
 struct RsaKey {
-    std::int32_t cachedBitLength = 0; // of the modulus; 0 means: count them
+    std::int32_t cachedBitLength = 0; // of the modulus; 0, which nothing here changes, means: count them
     std::int32_t type = kPublicKey;
     mp_int e; // public exponent
     mp_int d; // private exponent, never calculated with

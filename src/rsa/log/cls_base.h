@@ -14,7 +14,7 @@ public:
     ClsBase &operator=(const ClsBase &) = delete;
 
     LogBase &log() { return log_; }
-    bool lastMethodSuccess() const { return lastMethodSuccess_; }
+    bool lastMethodSuccess() const { return lastMethodSuccess_; } // for callers other than the shop, as log() is
     // What the last public operation logged, as plain text; replaces `text`.
     void GetLastErrorText(StringBuffer *text) { log_.getLogText(text); }
 

@@ -12,7 +12,8 @@ namespace pavonix {
 // ignored, an entry that gets no memory is dropped, and every operation but
 // saveText answers true. In this base every operation does nothing.
 // A tag is trimmed, and its spaces become "_". The order of the declarations is
-// that of the virtual slots and is part of the interface.
+// that of the virtual slots and is part of the interface, of which the shop needs
+// the entries with texts and numbers, the contexts and the plain text alone.
 class LogBase {
 public:
     LogBase() = default;

@@ -1,6 +1,7 @@
 #include "rsa/text/data_buffer.h"
 
 #include "rsa/text/allocate.h"
+#include "rsa/text/wipe.h"
 
 #include <cstring>
 
@@ -24,11 +25,11 @@ DataBuffer::~DataBuffer()
 
 void DataBuffer::Free()
 {
+    Clear();
     if (!borrowed_) {
         delete[] data_;
     }
     data_ = nullptr;
-    length_ = 0;
     capacity_ = 0;
     borrowed_ = false;
 }
@@ -98,16 +99,14 @@ bool DataBuffer::EnsureCapacity(std::uint32_t capacity)
     return capacity_ >= capacity ? data_ != nullptr : Grow(capacity);
 }
 
+// Behind the length nothing was ever stored, so that there is nothing to wipe.
 void DataBuffer::Clear()
 {
     mark_.Check();
+    if (!borrowed_) {
+        Wipe(data_, length_);
+    }
     length_ = 0;
-}
-
-void DataBuffer::Shorten(std::uint32_t length)
-{
-    mark_.Check();
-    length_ = length < length_ ? length : length_;
 }
 
 void DataBuffer::TakeOver(std::uint8_t *block, std::uint32_t size)

@@ -11,6 +11,7 @@ namespace pavonix {
 // Lengths and capacities are unsigned 32-bit byte counts. An operation that
 // needs memory answers false when there is none, and the buffer is then empty:
 // a failed growth loses the content. Bytes appended must not lie in the buffer.
+// The buffer may hold a key: its own bytes are wiped when they are cleared or freed.
 class DataBuffer : public ZentorpObject {
 public:
     DataBuffer() = default;
@@ -26,11 +27,10 @@ public:
 
     // Keeps the allocation.
     void Clear();
-    // Drops the last bytes beyond `length`; a larger length changes nothing.
-    void Shorten(std::uint32_t length);
     // Adopts a block made by AllocateArray<std::uint8_t>(size).
     void TakeOver(std::uint8_t *block, std::uint32_t size);
-    // Looks at bytes that belong to someone else and are never freed here.
+    // Looks at bytes that belong to someone else, who frees and wipes them. Part of
+    // the component's surface; the shop never borrows.
     void Borrow(std::uint8_t *bytes, std::uint32_t size);
     // Hands the block to the caller, who releases it with delete[].
     [[nodiscard]] std::uint8_t *Detach();

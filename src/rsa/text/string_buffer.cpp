@@ -2,6 +2,7 @@
 
 #include "rsa/text/allocate.h"
 #include "rsa/text/decimal.h"
+#include "rsa/text/wipe.h"
 
 #include <cstring>
 
@@ -42,14 +43,27 @@ StringBuffer::StringBuffer() : capacity_(kFirstCapacity), length_(0), increment_
 StringBuffer::~StringBuffer()
 {
     mark_.Check();
-    if (data_ != sharedEmpty) {
-        delete[] data_;
-    }
+    Free();
     // volatile: the fill must really be there after destruction
     *const_cast<char *volatile *>(&data_) = reinterpret_cast<char *>(static_cast<std::uintptr_t>(0xDDDDDDDDu));
     *const_cast<volatile std::int32_t *>(&capacity_) = kFill;
     *const_cast<volatile std::int32_t *>(&length_) = kFill;
     *const_cast<volatile std::int32_t *>(&increment_) = kFill;
+}
+
+// Behind the length nothing is left of any text: CutTo sees to that.
+void StringBuffer::Free()
+{
+    if (data_ != sharedEmpty) {
+        Wipe(data_, static_cast<std::size_t>(length_));
+        delete[] data_;
+    }
+}
+
+void StringBuffer::CutTo(std::int32_t length)
+{
+    Wipe(data_ + length, static_cast<std::size_t>(length_ - length)); // the terminator is there then
+    length_ = length;
 }
 
 bool StringBuffer::Reallocate(std::int64_t newCapacity)
@@ -59,9 +73,7 @@ bool StringBuffer::Reallocate(std::int64_t newCapacity)
         return false;
     }
     std::memcpy(grown, data_, static_cast<std::size_t>(length_) + 1);
-    if (data_ != sharedEmpty) {
-        delete[] data_;
-    }
+    Free();
     data_ = grown;
     capacity_ = static_cast<std::int32_t>(newCapacity);
     return true;
@@ -135,10 +147,7 @@ void StringBuffer::Clear()
 {
     mark_.Check();
     incomplete_ = false;
-    length_ = 0;
-    if (data_ != sharedEmpty) {
-        data_[0] = 0;
-    }
+    CutTo(0);
 }
 
 const char *StringBuffer::c_str() const
@@ -187,10 +196,7 @@ void StringBuffer::RemoveChar(char character)
             data_[kept++] = data_[i];
         }
     }
-    if (kept != length_) {
-        length_ = kept;
-        data_[kept] = 0;
-    }
+    CutTo(kept);
 }
 
 void StringBuffer::ReplaceChar(char from, char to)
@@ -214,11 +220,10 @@ void StringBuffer::Trim()
     while (end > first && IsBlank(data_[end - 1])) {
         --end;
     }
-    if (end - first != length_) {
+    if (first > 0) {
         std::memmove(data_, data_ + first, static_cast<std::size_t>(end - first));
-        length_ = end - first;
-        data_[length_] = 0;
     }
+    CutTo(end - first);
 }
 
 void StringBuffer::ToLower()

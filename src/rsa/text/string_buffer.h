@@ -11,6 +11,7 @@ namespace pavonix {
 // Lengths and capacities are signed 32-bit byte counts. When there is no memory
 // for an append, the append is dropped, the old content stays, and complete()
 // turns false until the next Clear. Arguments may point into the buffer itself.
+// The text may be a key: characters are wiped when they are dropped or freed.
 class StringBuffer : public ZentorpObject {
 public:
     StringBuffer();
@@ -23,8 +24,6 @@ public:
 
     // Makes room for `count` more characters without changing the increment.
     void Reserve(std::int32_t count);
-    // Gives back what exceeds the length by more than the terminator and slack.
-    void Shrink();
     void Clear();
 
     const char *c_str() const;
@@ -35,16 +34,22 @@ public:
     bool complete() const { return mark_.Check(), !incomplete_; }
 
     bool BeginsWith(const char *prefix) const;
-    bool EndsWith(const char *suffix) const;
     bool Contains(const char *text) const;
-    bool ContainsChar(char character) const;
     void RemoveChar(char character);
     void ReplaceChar(char from, char to);
     void Trim();    // spaces, tabs, line feeds and carriage returns at both ends
     void ToLower(); // ASCII letters
 
+    // Part of the component's surface; the shop never calls these.
+    bool EndsWith(const char *suffix) const;
+    bool ContainsChar(char character) const;
+    // Gives back what exceeds the length by more than the terminator and slack.
+    void Shrink();
+
 private:
     bool Reallocate(std::int64_t newCapacity);
+    void Free();
+    void CutTo(std::int32_t length);
     void AppendGrowing(const char *bytes, std::int32_t count, std::int32_t terminatorRoom);
 
     IntegrityMark<0xAA> mark_;

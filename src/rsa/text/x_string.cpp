@@ -1,7 +1,8 @@
 #include "rsa/text/x_string.h"
 
-#include "platform/code_pages.h"
+#include "platform/ascii_text.h"
 #include "rsa/text/allocate.h"
+#include "rsa/text/wipe.h"
 
 #include <cstring>
 #include <memory>
@@ -57,12 +58,6 @@ void XString::SetFromAnsi(const char *text)
 {
     Clear();
     AppendAnsi(text);
-}
-
-void XString::setFromAnsiN(const char *bytes, std::int32_t count)
-{
-    Clear();
-    AppendAnsiN(bytes, count);
 }
 
 void XString::SetFromUtf8(const char *text)
@@ -159,27 +154,34 @@ bool XString::MakeWide() const
     return utf16Valid_;
 }
 
+// Nothing is appended without memory.
+void XString::ConvertTo(std::uint32_t codePage, StringBuffer *narrow) const
+{
+    const WideChar *wide = GetUtf16();
+    const int units = LengthUtf16();
+    const int count = platform::WideToBytes(codePage, wide, units, nullptr, 0, nullptr);
+    const auto room = static_cast<std::size_t>(count > 0 ? count : 0);
+    const std::unique_ptr<char[]> bytes(AllocateArray<char>(room));
+    if (bytes != nullptr && platform::WideToBytes(codePage, wide, units, bytes.get(), count, nullptr) == count) {
+        narrow->AppendN(bytes.get(), count);
+    }
+    Wipe(bytes.get(), bytes != nullptr ? room : 0);
+}
+
 void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePage) const
 {
     if (*valid) {
         return;
     }
     narrow->Clear();
-    if (!MakeWide()) {
-        return;
+    const StringBuffer &source = ansiValid_ ? ansi_ : utf8_;
+    if ((ansiValid_ || utf8Valid_) && platform::IsAscii(codePage, source.c_str(), source.length())) {
+        narrow->AppendN(source.c_str(), source.length()); // ASCII is the same in either form
+        *valid = narrow->complete();
+    } else if (MakeWide()) {
+        ConvertTo(codePage, narrow);
+        *valid = narrow->complete() && (narrow->length() > 0 || LengthUtf16() == 0);
     }
-    const WideChar *wide = GetUtf16();
-    const int units = LengthUtf16();
-    const int count = platform::WideToBytes(codePage, wide, units, nullptr, 0, nullptr);
-    const std::unique_ptr<char[]> bytes(AllocateArray<char>(static_cast<std::size_t>(count > 0 ? count : 1)));
-    if (bytes == nullptr || (count <= 0 && units > 0)) {
-        return;
-    }
-    if (platform::WideToBytes(codePage, wide, units, bytes.get(), count, nullptr) != count) {
-        return;
-    }
-    narrow->AppendN(bytes.get(), count);
-    *valid = narrow->complete();
     if (!*valid) {
         narrow->Clear();
     }

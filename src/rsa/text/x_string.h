@@ -20,7 +20,6 @@ public:
 
     // A null or empty text clears the string.
     void SetFromAnsi(const char *text);
-    void setFromAnsiN(const char *bytes, std::int32_t count);
     void SetFromUtf8(const char *text);
     void SetFromUtf16(const WideChar *text);
     void AppendUtf8(const char *text);
@@ -46,6 +45,7 @@ private:
     void AppendTo(StringBuffer *narrow, const char *bytes, std::int32_t count);
     void KeepOnly(const bool *valid);
     void MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePage) const;
+    void ConvertTo(std::uint32_t codePage, StringBuffer *narrow) const;
     bool MakeWide() const;
 
     std::uint32_t lost_ = 0; // 1 when text was lost

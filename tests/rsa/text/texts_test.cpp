@@ -39,7 +39,7 @@ TEST(XString, ConvertsOnDemand)
 TEST(XString, CopiesOneRepresentationWithoutConversion)
 {
     XString source, copy;
-    source.setFromAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
+    source.AppendAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
     tap::Reset();
     copy.CopyFrom(source);
     EXPECT_EQ(tap::CountOf("BytesToWide"), 0);
