@@ -21,7 +21,7 @@ namespace pavonix::e2e {
 
 void PrintTo(const Scenario &row, std::ostream *output)
 {
-    *output << row.name;
+    *output << row.name.text << " at " << row.name.place.file_name() << ":" << row.name.place.line();
 }
 
 namespace {
@@ -166,7 +166,7 @@ std::vector<Scenario> Purchases()
 
 std::string RowName(const testing::TestParamInfo<Scenario> &row)
 {
-    return row.param.name;
+    return row.param.name.text;
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, CutDownloads, testing::ValuesIn(Downloads()), RowName);

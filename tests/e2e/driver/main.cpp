@@ -19,7 +19,12 @@ namespace {
 class ScenarioTest : public testing::Test {
 public:
     explicit ScenarioTest(const Scenario &row) : row_(row) {}
-    void TestBody() override { RunScenario(row_); }
+    void TestBody() override
+    {
+        const std::source_location &place = row_.name.place;
+        const testing::ScopedTrace trace(place.file_name(), static_cast<int>(place.line()), "the row");
+        RunScenario(row_);
+    }
 
 private:
     Scenario row_;
@@ -72,7 +77,9 @@ int main(int count, char **arguments)
         return 2;
     }
     for (const Scenario &row : AllRows()) {
-        testing::RegisterTest("Scenario", row.name, nullptr, nullptr, __FILE__, __LINE__,
+        const RowName &name = row.name;
+        testing::RegisterTest("Scenario", name.text, nullptr, nullptr, name.place.file_name(),
+                              static_cast<int>(name.place.line()),
                               [row]() -> testing::Test * { return new ScenarioTest(row); });
     }
     return RunSuite(command);

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <optional>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -50,8 +51,16 @@ inline constexpr char kListRequest[] = "GET /goods?type=1&category=2&sort=3&star
                                        "User-ID: 42\r\n"
                                        "\r\n";
 
+// A row's name, and where in the table it is given: a failing row names that line.
+struct RowName {
+    RowName(const char *given, std::source_location at = std::source_location::current()) : text(given), place(at) {}
+
+    const char *text;
+    std::source_location place;
+};
+
 struct Scenario {
-    const char *name;
+    RowName name;
 
     // Before the call.
     bool freshLibrary = false;                      // unloads the library and loads it again

@@ -7,7 +7,7 @@ namespace pavonix::e2e {
 
 namespace {
 
-Scenario Row(const char *name, const std::vector<std::string> &pieces, const std::string &stored,
+Scenario Row(const RowName &name, const std::vector<std::string> &pieces, const std::string &stored,
              Ending ending = Ending::kWaits)
 {
     return {.name = name, .pieces = pieces, .ending = ending, .after = {{"list.xml", stored}}};

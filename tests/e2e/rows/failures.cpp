@@ -7,7 +7,7 @@ namespace {
 
 const Tree kOld = {{"list.xml", "old"}};
 
-Scenario Unanswered(const char *name, Server server, Ending ending, std::optional<std::string> request)
+Scenario Unanswered(const RowName &name, Server server, Ending ending, std::optional<std::string> request)
 {
     return {.name = name,
             .before = kOld,
@@ -18,7 +18,7 @@ Scenario Unanswered(const char *name, Server server, Ending ending, std::optiona
             .after = kOld};
 }
 
-Scenario NothingSent(const char *name, const std::u16string &url)
+Scenario NothingSent(const RowName &name, const std::u16string &url)
 {
     return {.name = name, .before = kOld, .url = url, .request = std::nullopt, .result = 0, .after = kOld};
 }

@@ -18,7 +18,7 @@ std::string RequestAs(const std::string &agent, const std::string &serial, const
            agent + "\r\nConnection: Keep-Alive\r\nUser-Serial: " + serial + "\r\nUser-ID: " + id + "\r\n\r\n";
 }
 
-Scenario Row(const char *name, std::optional<std::string> profile, const std::string &request)
+Scenario Row(const RowName &name, std::optional<std::string> profile, const std::string &request)
 {
     return {.name = name,
             .profile = std::move(profile),

@@ -28,7 +28,7 @@ std::string ProfileWith(const std::string &publicKey, const std::string &private
     return kIdentity + ("Public-Key: " + publicKey) + "\nPrivate-Key: " + privateKey + "\n";
 }
 
-Scenario Purchase(const char *name, const std::string &reply)
+Scenario Purchase(const RowName &name, const std::string &reply)
 {
     return {.name = name,
             .function = Export::kBuy,
@@ -40,7 +40,7 @@ Scenario Purchase(const char *name, const std::string &reply)
 }
 
 // A purchase that is signed with `key` and answered with `reply`.
-Scenario Signed(const char *name, const DeviceKey &key, const std::string &reply, int result, const Record &record)
+Scenario Signed(const RowName &name, const DeviceKey &key, const std::string &reply, int result, const Record &record)
 {
     Scenario row = Purchase(name, reply);
     row.profile = ProfileWith(key.PublicXml(), key.PrivateXml());
@@ -51,7 +51,7 @@ Scenario Signed(const char *name, const DeviceKey &key, const std::string &reply
 }
 
 // An accepted purchase with these keys, by a library that has seen no others.
-Scenario Keys(const char *name, const std::string &publicKey, const std::string &privateKey, const DeviceKey *signer)
+Scenario Keys(const RowName &name, const std::string &publicKey, const std::string &privateKey, const DeviceKey *signer)
 {
     Scenario row = Purchase(name, kOk);
     row.freshLibrary = true;
@@ -60,7 +60,7 @@ Scenario Keys(const char *name, const std::string &publicKey, const std::string 
     return row;
 }
 
-Scenario NotSent(const char *name, const std::u16string &url, Server server)
+Scenario NotSent(const RowName &name, const std::u16string &url, Server server)
 {
     Scenario row = Purchase(name, "");
     row.url = url;

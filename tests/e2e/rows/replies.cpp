@@ -9,19 +9,19 @@ namespace {
 const Tree kOld = {{"list.xml", "old"}};
 
 // A reply without a body to store: the old file stays.
-Scenario Status(const char *name, const std::string &reply, int result)
+Scenario Status(const RowName &name, const std::string &reply, int result)
 {
     return {
         .name = name, .before = kOld, .pieces = {reply}, .ending = Ending::kCloses, .result = result, .after = kOld};
 }
 
 // Status 200; `stored` is the new file.
-Scenario Stored(const char *name, const std::string &reply, const std::string &stored)
+Scenario Stored(const RowName &name, const std::string &reply, const std::string &stored)
 {
     return {.name = name, .before = kOld, .pieces = {reply}, .after = {{"list.xml", stored}}};
 }
 
-Scenario StoredToTheEnd(const char *name, const std::string &reply, const std::string &stored)
+Scenario StoredToTheEnd(const RowName &name, const std::string &reply, const std::string &stored)
 {
     Scenario row = Stored(name, reply, stored);
     row.ending = Ending::kCloses;

@@ -16,7 +16,7 @@ std::string RequestOf(const std::string &target, const std::string &host)
     return "GET " + target + " HTTP/1.1\r\nHost: " + host + usual.substr(usual.find("\r\nAccept"));
 }
 
-Scenario Address(const char *name, const std::u16string &url, const std::string &path, const std::string &host)
+Scenario Address(const RowName &name, const std::u16string &url, const std::string &path, const std::string &host)
 {
     return {.name = name,
             .url = url,
@@ -25,7 +25,7 @@ Scenario Address(const char *name, const std::u16string &url, const std::string 
             .after = kStored};
 }
 
-Scenario NotSent(const char *name, const std::u16string &url)
+Scenario NotSent(const RowName &name, const std::u16string &url)
 {
     return {.name = name, .before = kStored, .url = url, .request = std::nullopt, .result = 0, .after = kStored};
 }
@@ -56,8 +56,9 @@ std::vector<Scenario> RequestRows()
         Address("host_by_name", u"http://localhost/goods", "/goods", "localhost"),
         Address("path_of_one_slash", u"http://127.0.0.1/", "/", "127.0.0.1"),
         Address("path_with_double_slashes", u"http://127.0.0.1//shop//goods", "//shop//goods", "127.0.0.1"),
-        Address("address_beyond_ascii_in_the_code_page_and_outside", u"http://127.0.0.1/k\u00e4se/\u20ac/\u732b\u0105\uff21\u03a9\U0001f600",
-                "/k\xe4se/\x80/?????", "127.0.0.1"),
+        Address("address_beyond_ascii_in_the_code_page_and_outside",
+                u"http://127.0.0.1/k\u00e4se/\u20ac/\u732b\u0105\uff21\u03a9\U0001f600", "/k\xe4se/\x80/?????",
+                "127.0.0.1"),
         Address("longest_address_that_fits", longest, "/" + std::string(199, 'p'), "127.0.0.1"),
         NotSent("address_one_byte_too_long_with_its_query", longest + u"p"),
         NotSent("address_too_long_by_far", u"http://127.0.0.1/" + std::u16string(5000, u'\u732b')),

@@ -7,7 +7,7 @@ namespace {
 
 const std::string kReply = Announce(6, "<xml/>");
 
-Scenario Download(const char *name, const Tree &before, const std::u16string &target, const Tree &after)
+Scenario Download(const RowName &name, const Tree &before, const std::u16string &target, const Tree &after)
 {
     return {.name = name, .before = before, .target = target, .pieces = {kReply}, .after = after};
 }
@@ -18,7 +18,7 @@ Scenario WithoutForce(Scenario row)
     return row;
 }
 
-Scenario Kept(const char *name, const std::u16string &target)
+Scenario Kept(const RowName &name, const std::u16string &target)
 {
     const Tree files = {{"a.xml/", ""}, {"b.xml/", ""}, {"c.xml/", ""}, {"list.xml", "old"}, {"list.xsl", "other"}};
     return {.name = name,

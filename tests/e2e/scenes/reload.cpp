@@ -15,12 +15,12 @@ namespace {
 Scenario RowNamed(const std::string &name)
 {
     for (const Scenario &row : AllRows()) {
-        if (name == row.name) {
+        if (name == row.name.text) {
             return row;
         }
     }
     ADD_FAILURE() << "no row named " << name;
-    return {};
+    return {.name = ""};
 }
 
 // A checked build of the caller reports at its end what any of the loads has lost.
