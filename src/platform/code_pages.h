@@ -14,9 +14,9 @@ extern "C" {
 
 // WideCharToMultiByte. Converts `length` units into at most `room` bytes, adds
 // no terminator, and returns the bytes written; with `room` 0 the bytes needed.
-// 0 for an empty text, an unknown code page or too little room. Characters that
-// the code page lacks become '?' (no look-alikes), and *lossy is set true;
-// `lossy` may be null and is false after a clean conversion.
+// 0 for an empty text, a code page that the port does not have, or too little
+// room. Characters that the code page lacks become '?' (no look-alikes), and
+// *lossy is set true; `lossy` may be null and is false after a clean conversion.
 int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy);
 
 // MultiByteToWideChar with precomposed characters; the same conventions. Bytes

@@ -153,7 +153,12 @@ const Conversion kConversions[] = {
     {1252, W("caf\x00E9 \x20AC"), "caf\xE9 \x80", false},
     {1252, W("\x0100\x221E\x2212z?"), "???z?", true}, // no look-alikes: A, 8 and -
     {1252, W("\xD83D\xDE00!"), "?!", true},
-    {932, W("\x3042z"), "\x82\xA0z", false},
+    {936, W("\x3042z"), "\xA4\xA2z", false},
+    {1252,
+     W("a\xDB40\xDC41"
+       "b"),
+     "a?b", true}, // a tag character
+    {1252, kLoneHalf, "?x", true},
     {kUtf8CodePage, W("\x00E9\x20AC\xD83D\xDE00"), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", false},
     {kUtf8CodePage, kLoneHalf, "?x", true},
 };

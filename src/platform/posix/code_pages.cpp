@@ -34,12 +34,22 @@ private:
     iconv_t handle_;
 };
 
-// The iconv names of Windows code pages.
+// iconv's tables for these are not those of Windows: a yen sign becomes a backslash,
+// letters come apart, characters are missing.
+bool DiffersFromWindows(std::uint32_t codePage)
+{
+    return codePage == 932 || codePage == 950 || codePage == 1255 || codePage == 1258;
+}
+
+// The iconv names of Windows code pages; one that iconv does not know for a page that
+// this port does not have.
 class CodePageName {
 public:
     explicit CodePageName(std::uint32_t codePage)
     {
-        if (codePage == kUtf8CodePage) {
+        if (DiffersFromWindows(codePage)) {
+            std::snprintf(name_, sizeof name_, "none");
+        } else if (codePage == kUtf8CodePage) {
             std::snprintf(name_, sizeof name_, "UTF-8");
         } else if (codePage == 20127) {
             std::snprintf(name_, sizeof name_, "US-ASCII");
@@ -107,8 +117,9 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
         char encoded[16];
         char *end = encoded;
         std::size_t left = sizeof encoded;
-        if (converter.Convert(reinterpret_cast<const char *>(text + i), static_cast<std::size_t>(units) * 2, &end,
-                              &left) == 0) {
+        const int error = converter.Convert(reinterpret_cast<const char *>(text + i),
+                                            static_cast<std::size_t>(units) * 2, &end, &left);
+        if (error == 0 && end != encoded) { // iconv drops some characters without an error
             sink.Put(encoded, sizeof encoded - left);
         } else if (IsUndefinedByte(codePage, text[i])) {
             const char byte = static_cast<char>(text[i]);
