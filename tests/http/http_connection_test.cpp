@@ -19,10 +19,11 @@ std::string Text(const ZtString &text)
 TEST(Connection, ComposesTheRequestInItsOrder)
 {
     HttpConnection connection;
-    EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)),
-              "GET  HTTP/1.1\r\nHost: host\r\nAccept: */*\r\n"
-              "User-Agent: Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
-              ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)\r\nConnection: Keep-Alive\r\n\r\n");
+    const std::string bare =
+        "GET  HTTP/1.1\r\nHost: host\r\nAccept: */*\r\n"
+        "User-Agent: Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
+        ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)\r\nConnection: Keep-Alive\r\n\r\n";
+    EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)), bare);
 
     connection.SetUserAgent(ZtString("U"));
     connection.AddHeader("A", "1");
@@ -40,6 +41,9 @@ TEST(Connection, ComposesTheRequestInItsOrder)
         "POST /x HTTP/1.1\r\nHost: host:8080\r\nAccept: */*\r\nUser-Agent: U\r\nConnection: Keep-Alive\r\n"
         "Content-Type: application/x-www-form-urlencoded\r\nA: 1\r\nB:  2 \r\nA: 1\r\n"
         "Range: bytes=100-199\r\n\r\ntype=1&id=a+b%26c\r\n");
+
+    connection.Reset();
+    EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)), bare) << "as if new";
 }
 
 TEST(Connection, SplitsHeadAndBody)
@@ -72,9 +76,23 @@ TEST(Connection, CopiesTheFirstReceptionAtMost)
     EXPECT_EQ(reply.length(), 1024u + 2u);
 }
 
+// Nothing of a full area is a terminator, so one must stand behind it.
+TEST(Connection, HoldsAFullReceptionWithoutAZero)
+{
+    tap::ScriptedPeer peer{{std::string(2000, 'x')}, {}, 0};
+    tap::UsePeer(&peer);
+    HttpConnection connection;
+    ZtByteData reply;
+    EXPECT_EQ(connection.Get("http://host/x", &reply, 80), 1);
+    EXPECT_EQ(connection.GetHeadLength(), 2u) << "there is no blank line";
+    EXPECT_EQ(std::string(connection.GetHeadBuffer()), std::string(1024, 'x'));
+    EXPECT_EQ(std::string(connection.GetBodyPrefix()), std::string(1022, 'x'));
+    EXPECT_EQ(reply.length(), 1024u + 2u);
+}
+
 TEST(Connection, KeepsTheSocketForASecondRequest)
 {
-    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nX: 1\r\n\r\n", "HTTP/1.1 404 No\r\nX: 2\r\n\r\n"}, {}, 0};
+    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nX: 1\r\n\r\n", "HTTP/1.1 404 No\r\nX: 2\r\n\r\nbody"}, {}, 0};
     tap::UsePeer(&peer);
     HttpConnection connection;
     ZtByteData reply;
@@ -91,6 +109,8 @@ TEST(Connection, KeepsTheSocketForASecondRequest)
     EXPECT_EQ(connection.socket(), socket) << "stays open, but is no longer marked connected";
     EXPECT_EQ(connection.GetHeadLength(), 0u);
     EXPECT_EQ(Text(connection.GetHead()), "");
+    EXPECT_STREQ(connection.GetHeadBuffer(), "");
+    EXPECT_STREQ(connection.GetBodyPrefix(), "");
     char byte;
     EXPECT_EQ(connection.Receive(&byte, 1), 0);
 }

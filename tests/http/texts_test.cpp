@@ -1,9 +1,11 @@
 #include "http/find_text.h"
 #include "http/reply_text.h"
 #include "http/url.h"
+#include "support/tap.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 using namespace pavonix;
@@ -34,6 +36,32 @@ TEST(UrlEncode, EscapesAllButLettersDigitsAndBlanks)
     EXPECT_EQ(encode("\xC4"), "%C4");
     EXPECT_EQ(encode("-_.~@[`{/:\x7F\xFF\n"), "%2D%5F%2E%7E%40%5B%60%7B%2F%3A%7F%FF%0A");
     EXPECT_EQ(encode("09azAZ"), "09azAZ");
+}
+
+TEST(HeaderValue, ReachesFromTheColonToTheLineEnd)
+{
+    struct Row {
+        const char *head, *expected; // of the header "Name", null when it is absent
+    };
+    for (const Row &row : {Row{"Name: value\r\n", " value"},
+                           {"Name:value\r\nName: later\r\n", "value"},
+                           {"Name:\r\n", ""},
+                           {"Name  :  a: b \r\n", "  a: b "},
+                           {"Name: a\rb\nc\r\n", " a\rb\nc"},
+                           {"My-Name: inside\r\nName: own\r\n", " inside"},
+                           {"Via: Name\r\nName: own\r\n", nullptr}, // the first place decides
+                           {"name: value\r\n", nullptr},
+                           {"Name value\r\n", nullptr},
+                           {"Name\r\nOther: value\r\n", nullptr},
+                           {"Name: value", nullptr},
+                           {"Name: value\n", nullptr},
+                           {"", nullptr}}) {
+        const std::unique_ptr<char[]> value(GetHeaderValue(row.head, "Name"));
+        EXPECT_EQ(value != nullptr, row.expected != nullptr) << row.head;
+        EXPECT_TRUE(value == nullptr || std::string(value.get()) == row.expected) << row.head << value.get();
+    }
+    tap::FailNth(1, false);
+    EXPECT_EQ(std::unique_ptr<char[]>(GetHeaderValue("Name: value\r\n", "Name")), nullptr) << "no memory";
 }
 
 TEST(CopyResponsePrefix, KeepsDoubleByteCharactersTogether)

@@ -30,7 +30,7 @@ void Check(bool holds, int line, const char *condition)
 {
     if (!holds) {
         std::printf("line %d: %s does not hold\n", line, condition);
-        faults++;
+        ++faults;
     }
 }
 
@@ -71,7 +71,7 @@ Found Search(const WideChar *path, int *count = nullptr)
     const Found first = (record.attributes & kAttributeDirectory) != 0 ? kFolder : kFile;
     int entries = 1;
     while (FindNext(search, &record)) {
-        entries++;
+        ++entries;
     }
     EndFind(search);
     if (count != nullptr) {

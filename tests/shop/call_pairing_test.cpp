@@ -121,6 +121,22 @@ TEST_F(Pairing, StepsOfADownloadInTheirOrder)
         << "a piece is written whole, beyond the announced length too";
 }
 
+// What a send or a write does not take is lost, and not offered again.
+TEST_F(Pairing, PartsAreNotSentOrWrittenTwice)
+{
+    const std::string head = "HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n";
+    tap::ScriptedPeer peer{{head + std::string(983, 'a'), std::string(1024, 'b'), std::string(993, 'c')}, {}, 0};
+    peer.takes = 10;
+    tap::UsePeer(&peer);
+    tap::LimitWrites(100);
+    EXPECT_EQ(Download("f"), 200);
+    EXPECT_EQ(peer.received, "GET /good?");
+    EXPECT_EQ(tap::CountOf("SendSocket"), 1);
+    EXPECT_EQ(box.Read("f"), std::string(100, 'a'));
+    EXPECT_EQ(tap::CountOf("WriteStream"), 1) << "a file that took less is not written to any more";
+    EXPECT_EQ(tap::CountOf("ReceiveSocket"), 3) << "the body is read to its end";
+}
+
 TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
 {
     const GoodListRequest list = {};

@@ -1,3 +1,4 @@
+#include "store/body_writer.h"
 #include "store/target_path.h"
 #include "support/sandbox.h"
 #include "support/tap.h"
@@ -51,6 +52,12 @@ TEST_F(Store, ProbesWhatLiesAtAPath)
         EXPECT_EQ(ProbePath(box.Path(row.path).c_str()), row.expected) << row.path;
     }
     EXPECT_EQ(ProbePath(u"\\"), PathKind::kFolder) << "the root is a folder";
+    EXPECT_EQ(ProbePath(u"\\de?"), PathKind::kFolder) << "a pattern in the root";
+    EXPECT_EQ(ProbePath(box.Path("*" + std::string(300, 'x')).c_str()), PathKind::kNothing) << "no name is so long";
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(box.root());
+    EXPECT_EQ(ProbePath(u"f.x*"), PathKind::kFile) << "a pattern without a folder";
+    std::filesystem::current_path(before);
     EXPECT_EQ(ProbePath(u""), PathKind::kNothing);
     EXPECT_EQ(ProbePath(nullptr), PathKind::kNothing);
     EXPECT_EQ(ProbePath(std::u16string(5000, u'x').c_str()), PathKind::kNothing);
@@ -72,18 +79,21 @@ TEST_F(Store, DeletesFilesAndLeavesFolders)
     EXPECT_EQ(ProbePath(box.Path("folder").c_str()), PathKind::kFolder);
 }
 
-TEST_F(Store, DeletesByTheFirst260Characters)
+TEST_F(Store, TakesPathsOf260CharactersForTheLongest)
 {
-    std::u16string path = box.Path("");
-    path += std::u16string(path.back() == u'\\' ? u"" : u"\\") + std::u16string(200, u'd') + u"\\";
-    std::filesystem::create_directory(box.root() / std::string(200, 'd'));
-    const std::string name(260 - path.size(), 'n');
-    const std::string cut = std::string(200, 'd') + "/" + name;
-    box.Write(cut, "x");
-    path += std::u16string(name.begin(), name.end());
-    ASSERT_EQ(path.size(), 260u);
-    EXPECT_TRUE(DeleteTargetFile((path + std::u16string(40, u'm')).c_str()));
-    EXPECT_FALSE(box.Read(cut).has_value());
+    const std::string folder(200, 'd');
+    const auto ofLength = [&](std::size_t length) {
+        return folder + "/" + std::string(length - box.Path(folder + "/").size(), 'n');
+    };
+    box.Write(ofLength(260), "x");
+    EXPECT_TRUE(DeleteTargetFile(box.Path(ofLength(260 + 40)).c_str()));
+    EXPECT_FALSE(box.Read(ofLength(260)).has_value()) << "by the first 260 characters";
+
+    for (const std::size_t length : {259u, 260u}) {
+        BodyWriter writer;
+        writer.Open(box.Path(ofLength(length)).c_str());
+        EXPECT_EQ(writer.usable(), length == 259) << "a device keeps a byte for the terminator";
+    }
 }
 
 TEST_F(Store, PreparesTheLastFolderOnly)

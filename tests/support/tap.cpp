@@ -135,6 +135,11 @@ void GrantWinsockVersion(std::uint16_t version)
     TheState().winsockVersion = version;
 }
 
+void LimitWrites(std::uint32_t bytes)
+{
+    TheState().writeLimit = bytes;
+}
+
 void Reset()
 {
     FailNone();
@@ -145,6 +150,7 @@ void Reset()
     state.clock.reset();
     state.random.clear();
     state.winsockVersion = 0;
+    state.writeLimit = UINT32_MAX;
     WatchFreedBlocks({});
 }
 

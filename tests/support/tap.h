@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -70,6 +71,7 @@ struct ScriptedPeer {
     std::vector<std::string> replies; // one for each receive; after them the peer has closed
     std::string received;             // what the library sent
     std::size_t next = 0;
+    int takes = INT_MAX; // bytes of each send, at most
 };
 // Sockets answer from the script while `peer` is not null.
 void UsePeer(ScriptedPeer *peer);
@@ -85,6 +87,7 @@ void UseRandom(const std::string &bytes); // what GenerateRandom gives; empty fo
 // the seed (tests/data/make_r250.py has it too).
 
 // --- Values that a call reports.
+void LimitWrites(std::uint32_t bytes);           // the most that a write of a stream takes
 void GrantWinsockVersion(std::uint16_t version); // 0 for the real one
 
 // Forgets records, faults and scripts, as it also happens before each test.

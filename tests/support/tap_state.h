@@ -21,6 +21,7 @@ struct State {
     std::string random;
     std::uint32_t rand = 0;
     std::uint16_t winsockVersion = 0;
+    std::uint32_t writeLimit = UINT32_MAX;
 };
 State &TheState();
 

@@ -2,6 +2,8 @@
 #include "platform/files.h"
 #include "support/tap_state.h"
 
+#include <algorithm>
+
 using namespace pavonix;
 using pavonix::tap::Enter;
 using pavonix::tap::TheState;
@@ -67,7 +69,9 @@ std::uint32_t __wrap_ReadStream(platform::Stream *stream, void *bytes, std::uint
 
 std::uint32_t __wrap_WriteStream(platform::Stream *stream, const void *bytes, std::uint32_t length)
 {
-    return Enter("WriteStream", std::to_string(length)) ? 0 : __real_WriteStream(stream, bytes, length);
+    return Enter("WriteStream", std::to_string(length))
+               ? 0
+               : __real_WriteStream(stream, bytes, std::min(length, TheState().writeLimit));
 }
 
 bool __wrap_CloseStream(platform::Stream *stream)

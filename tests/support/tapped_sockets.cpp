@@ -80,8 +80,9 @@ int __wrap_SendSocket(platform::Socket socket, const char *bytes, int length)
     if (TheState().peer == nullptr) {
         return __real_SendSocket(socket, bytes, length);
     }
-    TheState().peer->received.append(bytes, static_cast<std::size_t>(length));
-    return length;
+    const int taken = std::min(length, TheState().peer->takes);
+    TheState().peer->received.append(bytes, static_cast<std::size_t>(taken));
+    return taken;
 }
 
 int __wrap_ReceiveSocket(platform::Socket socket, char *bytes, int length)

@@ -24,7 +24,7 @@ int LengthWithoutSeparators(const wchar_t *path)
 {
     int length = WideLength(path);
     while (length > 0 && path[length - 1] == L'\\') {
-        length--;
+        --length;
     }
     return length;
 }
@@ -38,7 +38,7 @@ HANDLE Search(const wchar_t *path, int barePathLength, WIN32_FIND_DATAW *found)
         return search;
     }
     wchar_t barePath[MAX_PATH];
-    for (int i = 0; i < barePathLength; i++) {
+    for (int i = 0; i < barePathLength; ++i) {
         barePath[i] = path[i];
     }
     barePath[barePathLength] = 0;

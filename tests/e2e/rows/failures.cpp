@@ -42,6 +42,7 @@ std::vector<Scenario> FailureRows()
         NothingSent("double_slash_behind_an_address_without_scheme", u"127.0.0.1/a//b"),
         NothingSent("slashes_without_scheme", u"//127.0.0.1/goods"),
         NothingSent("secure_scheme", u"https://127.0.0.1/goods"),
+        NothingSent("scheme_with_a_wrong_first_letter", u"xttp://127.0.0.1/goods"),
         // bit 5 makes these the characters of "http://"
         NothingSent("a_control_character_for_the_colon", u"http\x1a//127.0.0.1/goods"),
         NothingSent("control_characters_for_the_slashes", u"http:\x0f\x0f"

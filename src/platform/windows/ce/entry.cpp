@@ -24,14 +24,14 @@ int _DllMainCRTStartup(void *, std::uint32_t reason, void *)
     if (reason == kProcessAttach) {
         std::uint32_t count = 0;
         while (__CTOR_LIST__[count + 1] != nullptr) {
-            count++;
+            ++count;
         }
         // the list stands in reverse, so that destruction can walk its twin forward
-        for (; count > 0; count--) {
+        for (; count > 0; --count) {
             __CTOR_LIST__[count]();
         }
     } else if (reason == kProcessDetach) {
-        for (const Routine *destroy = __DTOR_LIST__ + 1; *destroy != nullptr; destroy++) {
+        for (const Routine *destroy = __DTOR_LIST__ + 1; *destroy != nullptr; ++destroy) {
             (*destroy)();
         }
     }

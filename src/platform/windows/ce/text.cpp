@@ -7,7 +7,7 @@ std::size_t strcspn(const char *text, const char *stops)
 {
     std::size_t length = 0;
     while (text[length] != 0 && std::strchr(stops, text[length]) == nullptr) {
-        length++;
+        ++length;
     }
     return length;
 }
