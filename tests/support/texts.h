@@ -26,6 +26,16 @@ inline std::string BytesOf(const StringBuffer &text)
     return std::string(text.c_str(), static_cast<std::size_t>(text.length()));
 }
 
+// "|" stands for a line end.
+inline std::string Lines(const std::string &text)
+{
+    std::string lines;
+    for (const char character : text) {
+        lines += character == '|' ? "\r\n" : std::string(1, character);
+    }
+    return lines;
+}
+
 using Rendering = bool (LogBase::*)(StringBuffer *);
 
 inline std::string LogText(LogBase &log, Rendering rendering = &LogBase::getLogText)

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
-#include <random>
 
 using namespace pavonix;
 using namespace pavonix::test;
@@ -21,16 +20,6 @@ Parts PartsOf(const TestKey &key)
 {
     const auto parts = key.Parts();
     return Parts(parts.begin(), parts.end());
-}
-
-std::string RandomBytes(std::size_t count, unsigned seed)
-{
-    std::mt19937 random(seed);
-    std::string bytes;
-    while (bytes.size() < count) {
-        bytes.push_back(static_cast<char>(random() | 1));
-    }
-    return bytes;
 }
 
 // What must come out, by OpenSSL's big integers: bytes, or the error's text.
@@ -87,8 +76,7 @@ std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts
 TEST(OddKeys, PartsOfEveryKind)
 {
     const Parts good = PartsOf(KeyOfBits(1024));
-    std::string input = RandomBytes(128, 1);
-    input[0] = 0;
+    const std::string input = std::string(1, 0) + std::string(127, '\x5A');
     std::map<std::string, int> outcomes;
     for (const char *name : {"Modulus", "Exponent", "P", "Q", "DP", "DQ", "InverseQ"}) {
         std::string even = good.at(name);
@@ -119,20 +107,10 @@ TEST(OddKeys, OtherInputs)
     EXPECT_EQ(Actual(modulus, kPublicKey, good), ""); // equal to the modulus passes and gives 0
     EXPECT_EQ(Actual(above, kPublicKey, good), "Invalid RSA input value");
     EXPECT_EQ(Actual("", kPrivateKey, good), "");
+    Parts noModulus = good;
+    noModulus["Modulus"] = "";
+    EXPECT_EQ(Actual("", kPublicKey, noModulus), "Modular exponentiation (A) failed");
     Parts publicOnly = good;
     publicOnly.erase("P");
     EXPECT_EQ(Actual("x", kPrivateKey, publicOnly), "Private key required, but not provided");
-}
-
-TEST(OddKeys, SixteenThousandBits)
-{
-    Parts parts = {{"Modulus", RandomBytes(2048, 1)}, {"Exponent", std::string(2, 1)}};
-    for (const char *name : {"P", "Q", "DP", "DQ", "InverseQ"}) {
-        parts[name] = RandomBytes(1024, static_cast<unsigned>(parts.size()));
-    }
-    parts["Modulus"][0] = '\xFF';
-    std::string input = RandomBytes(2048, 7);
-    input[0] = 0;
-    EXPECT_EQ(Actual(input, kPublicKey, parts), Expected(input, false, parts));
-    EXPECT_EQ(Actual(input, kPrivateKey, parts), Expected(input, true, parts));
 }

@@ -1,18 +1,17 @@
 #include "rsa/text/allocate.h"
-#include "rsa/text/data_buffer.h"
-#include "rsa/text/string_buffer.h"
 #include "rsa/text/zt_byte_data.h"
 #include "support/tap.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <new>
 #include <string>
 
 using namespace pavonix;
+using namespace pavonix::test;
 
 TEST(StringBuffer, GrowsByItsIncrement)
 {
@@ -21,64 +20,64 @@ TEST(StringBuffer, GrowsByItsIncrement)
     text.Append(std::string(250, 'x').c_str());
     EXPECT_EQ(text.capacity(), 250 + 202 + 1);
     EXPECT_EQ(text.increment(), 226);
-
     text.Append(std::string(2000000, 'y').c_str());
     EXPECT_EQ(text.increment(), 500000);
-    const std::int32_t capacity = text.capacity();
-    text.Append(std::string(static_cast<std::size_t>(capacity), 'z').c_str());
+    text.Append(std::string(2000000, 'z').c_str());
     EXPECT_EQ(text.increment(), 500000);
-    EXPECT_EQ(text.capacity(), text.length() + 500000 + 1);
+    EXPECT_EQ(text.capacity(), 4000250 + 500000 + 1);
+
+    StringBuffer counted, single, reserved;
+    counted.AppendN(std::string(202, 'q').c_str(), 202);
+    for (int i = 0; i < 202; ++i) {
+        EXPECT_EQ(single.capacity(), 202);
+        single.AppendChar('r');
+    }
+    EXPECT_EQ(counted.capacity(), 202 + 202) << "no terminator byte";
+    EXPECT_EQ(counted.increment(), 202);
+    EXPECT_EQ(single.capacity(), 201 + 202 + 1);
+    EXPECT_EQ(single.increment(), 202);
+    counted.AppendN(std::string(202, 'q').c_str(), 202);
+    single.AppendN(std::string(202, 'q').c_str(), 202);
+    EXPECT_EQ(counted.increment(), 303);
+    EXPECT_EQ(single.increment(), 303);
+    reserved.Reserve(201);
+    EXPECT_EQ(reserved.capacity(), 202) << "just fits";
+    reserved.Reserve(202);
+    EXPECT_EQ(reserved.capacity(), 202 + 202 + 1);
+    EXPECT_EQ(reserved.increment(), 202);
 }
 
-TEST(StringBuffer, CountedAppendsAndReserve)
+TEST(StringBuffer, EditsItsText)
 {
     StringBuffer text;
     text.AppendN("a\0b", 3);
     EXPECT_EQ(text.length(), 3);
-    text.Reserve(199); // 3 + 199 is not below 202
-    EXPECT_EQ(text.capacity(), 3 + 202 + 199 + 1);
-    EXPECT_EQ(text.increment(), 202) << "reserving leaves the increment alone";
     text.Clear();
-    text.AppendN(std::string(404, 'q').c_str(), 404);
-    EXPECT_EQ(text.capacity(), 405 + 0) << "it just fits";
-    text.AppendChar('r');
-    EXPECT_EQ(text.capacity(), 404 + 202 + 1) << "a counted append adds no terminator byte";
+    text.Append(" \t\r\nAZ[az ");
+    text.ToLower();
+    text.RemoveChar('[');
+    text.Trim();
+    EXPECT_STREQ(text.c_str(), "azaz");
+    text.ReplaceChar('z', '-');
+    EXPECT_STREQ(text.c_str(), "a-a-");
+    EXPECT_FALSE(text.BeginsWith("a-a--") || text.EndsWith("a-") == text.EndsWith("longer than the text"));
+    EXPECT_TRUE(text.ContainsChar('-') && !text.ContainsChar('z'));
     text.Append(text.c_str());
-    EXPECT_EQ(std::string(text.c_str()), std::string(404, 'q') + "r" + std::string(404, 'q') + "r");
-}
-
-TEST(StringBuffer, ShrinksOnlyBeyondTheSlack)
-{
-    StringBuffer text;
-    text.Append("0123456789");
+    EXPECT_STREQ(text.c_str(), "a-a-a-a-");
+    text.Append(std::string(190, 'x').c_str());
     text.Shrink();
-    EXPECT_EQ(text.capacity(), 11);
-    StringBuffer other;
-    other.Append(std::string(198, 'x').c_str());
-    other.Shrink();
-    EXPECT_EQ(other.capacity(), 202) << "202 is not more than 198 + 4";
-}
-
-TEST(StringBuffer, ComparesItsEnds)
-{
-    StringBuffer text;
-    text.Append("Base");
-    EXPECT_FALSE(text.BeginsWith("Base-64"));
-    EXPECT_TRUE(text.EndsWith("se"));
-    EXPECT_FALSE(text.EndsWith("a longer text than there is"));
-    EXPECT_TRUE(text.ContainsChar('B'));
-    EXPECT_FALSE(text.ContainsChar('z'));
+    EXPECT_EQ(text.capacity(), 202) << "202 is not more than 198 + 4";
+    text.RemoveChar('a');
+    text.Shrink();
+    EXPECT_EQ(text.capacity(), 195);
 }
 
 TEST(StringBuffer, FallsBackWhenThereIsNoMemory)
 {
     tap::FailNth(1, false);
-    {
-        StringBuffer poor; // the first allocation fails, the second one of 4 bytes does not
-        tap::FailNone();
-        EXPECT_EQ(poor.capacity(), 4);
-        EXPECT_STREQ(poor.c_str(), "");
-    }
+    const StringBuffer poor; // the first allocation fails, the second one of 4 bytes does not
+    EXPECT_EQ(poor.capacity(), 4);
+    EXPECT_STREQ(poor.c_str(), "");
     tap::FailNth(1, true);
     StringBuffer none;
     none.Append("lost");
@@ -98,6 +97,8 @@ TEST(StringBuffer, FallsBackWhenThereIsNoMemory)
     none.Append(std::string(5000, 'x').c_str());
     tap::FailNone();
     EXPECT_STREQ(none.c_str(), "old");
+    none.AppendN("x", INT32_MAX);
+    EXPECT_STREQ(none.c_str(), "old") << "a growth that would wrap is a failed allocation";
 }
 
 TEST(DataBuffer, GrowsWithTheSlackOfEachOperation)
@@ -112,11 +113,12 @@ TEST(DataBuffer, GrowsWithTheSlackOfEachOperation)
     const std::string bytes(20001, 'b');
     ASSERT_TRUE(large.Append(bytes.data(), 20001));
     EXPECT_EQ(large.capacity(), 20001u);
-    ASSERT_TRUE(exact.EnsureCapacity(40));
-    EXPECT_EQ(exact.capacity(), 40u);
-    EXPECT_TRUE(exact.EnsureCapacity(10));
-    EXPECT_EQ(exact.capacity(), 40u);
-    EXPECT_TRUE(DataBuffer().Append(nullptr, 9));
+    ASSERT_TRUE(exact.EnsureCapacity(3) && exact.EnsureCapacity(1) && exact.AppendFill(7, 3));
+    EXPECT_EQ(exact.capacity(), 3u);
+    ASSERT_TRUE(exact.AppendByte(8));
+    EXPECT_EQ(exact.capacity(), 10003u);
+    EXPECT_EQ(BytesOf(exact), "\7\7\7\x8");
+    EXPECT_TRUE(DataBuffer().Append(nullptr, 9) && DataBuffer().AppendFill(1, 0));
     EXPECT_FALSE(DataBuffer().EnsureCapacity(0)) << "no data is no data";
 }
 
@@ -136,71 +138,113 @@ TEST(DataBuffer, OwnsBorrowsAndHandsOver)
         EXPECT_TRUE(buffer.borrowed());
         ASSERT_TRUE(buffer.AppendByte(4)) << "growing copies what was borrowed";
         EXPECT_FALSE(buffer.borrowed());
-        EXPECT_EQ(std::memcmp(buffer.data(), "\1\2\3\4", 4), 0);
+        EXPECT_EQ(BytesOf(buffer), "\1\2\3\4");
+        buffer.Borrow(outside, 3);
+        buffer.Clear();
+        EXPECT_EQ(outside[0], 1) << "what was borrowed is not ours to wipe";
 
         ZtByteData holder;
         holder.Append("xyz", 3);
         holder.AppendByte(0x141);
         EXPECT_EQ(holder.length(), 4u);
         const std::unique_ptr<std::uint8_t[]> detached(holder.Detach());
-        EXPECT_EQ(std::memcmp(detached.get(), "xyzA", 4), 0);
+        EXPECT_EQ(std::string(detached.get(), detached.get() + 4), "xyzA");
         EXPECT_EQ(holder.length(), 0u);
         EXPECT_EQ(holder.data(), nullptr);
     }
     EXPECT_EQ(tap::Held(), before);
 }
 
+// The length that would wrap is faked through a borrowed block that no operation reads.
 TEST(DataBuffer, LosesItsContentWithAFailedGrowth)
 {
-    DataBuffer buffer;
+    DataBuffer buffer, fill, block;
     ASSERT_TRUE(buffer.EnsureCapacity(4) && buffer.Append("1234", 4));
     tap::FailNth(1, false);
     EXPECT_FALSE(buffer.AppendByte(5));
-    tap::FailNone();
     EXPECT_EQ(buffer.length(), 0u);
     EXPECT_EQ(buffer.data(), nullptr);
     EXPECT_TRUE(buffer.AppendByte(6));
-}
-
-// Lengths are 32-bit: a growth that would wrap is a failed allocation. The length
-// is faked through a borrowed block that no operation reads.
-TEST(DataBuffer, RefusesToWrap)
-{
     std::uint8_t outside[1] = {0};
-    DataBuffer byte, fill, block;
-    for (DataBuffer *buffer : {&byte, &fill, &block}) {
-        buffer->Borrow(outside, UINT32_MAX - 1);
-    }
+    fill.Borrow(outside, UINT32_MAX - 1);
+    block.Borrow(outside, UINT32_MAX - 1);
     EXPECT_FALSE(fill.AppendFill(0, 2));
     EXPECT_FALSE(block.Append("ab", 2));
-    StringBuffer text;
-    text.Append("ab");
-    text.AppendN("x", INT32_MAX);
-    EXPECT_STREQ(text.c_str(), "ab");
-    EXPECT_FALSE(text.complete());
 }
 
-// The mark and the fill pattern must survive an optimiser that knows the object
-// is dying; every use of a destroyed buffer ends the process.
-TEST(IntegrityMark, IsGoneAfterDestruction)
-{
-    constexpr std::size_t kMarkOffset = sizeof(void *); // behind the virtual table
-    alignas(StringBuffer) unsigned char textRoom[sizeof(StringBuffer)];
-    StringBuffer *text = new (textRoom) StringBuffer;
-    EXPECT_EQ(textRoom[kMarkOffset], 0xAA);
-    text->~StringBuffer();
-    EXPECT_EQ(textRoom[kMarkOffset], 0);
-    EXPECT_EQ(std::count(textRoom + kMarkOffset, textRoom + sizeof textRoom, 0xDD), 16)
-        << "pointer (low half), three 32-bit fields";
-    EXPECT_DEATH((void)text->length(), "");
-    EXPECT_DEATH(text->Append("x"), "");
-    EXPECT_DEATH(text->Clear(), "");
+namespace {
 
-    alignas(DataBuffer) unsigned char dataRoom[sizeof(DataBuffer)];
-    DataBuffer *data = new (dataRoom) DataBuffer;
-    EXPECT_EQ(dataRoom[kMarkOffset], 0xDB);
-    data->~DataBuffer();
-    EXPECT_EQ(dataRoom[kMarkOffset], 0);
-    EXPECT_DEATH((void)data->length(), "");
-    EXPECT_DEATH((void)data->AppendByte(1), "");
+constexpr std::size_t kMarkOffset = sizeof(void *); // behind the virtual table
+
+// The mark and the fill pattern must survive an optimiser that knows the object is
+// dying, and each operation must see that the mark is gone.
+template <typename Buffer, typename Operations>
+void ExpectDeadMarkToEndTheProcess(std::uint8_t mark, std::ptrdiff_t filled, const Operations &operations)
+{
+    alignas(Buffer) unsigned char room[sizeof(Buffer)] = {};
+    Buffer *buffer = new (room) Buffer;
+    EXPECT_EQ(room[kMarkOffset], mark);
+    for (std::size_t i = 0; i < std::size(operations); ++i) {
+        for (const int wrong : {0, mark ^ 1}) {
+            EXPECT_DEATH((room[kMarkOffset] = static_cast<unsigned char>(wrong), operations[i](*buffer)), "")
+                << "operation " << i;
+        }
+    }
+    buffer->~Buffer();
+    EXPECT_EQ(room[kMarkOffset], 0);
+    EXPECT_EQ(std::count(room + kMarkOffset, room + sizeof room, 0xDD), filled);
+}
+
+} // namespace
+
+TEST(IntegrityMark, IsCheckedByEveryTextOperation)
+{
+    using Text = StringBuffer;
+    void (*const operations[])(Text &) = {
+        [](Text &text) { text.Append("x"); },
+        [](Text &text) { text.AppendN("x", 1); },
+        [](Text &text) { text.AppendChar('x'); },
+        [](Text &text) { text.AppendDecimal(1); },
+        [](Text &text) { text.Reserve(1); },
+        [](Text &text) { text.Shrink(); },
+        [](Text &text) { text.Clear(); },
+        [](Text &text) { (void)text.c_str(); },
+        [](Text &text) { (void)text.length(); },
+        [](Text &text) { (void)text.capacity(); },
+        [](Text &text) { (void)text.increment(); },
+        [](Text &text) { (void)text.complete(); },
+        [](Text &text) { text.BeginsWith(""); },
+        [](Text &text) { text.EndsWith(""); },
+        [](Text &text) { text.Contains(""); },
+        [](Text &text) { text.ContainsChar('x'); },
+        [](Text &text) { text.RemoveChar('x'); },
+        [](Text &text) { text.ReplaceChar('x', 'y'); },
+        [](Text &text) { text.Trim(); },
+        [](Text &text) { text.ToLower(); },
+        [](Text &text) { text.~Text(); },
+    };
+    ExpectDeadMarkToEndTheProcess<Text>(0xAA, 16, operations); // half of the pointer, three fields
+}
+
+TEST(IntegrityMark, IsCheckedByEveryByteOperation)
+{
+    using Bytes = DataBuffer;
+    static std::uint8_t outside[1];
+    void (*const operations[])(Bytes &) = {
+        [](Bytes &bytes) { (void)bytes.AppendByte(1); },
+        [](Bytes &bytes) { (void)bytes.AppendFill(1, 0); },
+        [](Bytes &bytes) { (void)bytes.Append("x", 0); },
+        [](Bytes &bytes) { (void)bytes.EnsureCapacity(1); },
+        [](Bytes &bytes) { bytes.Clear(); },
+        [](Bytes &bytes) { bytes.TakeOver(outside, 1); },
+        [](Bytes &bytes) { bytes.Borrow(outside, 1); },
+        [](Bytes &bytes) { (void)bytes.Detach(); },
+        [](Bytes &bytes) { (void)bytes.data(); },
+        [](Bytes &bytes) { (void)std::as_const(bytes).data(); },
+        [](Bytes &bytes) { (void)bytes.length(); },
+        [](Bytes &bytes) { (void)bytes.capacity(); },
+        [](Bytes &bytes) { (void)bytes.borrowed(); },
+        [](Bytes &bytes) { bytes.~Bytes(); },
+    };
+    ExpectDeadMarkToEndTheProcess<Bytes>(0xDB, 0, operations);
 }

@@ -11,6 +11,15 @@
 
 using namespace pavonix;
 
+namespace {
+
+int Conversions()
+{
+    return tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide");
+}
+
+} // namespace
+
 TEST(XString, ConvertsOnDemand)
 {
     XString text;
@@ -22,31 +31,37 @@ TEST(XString, ConvertsOnDemand)
     tap::Reset();
     EXPECT_STREQ(text.GetAnsi().c_str(), "K\xE4se 5 \x80");
     EXPECT_EQ(std::u16string(text.GetUtf16()), u"Käse 5 €");
-    const int conversions = tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide");
+    const int conversions = Conversions();
     EXPECT_STREQ(text.GetAnsi().c_str(), "K\xE4se 5 \x80");
-    EXPECT_EQ(tap::CountOf("WideToBytes") + tap::CountOf("BytesToWide"), conversions) << "made once";
+    EXPECT_EQ(Conversions(), conversions) << "made once";
 
     text.AppendUtf8("!");
     EXPECT_EQ(std::u16string(text.GetUtf16()), u"Käse 5 €!");
     text.AppendAnsi("\xDF");
     EXPECT_STREQ(text.GetUtf8().c_str(), "K\xC3\xA4se 5 \xE2\x82\xAC!\xC3\x9F");
-    text.SetFromUtf16(u"Ω");
-    EXPECT_STREQ(text.GetAnsi().c_str(), "?");
+    text.SetFromUtf16(u"Ω\xD83Dz");
+    EXPECT_STREQ(text.GetAnsi().c_str(), "??z") << "half a pair takes nothing with it";
     text.SetFromUtf16(nullptr);
     EXPECT_TRUE(text.isEmpty());
 }
 
-TEST(XString, CopiesOneRepresentationWithoutConversion)
+TEST(XString, CopiesOneRepresentationAndAsciiWithoutConversion)
 {
-    XString source, copy;
-    source.AppendAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
+    XString ansi, utf8, utf16, ascii, copy;
+    ansi.AppendAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
+    utf8.SetFromUtf8("\xFF\xC3");
+    utf16.SetFromUtf16(u"żółw");
+    ascii.SetFromAnsi("AQAB");
     tap::Reset();
-    copy.CopyFrom(source);
-    EXPECT_EQ(tap::CountOf("BytesToWide"), 0);
+    copy.CopyFrom(ansi);
     EXPECT_EQ(std::string(copy.GetAnsi().c_str(), 3), std::string("\x81\0\xFF", 3));
-    source.SetFromUtf16(u"żółw");
-    copy.CopyFrom(source);
+    copy.CopyFrom(utf8);
+    EXPECT_STREQ(copy.GetUtf8().c_str(), "\xFF\xC3");
+    copy.CopyFrom(utf16);
     EXPECT_EQ(std::u16string(copy.GetUtf16()), u"żółw");
+    copy.CopyFrom(ascii);
+    EXPECT_STREQ(copy.GetUtf8().c_str(), "AQAB");
+    EXPECT_EQ(Conversions(), 0);
 }
 
 TEST(XString, TellsWhatItLost)
@@ -61,12 +76,29 @@ TEST(XString, TellsWhatItLost)
     text.Set("new");
     EXPECT_TRUE(text.complete());
 
-    // a conversion without memory yields the empty text and is tried again
-    text.text().SetFromUtf8("\xC3\xA4");
-    tap::FailNth(1, true);
-    EXPECT_STREQ(text.c_str(), "");
-    tap::FailNone();
-    EXPECT_STREQ(text.c_str(), "\xE4");
+    // A conversion without memory yields the empty text and is tried again, an
+    // append to what could not be converted lost it, and a set has nothing to keep.
+    for (const bool everAfter : {false, true}) {
+        XString converted;
+        converted.SetFromUtf8("\xC3\xA4");
+        tap::FailNth(1, everAfter);
+        EXPECT_STREQ(converted.GetAnsi().c_str(), "");
+        tap::FailNth(1, everAfter);
+        EXPECT_EQ(converted.LengthUtf16(), 0);
+        tap::FailNone();
+        EXPECT_STREQ(converted.GetAnsi().c_str(), "\xE4");
+        EXPECT_EQ(converted.LengthUtf16(), 1);
+        EXPECT_TRUE(converted.complete());
+        converted.SetFromUtf8("\xC3\xA4");
+        tap::FailNth(1, everAfter);
+        converted.AppendAnsi("b");
+        tap::FailNone();
+        EXPECT_FALSE(converted.complete());
+        tap::FailNth(1, everAfter);
+        converted.SetFromUtf16(u"a wide text");
+        tap::FailNone();
+        EXPECT_TRUE(converted.isEmpty() && !converted.complete());
+    }
 }
 
 TEST(ZtString, HandsOutTheChosenRepresentation)
@@ -82,6 +114,9 @@ TEST(ZtString, HandsOutTheChosenRepresentation)
     text.Append(ZtString("\xFC")); // whose own representation is ANSI
     text.AppendN("\xC3\x9F", 2);
     EXPECT_STREQ(text.c_str(), "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F");
+    text.Set("\xC3\xA4");
+    text.put_Utf8(false);
+    EXPECT_STREQ(text.c_str(), "\xE4");
 }
 
 TEST(Decimal, WritesWhatPrintfWrites)
