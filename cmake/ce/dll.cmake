@@ -1,11 +1,12 @@
 # What only the device's DLL needs: its entry, its subsystem, and import
 # libraries for the system's own DLLs.
+string(REGEX REPLACE "dlltool$" "" binutils ${CMAKE_DLLTOOL})
+set(import_library ${CMAKE_CURRENT_LIST_DIR}/import_library.py)
 foreach(system coredll ws2)
   set(exported ${CMAKE_CURRENT_LIST_DIR}/${system}.def)
   set(library ${CMAKE_CURRENT_BINARY_DIR}/lib${system}.a)
-  add_custom_command(OUTPUT ${library} DEPENDS ${exported}
-                     COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --input-def ${exported}
-                             --output-lib lib${system}.a)
+  add_custom_command(OUTPUT ${library} DEPENDS ${exported} ${import_library}
+                     COMMAND ${import_library} ${binutils} ${exported} ${library})
   add_custom_target(${system} DEPENDS ${library})
   add_dependencies(pavonix ${system})
   target_link_libraries(pavonix PRIVATE ${library})
