@@ -18,6 +18,9 @@ SECTIONS = {
     ".fini_array": (".dtors", "dr"),
 }
 
+# The system undoes a prologue of stores that are made with stmfd.
+PUSH_OF_ONE = "[sp, #-4]!"
+
 
 def coff_section(name, mergeable):
     """The COFF name and flags for an ELF section name."""
@@ -59,5 +62,7 @@ def convert(lines):
             yield "\t.word\t%s\n" % rest
         elif directive == ".word":
             yield line.replace("(target1)", "")
+        elif directive == "str" and rest.endswith(PUSH_OF_ONE):
+            yield "\tstmfd\tsp!, {%s}\n" % rest.partition(",")[0]
         else:
             yield line

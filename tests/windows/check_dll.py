@@ -18,7 +18,7 @@ FORMATS = {"ce": "pei-arm-wince-little", "x64": "pei-x86-64", "x86": "pei-i386"}
 LIBRARY_MACHINES = {"ce": 0x1C2, "x64": 0x8664, "x86": 0x14C}
 CE_SUBSYSTEM, CONSOLE_SUBSYSTEM = 9, 3
 NEWEST_CE = (6, 0)
-CE_SECTIONS = {".text", ".data", ".rdata", ".bss", ".edata", ".idata", ".rsrc", ".reloc"}
+CE_SECTIONS = {".text", ".data", ".rdata", ".pdata", ".bss", ".edata", ".idata", ".rsrc", ".reloc"}
 DESKTOP_SYSTEM = {"kernel32.dll", "msvcrt.dll", "ws2_32.dll", "advapi32.dll"}
 
 

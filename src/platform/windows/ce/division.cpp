@@ -84,15 +84,15 @@ std::int32_t __aeabi_idiv(std::int32_t dividend, std::int32_t divisor)
 // function can answer so.
 [[gnu::naked]] void __aeabi_uldivmod()
 {
-    asm("sub sp, sp, #16\n\t"
-        "str lr, [sp, #4]\n\t"
+    asm("stmfd sp!, {r4, lr}\n\t"
+        "sub sp, sp, #16\n\t"
         "add r12, sp, #8\n\t"
         "str r12, [sp]\n\t" // the fifth argument word: where the remainder goes
         "bl DivideLong\n\t"
-        "ldr lr, [sp, #4]\n\t"
         "ldr r2, [sp, #8]\n\t"
         "ldr r3, [sp, #12]\n\t"
         "add sp, sp, #16\n\t"
+        "ldmfd sp!, {r4, lr}\n\t"
         "bx lr");
 }
 
