@@ -8,6 +8,8 @@ if(PAVONIX_FLAVOUR STREQUAL "ce")
   set(machine thumb) # as device projects expect, though the code is in ARM state
 elseif(PAVONIX_FLAVOUR STREQUAL "x86")
   set(definition ${CMAKE_CURRENT_LIST_DIR}/pavonix_x86.def)
+  # only C++ exceptions read these tables; x64 has tables that the system reads
+  set(no_tables -fno-asynchronous-unwind-tables)
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/version.rc)
 configure_file(${definition} ${PROJECT_BINARY_DIR}/PAVONIX.def COPYONLY)
@@ -16,8 +18,8 @@ set_target_properties(pavonix PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX)
 
 # Sections by function let the linker leave out what is not reached; without
 # time stamps the same sources give the same bytes.
-target_compile_options(pavonix_objects PRIVATE -ffunction-sections -fdata-sections)
-target_compile_options(tommath PRIVATE -ffunction-sections -fdata-sections)
+target_compile_options(pavonix_objects PRIVATE -ffunction-sections -fdata-sections ${no_tables})
+target_compile_options(tommath PRIVATE -ffunction-sections -fdata-sections ${no_tables})
 target_link_options(pavonix PRIVATE -Wl,--gc-sections -Wl,--no-insert-timestamp -Wl,--kill-at -Wl,--strip-all
                     -Wl,-Map,${PROJECT_BINARY_DIR}/PAVONIX.map)
 

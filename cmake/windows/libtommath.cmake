@@ -11,6 +11,6 @@ list(FILTER tommath_files EXCLUDE REGEX "rand|fread|fwrite")
 
 add_library(tommath STATIC ${tommath_files})
 target_include_directories(tommath SYSTEM PUBLIC ${tommath_source})
-target_compile_definitions(tommath PUBLIC MP_NO_FILE)
+target_compile_definitions(tommath PUBLIC MP_NO_FILE PRIVATE MP_LOW_MEM)
 # It wipes numbers before it frees them, which a compiler that knows what free does would leave out.
-target_compile_options(tommath PRIVATE -w -fno-builtin-free)
+target_compile_options(tommath PRIVATE -w -fno-builtin-free -include ${CMAKE_CURRENT_LIST_DIR}/trim_tommath.h)

@@ -1,0 +1,29 @@
+// LibTomMath as a DLL needs it; compiled in front of each of its files.
+//
+// Left out is what numbers of up to 2240 bits never reach, or what only special
+// moduli gain by: the other ways to the same results are still there. Only a
+// negative exponent has no other way, and no key has one.
+#pragma once
+
+#include "tommath_private.h"
+
+#undef BN_S_MP_TOOM_MUL_C
+#undef BN_S_MP_TOOM_SQR_C
+#undef BN_S_MP_KARATSUBA_MUL_C
+#undef BN_S_MP_KARATSUBA_SQR_C
+#undef BN_S_MP_BALANCE_MUL_C
+#undef BN_MP_DR_IS_MODULUS_C
+#undef BN_MP_DR_SETUP_C
+#undef BN_MP_DR_REDUCE_C
+#undef BN_MP_REDUCE_IS_2K_C
+#undef BN_MP_REDUCE_2K_SETUP_C
+#undef BN_MP_REDUCE_2K_C
+#undef BN_MP_REDUCE_IS_2K_L_C
+#undef BN_MP_INVMOD_C
+
+// A sum of products has an array of this many digits on the stack; at 28 bits a
+// digit that is for moduli of up to 3108 bits, and larger ones go the slow way.
+// With it no frame exceeds the 4096 bytes of a page: the system commits stack page
+// by page, and does not handle exceptions in larger frames.
+#undef MP_WARRAY
+#define MP_WARRAY 224
