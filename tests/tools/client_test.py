@@ -1,43 +1,20 @@
 """The command-line client: what it says and how it ends, against the sample shop and against odd servers."""
 
 import os
+import pty
+import signal
+import subprocess
+import time
 import unittest
 
-from shop_fixture import PROGRAMS, Key, ShopTest, answer_once, run
+from client_fixture import ClientTest, OddServer, reset
+from shop_fixture import PROGRAMS, answer_once, run
 
-KEY = Key()
+HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n"
+SILENCE = 5  # seconds; the client gives up before
 
 
-class ClientTest(ShopTest):
-    def setUp(self):
-        super().setUp()
-        self.profile = self.write("device.profile", self.profile_text())
-        self.target = os.path.join(self.folder, "stored.xml")
-
-    def profile_text(self, serial="PX-1", user=42):
-        return (f"User-Agent: Test/1\nUser-Serial: {serial}\nUser-Id: {user}\n"
-                f"Public-Key: {KEY.public_xml()}\nPrivate-Key: {KEY.private_xml()}\n")
-
-    def write(self, name, text):
-        path = os.path.join(self.folder, name)
-        with open(path, "w", newline="") as file:
-            file.write(text)
-        return path
-
-    def call(self, command, *arguments, url=None, port=None, profile=None):
-        """Runs the client; answers its exit code and all that it wrote."""
-        url = url or f"http://127.0.0.1/shop/{command}"
-        done = run(f"{PROGRAMS}/pavonix", command, "--url", url, "--port", str(port or self.port),
-                   "--profile", profile or self.profile, *arguments)
-        return done.returncode, done.stdout + done.stderr
-
-    def good(self, *arguments, out=None, **options):
-        return self.call("good", "--type", "3", "--id", "5", "--out", out or self.target, *arguments, **options)
-
-    def read_target(self):
-        with open(self.target, "rb") as file:
-            return file.read()
-
+class CommandTest(ClientTest):
     def test_list_and_good_store_what_the_shop_answers(self):
         query = "--type 2 --category 2 --sort 3 --start 1 --max 2".split()
         code, words = self.call("list", "--out", self.target, *query)
@@ -59,28 +36,110 @@ class ClientTest(ShopTest):
         for path in (beyond_ascii, os.path.relpath(self.target)):
             code, words = self.good(out=path)
             self.assertEqual((code, os.path.isfile(path)), (0, True), words)
-        for name in ("one/two/x.xml", "", "книги.xml"):
+        for name, reason in (("one/two/x.xml", "more than one folder"), ("книги.xml", "code page 1252 lacks"),
+                             ("x" * 250 + ".xml", "and the library takes 259")):
             code, words = self.good("--force", out=os.path.join(self.folder, name))
-            self.assertEqual((code, "nothing was stored" in words), (5, True))
-        self.assertEqual(self.good(out=os.path.join(self.folder, "*.xml"))[0], 2)
+            self.assertEqual((code, "nothing was stored" in words, reason in words), (5, True, True), words)
+        for path in (os.path.join(self.folder, "*.xml"), "-"):
+            self.assertEqual(self.good(out=path)[0], 2)
 
-    def test_replies_that_bring_no_document(self):
-        head = b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n"
+    def test_only_regular_files_are_replaced(self):
+        fifo = os.path.join(self.folder, "fifo")
+        os.mkfifo(fifo)
+        for path in (fifo, self.folder, "/dev/null"):
+            code, words = self.good("--force", out=path)
+            self.assertEqual((code, os.path.isfile(path)), (6, False), words)
+
+    def test_each_cause_has_its_name(self):
+        """What a download and a purchase say of the same server: exit code and cause."""
+        whole = HEAD % 4 + b"<a/>"
+        long_page = b"<a>" + b"x" * 3000 + b"</a>"
+        long_line = b"X: %s\r\n" % (b"y" * 1100)
         table = [
-            ("cut short", head % 100 + b"<good>", 5, "not a whole XML document"),
-            ("no XML", head % 5 + b"hello", 5, "not a whole XML document"),
-            ("not modified", b"HTTP/1.1 304 Not Modified\r\n\r\n", 4, "status 304"),
-            ("refused", b"HTTP/1.1 404 Not Found\r\n\r\n", 4, "the server refuses"),
-            ("failed", b"HTTP/1.1 503 Down\r\n\r\n", 4, "the server failed"),
-            ("no words", b"", 3, "no reply"),
+            ("closed", (b"",), (3, "closed-empty"), (3, "closed-empty")),
+            ("reset", (reset,), (3, "reset-early"), (3, "reset-early")),
+            ("TLS", (b"\x15\x03\x03\0\2\2\x46",), (3, "tls"), (3, "tls")),
+            ("not HTTP", (b"hello\r\n",), (3, "not-http"), (3, "not-http")),
+            ("no end", (b"HTTP/1.1 200 OK\r\nX: y\r\n",), (3, "head-without-end"), (3, "head-without-end")),
+            ("long head", (b"HTTP/1.1 200 OK\r\n" + long_line + b"\r\n",), (3, "head-too-long"),
+             (3, "head-too-long")),
+            ("head in pieces", (whole[:20], 0.1, whole[20:]), (3, "head-in-pieces"), (3, "head-in-pieces")),
+            ("line feeds", (whole.replace(b"\r", b""),), (3, "bare-line-feeds"), (3, "bare-line-feeds")),
+            ("redirect", (b"HTTP/1.1 301 Moved\r\n\r\n",), (4, "redirect"), (4, "redirect")),
+            ("interim", (b"HTTP/1.1 100 Continue\r\n\r\n" + whole,), (4, "interim"), (4, "interim")),
+            ("failed", (b"HTTP/1.1 503 Down\r\n\r\n",), (4, "server-failed"), (4, "server-failed")),
+            ("refused", (b"HTTP/1.1 404 No\r\n\r\n",), (4, "request-refused"), (4, None)),
+            ("head alone", (HEAD % len(long_page), 0.1, long_page), (5, "head-alone"), (0, None)),
+            ("cut short", (HEAD % 100 + b"<good>",), (5, "length-too-large"), (0, None)),
+            ("reset in the body", (HEAD % 9999 + b"<good>", 0.1, reset), (5, "body-reset"), (0, None)),
+            ("no length", (b"HTTP/1.1 200 OK\r\n\r\n<a/>",), (5, "length-missing"), (0, None)),
+            ("short length", (HEAD % 3 + b"<a/>",), (5, "length-too-small"), (0, None)),
+            ("chunks", (b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\n<a/>\r\n0\r\n\r\n",),
+             (5, "chunked"), (0, None)),
+            ("no XML", (HEAD % 5 + b"hello",), (5, "not-xml"), (0, None)),
+            ("silent", (SILENCE,), (9, "silent"), (9, "silent")),
+            ("silent in the body", (HEAD % 9999 + b"<good>", SILENCE), (9, "length-too-large"), (0, None)),
         ]
-        for name, reply, expected, words in table:
-            with self.subTest(name):
-                code, output = self.good("--force", port=answer_once(self, reply)[0])
-                self.assertEqual((code, words in output), (expected, True), output)
+        for name, pieces, download, purchase in table:
+            for command, expected in (("good", download), ("buy", purchase)):
+                with self.subTest(name, command=command):
+                    server = OddServer(self, *pieces)
+                    os.environ["PAVONIX_TIMEOUT"] = "0.4" if SILENCE in pieces else "20"
+                    code, answer = self.judged(command, port=server.port)
+                    self.assertEqual((code, answer.get("cause")), expected, answer)
+                    self.assertEqual(len(server.requests), 1)
+        del os.environ["PAVONIX_TIMEOUT"]
+
+    def test_causes_before_a_request(self):
         self.stop_shop()
-        self.assertEqual(self.good("--force")[0], 3)
-        self.assertEqual(self.good("--force", url="https://127.0.0.1/x")[0], 3)
+        table = [("https://127.0.0.1/x", 10, "url-https"), ("ftp://127.0.0.1/x", 10, "url-scheme"),
+                 ("http://[::1]/x", 10, "url-ipv6"), ("http://127.0.0.1", 10, "url-no-path"),
+                 ("http://127.0.0.1/" + "x" * 250, 10, "url-too-long"), ("http://127.0.0.1/x", 11, "refused")]
+        for url, *expected in table:
+            with self.subTest(url):
+                for command in ("good", "buy"):
+                    code, answer = self.judged(command, url=url)
+                    self.assertEqual([code, answer["cause"], answer["status"]], [*expected, 0])
+        self.assertFalse(answer["record_touched"])
+        code, answer = self.judged("good", url="http://no.such.host.invalid/x")
+        self.assertIn((code, answer["cause"]), [(11, "name-unknown"), (11, "name-no-answer")])
+
+    def test_what_the_record_and_the_file_hold(self):
+        server = OddServer(self, b"HTTP/1.1 200 OK\r\n", 0.1, b"\r\n")
+        self.assertIn('the message "TP/1.1 200 OK??"', self.buy(port=server.port)[1])
+        page = b"<a>" + b"x" * 3000 + b"</a>"
+        code, words = self.good(port=OddServer(self, HEAD % len(page), 0.1, page).port)
+        self.assertEqual((code, f"{1024 - len(HEAD % 3007)} zeros stand for" in words), (5, True), words)
+        code, words = self.call("good", "--type", "3", "--id", "99", "--force", "--out", self.target)
+        self.assertIn("error code: 903\nmessage: There is no such good", words)
+
+    def test_interrupted(self):
+        """The half file is named, and the next call says that it is no whole one."""
+        server = OddServer(self, HEAD % 10 ** 8 + b"<a>" + b"x" * 5000, SILENCE)
+        self.write("stored.xml", "<old/>")
+        for force, left in ((["--force"], "is only half there"), ([], "kept")):
+            client = subprocess.Popen([f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/x", "--port",
+                                       str(server.port), "--profile", self.profile, "--type", "1", "--id", "1", "--out",
+                                       self.target, *force], stderr=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+            while force and self.read_target()[:3] != b"<a>":
+                time.sleep(0.01)
+            if force:
+                client.send_signal(signal.SIGINT)
+            output, errors = client.communicate(timeout=10)
+            self.assertEqual((client.returncode, left in output + errors), (130 if force else 1, True), errors)
+        self.assertIn("no whole XML document", errors)
+
+    def test_progress_on_a_terminal(self):
+        page = b"<a>" + b"x" * 10 ** 6 + b"</a>"
+        server = OddServer(self, HEAD % len(page) + page[:500000], 1.1, page[500000:])
+        terminal, far_end = pty.openpty()
+        code = subprocess.run([f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/x", "--port", str(server.port),
+                               "--profile", self.profile, "--type", "1", "--id", "1", "--out", self.target],
+                              stderr=far_end, stdout=subprocess.DEVNULL, timeout=20).returncode
+        self.assertEqual(code, 0)
+        self.assertIn(b" MB of 1.0", os.read(terminal, 65536))
+        os.close(terminal)
+        os.close(far_end)
 
     def test_terminal_is_safe_from_the_server(self):
         body = "<a>\x1b[2Jäöü€</a>".encode() + "ä".encode() * 200
@@ -115,13 +174,36 @@ class ClientTest(ShopTest):
             with self.subTest(arguments=arguments):
                 self.assertEqual(run(f"{PROGRAMS}/pavonix", *arguments).returncode, expected)
 
-    def buy(self, *arguments, **options):
-        return self.call("buy", "--type", "1", "--id", "7", *arguments, **options)
+    def test_words_that_do_not_exist_are_named(self):
+        table = [(["buuy"], "no command buuy; did you mean buy?"), (["profile", "chek"], "did you mean check?"),
+                 (["buy", "--typ", "1"], "buy has no option --typ; did you mean --type?"),
+                 (["list", "--out", "--x", "--zzzzzz=1"], "no option --zzzzzz\n")]
+        for arguments, words in table:
+            done = run(f"{PROGRAMS}/pavonix", *arguments)
+            self.assertEqual((done.returncode, words in done.stderr), (2, True), done.stderr)
+        self.assertRegex(run(f"{PROGRAMS}/pavonix", "--version").stdout, r"^pavonix \d+\.\d+\.\d+\n$")
+
+    def test_settings(self):
+        """The command line goes before the environment, and that before the file."""
+        settings = self.write("settings", f"url = http://127.0.0.1/shop/{{}}\nport = {self.port}\nprofile = /none\n")
+        environment = {**os.environ, "PAVONIX_CONFIG": settings, "PAVONIX_PROFILE": self.profile}
+        words = [f"{PROGRAMS}/pavonix", "good", "--type", "3", "--id", "5", "--out", self.target, "--force"]
+        done = run(*words, env=environment)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
+        self.assertEqual(run(*words, "--port", "1", env=environment).returncode, 11)
+        for text in ("colour = red\n", "[good]\nport = 1\n", None):
+            environment["PAVONIX_CONFIG"] = self.write("wrong", text) if text else "/none"
+            self.assertEqual(run(*words, env=environment).returncode, 2)
+
+    def test_a_full_output_is_no_success(self):
+        with open("/dev/full", "w") as full:
+            done = subprocess.run([f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/shop/good", "--port",
+                                   str(self.port), "--profile", self.profile, "--type", "3", "--id", "5", "--out",
+                                   self.target], stdout=full, stderr=subprocess.DEVNULL)
+        self.assertEqual(done.returncode, 6)
 
     def test_buy_at_the_shop(self):
-        public_key = self.write("device.pub", KEY.public_xml())
-        run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "PX-1",
-            "--user-id", "42", "--public-key", public_key, "--balance", "300")
+        self.register(300)
         self.assertEqual(self.buy(), (0, "bought (200): type 1, id 7\n"))
         for arguments, code in ((["--force"], 909), ([], 908)):
             exit_code, words = self.buy(*arguments)
@@ -140,7 +222,7 @@ class ClientTest(ShopTest):
         table = [
             (b"403 No", b"X-Error-Code: 17\r\nX-Error-Message: Gr\xfc\xdfe, 5 \x80\r\n", b"",
              "error code: 17\nmessage: Gr\u00fc\u00dfe, 5 \u20ac\n"),
-            (b"500 Oops", b"", b"out of goods", "error code: 0 (the server sent none)\nmessage: out of goods\n"),
+            (b"500 Oops", b"", b"out of goods", "error code: 0 (none that the library can read)\nmessage: out of goods\n"),
             (b"403 No", b"X-Error-Code: -5\r\n", b"", "error code: -5\nmessage: (none)\n"),
             (b"403 No", b"X-Error-Code: 1\r\nX-Error-Message: %s\r\n" % (b"m" * 900), b"", "m" * 900 + "\n"),
             (b"403 No", b"X-Error-Code: 906\r\nX-Error-Message: off\r\nX-Server-Timestamp: %s\r\n" % (b"t" * 800), b"",
@@ -152,7 +234,6 @@ class ClientTest(ShopTest):
                 reply = b"HTTP/1.1 %s\r\n%sContent-Length: %d\r\n\r\n%s" % (status, headers, len(body), body)
                 exit_code, output = self.buy(port=answer_once(self, reply)[0])
                 self.assertEqual((exit_code, words in output), (4, True), output)
-        self.assertEqual(self.buy(port=answer_once(self, b"")[0])[0], 3)
 
 
 if __name__ == "__main__":

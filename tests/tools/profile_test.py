@@ -107,8 +107,8 @@ class ProfileTest(unittest.TestCase):
                 self.assertNotIn(PRIVATE[PRIVATE.index("<P>"):][:60], output)
 
     def new(self, *arguments):
-        done = run(f"{PROGRAMS}/pavonix", "profile", "new", "--out", self.path, "--serial", "PX-9", "--user-id", "-7",
-                   *arguments)
+        done = run(f"{PROGRAMS}/pavonix", "profile", "new", "--out", self.path, "--user-id", "-7",
+                   *(() if "--serial" in arguments else ("--serial", "PX-9")), *arguments)
         return done.returncode, done.stdout + done.stderr
 
     def test_new_profiles(self):
@@ -123,6 +123,7 @@ class ProfileTest(unittest.TestCase):
         self.assertEqual(run(f"{PROGRAMS}/pavonix", "profile", "check", self.path).returncode, 0)
         self.assertEqual(self.sent(), ("Pavonix/1.0", "PX-9", "-7"))
 
+        self.assertEqual(run(f"{PROGRAMS}/pavonix", "profile", "check", self.folder).returncode, 6)
         self.assertEqual(self.new()[0], 6)
         with open(self.path) as profile:
             self.assertEqual(profile.read(), text)
@@ -133,7 +134,8 @@ class ProfileTest(unittest.TestCase):
     def test_new_profiles_that_cannot_be(self):
         table = [(["--bits", "2048"], "holds at most 1023"), (["--bits", "1023"], "multiple of 8"),
                  (["--bits", "256"], "--bits"), (["--user-agent", "a\nUser-Id: 1"], "misread"),
-                 (["--user-agent", "a\r"], "carriage return"), (["--user-agent", "x" * 1012], "1024 characters")]
+                 (["--serial", "A\nB"], "visible ASCII"), (["--serial", "A B"], "visible ASCII"),
+                 (["--user-agent", "a\nb"], "a line feed ends"), (["--user-agent", "a\r"], "carriage return"), (["--user-agent", "x" * 1012], "1024 characters")]
         for arguments, words in table:
             with self.subTest(arguments=arguments[1][:20]):
                 code, output = self.new(*arguments)

@@ -1,15 +1,19 @@
 #include "downloads.h"
 
+#include "interruption.h"
+#include "judgement/printable.h"
 #include "shop_call.h"
 #include "stored_file.h"
 #include "wide_text.h"
 
-#include <iostream>
 #include <memory>
 
 namespace client {
 
 namespace {
+
+using judgement::Finding;
+using judgement::Topic;
 
 struct Download {
     ShopCall call;
@@ -26,28 +30,80 @@ void AddOptions(CLI::App &command, Download &download)
     command.add_flag("--force", download.force, "Download even if the file exists, and replace it");
 }
 
-ExitCode Report(int status, const StoredFile &stored, const Download &download)
+ExitCode ExplainKept(const StoredFile &stored, Report *report)
 {
-    switch (status) {
-    case PAVONIX_OK:
-        return stored.Show() ? ExitCode::kDone : ExitCode::kNothingWhole;
-    case PAVONIX_KEPT:
-        std::cout << "kept (1): " << download.target << " exists, the server was not asked (--force asks)\n";
-        return ExitCode::kKept;
-    default:
-        return ExplainFailure(status);
+    report->Say("kept (1): " + stored.path() + " exists, the server was not asked (--force asks)");
+    if (const std::string fault = stored.Fault(); !fault.empty()) {
+        report->Complain("warning: it is no whole XML document: " + fault);
+        report->json["xml_fault"] = fault;
     }
+    return ExitCode::kKept;
+}
+
+// What the file lacks, and why, as far as the exchange shows it.
+ExitCode ExplainIncomplete(const Outcome &outcome, const StoredFile &stored, const std::string &fault, Report *report)
+{
+    const Finding *cause = judgement::FirstError(outcome.findings);
+    report->Complain("this is not a whole XML document: " + fault);
+    if (const std::size_t zeros = stored.Zeros(); zeros > 0) {
+        report->Complain(std::to_string(zeros) + " zeros stand for bytes that did not come with the reply's head");
+        report->json["zeros"] = zeros;
+    }
+    if (cause != nullptr) {
+        report->Complain("cause: " + std::string(cause->rule->sentence));
+        report->json["cause"] = cause->rule->name;
+    }
+    report->AddFindings(outcome.findings, cause);
+    return outcome.record.timedOut ? ExitCode::kTimeOut : ExitCode::kNothingWhole;
+}
+
+ExitCode ExplainStored(const Outcome &outcome, const StoredFile &stored, Report *report)
+{
+    if (!stored.IsNew()) {
+        const std::string reason = stored.WhyNotStored();
+        report->Complain("status 200, but nothing was stored in " + stored.path() + ": " + reason);
+        report->json["not_stored"] = reason;
+        return ExitCode::kNothingWhole;
+    }
+    report->Say("status 200: stored " + std::to_string(stored.Size()) + " bytes in " + stored.path());
+    report->Say(stored.FirstLines());
+    report->json["bytes"] = stored.Size();
+    const std::string fault = stored.Fault();
+    report->json["whole"] = fault.empty();
+    if (!fault.empty()) {
+        report->json["xml_fault"] = fault;
+        return ExplainIncomplete(outcome, stored, fault, report);
+    }
+    report->AddFindings(outcome.findings);
+    return ExitCode::kDone;
 }
 
 template <class Function, class Request>
-ExitCode Run(const Download &download, Function ShopLibrary::*function, const Request &request)
+ExitCode Run(const std::string &command, const Download &download, Function ShopLibrary::*function,
+             const Request &request)
 {
-    const ShopLibrary library(download.call.library);
     const StoredFile stored(download.target);
-    const int status =
-        (library.*function)(download.call.WideProfile().c_str(), &request, ToWidePath(download.target).c_str(),
-                            download.force ? 1 : 0, ToWide(download.call.url).c_str(), download.call.Port());
-    return Report(status, stored, download);
+    const std::u16string profile = download.call.WideProfile();
+    const std::u16string target = ToWidePath(download.target);
+    const std::u16string url = ToWide(download.call.Url());
+    const Outcome outcome = [&] {
+        const Interruption interruption(stored);
+        return download.call.Make(judgement::Call::kDownload, [&](const ShopLibrary &library) {
+            return (library.*function)(profile.c_str(), &request, target.c_str(), download.force ? 1 : 0, url.c_str(),
+                                       download.call.Port());
+        });
+    }();
+    Report report(command, download.call.json);
+    report.json["status"] = outcome.status;
+    report.json["file"] = download.target;
+    switch (outcome.status) {
+    case PAVONIX_OK:
+        return report.End(ExplainStored(outcome, stored, &report));
+    case PAVONIX_KEPT:
+        return report.End(ExplainKept(stored, &report));
+    default:
+        return report.End(ExplainFailure(outcome, &report));
+    }
 }
 
 } // namespace
@@ -63,14 +119,14 @@ void AddDownloadCommands(CLI::App &app, ExitCode *exitCode)
     list->add_option("--start", listed->list.start, "First item of the page")->capture_default_str();
     listed->list.max = 10;
     list->add_option("--max", listed->list.max, "Items on the page")->capture_default_str();
-    list->callback([=] { *exitCode = Run(*listed, &ShopLibrary::getGoodListXml, listed->list); });
+    list->callback([=] { *exitCode = Run("list", *listed, &ShopLibrary::getGoodListXml, listed->list); });
 
     const auto single = std::make_shared<Download>();
     CLI::App *good = app.add_subcommand("good", "Store the description of one good");
     AddOptions(*good, *single);
     good->add_option("--type", single->good.type, "Type of the good")->required();
     good->add_option("--id", single->good.id, "Its id")->required();
-    good->callback([=] { *exitCode = Run(*single, &ShopLibrary::getOneGoodXml, single->good); });
+    good->callback([=] { *exitCode = Run("good", *single, &ShopLibrary::getOneGoodXml, single->good); });
 }
 
 } // namespace client

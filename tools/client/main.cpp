@@ -1,33 +1,57 @@
 // pavonix: calls the client library from the command line.
+#include "command_words.h"
 #include "downloads.h"
 #include "profile_commands.h"
 #include "purchases.h"
+#include "settings.h"
 
 #include <CLI/CLI.hpp>
 
 #include <iostream>
 
-int main(int argc, char **argv)
-{
-    using client::ExitCode;
+namespace {
 
+using client::ExitCode;
+using client::Failure;
+
+constexpr const char *kSettingsHelp =
+    "Settings: the options --url, --port, --profile, --library and --timeout are also taken from the environment\n"
+    "(PAVONIX_URL and so on) and from lines \"profile = FILE\" in ~/.config/pavonix.conf or the file that\n"
+    "PAVONIX_CONFIG names.\n\n";
+
+ExitCode Run(int argc, char **argv)
+{
     CLI::App app("Asks a goods shop through the client library and explains the answer.");
-    app.footer(client::kExitCodeHelp);
+    app.footer(std::string(kSettingsHelp) + client::kExitCodeHelp);
+    app.set_version_flag("--version", "pavonix " CLIENT_VERSION);
     app.require_subcommand(1);
     ExitCode exitCode = ExitCode::kDone;
     client::AddDownloadCommands(app, &exitCode);
     client::AddBuyCommand(app, &exitCode);
     client::AddProfileCommands(app, &exitCode);
+    if (const std::string unknown = client::UnknownWord(&app, {argv + 1, argv + argc}); !unknown.empty()) {
+        throw Failure(ExitCode::kUsage, unknown + "\nRun pavonix --help for what there is.");
+    }
+    client::ReadSettings();
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::kUsage);
-    } catch (const client::Failure &failure) {
+        return app.exit(error) == 0 ? ExitCode::kDone : ExitCode::kUsage;
+    }
+    return exitCode;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return static_cast<int>(Run(argc, argv));
+    } catch (const Failure &failure) {
         std::cerr << "pavonix: " << failure.what() << '\n';
         return static_cast<int>(failure.code());
     } catch (const std::exception &failure) {
         std::cerr << "pavonix: " << failure.what() << '\n';
         return static_cast<int>(ExitCode::kLocalFailure);
     }
-    return static_cast<int>(exitCode);
 }

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <iostream>
@@ -50,6 +51,23 @@ std::string FittingPrivateKey(const KeyPair &keys, int bits)
 
 } // namespace
 
+// What is written must be what the library reads, and a shop must take the serial.
+void NewProfile::CheckReadsBack(const std::string &text) const
+{
+    const auto isVisible = [](unsigned char letter) { return letter > ' ' && letter < 0x7F; };
+    if (serial.empty() || !std::all_of(serial.begin(), serial.end(), isVisible)) {
+        throw Failure(ExitCode::kUsage,
+                      "--serial must be visible ASCII without blanks: it is sent as a header's value");
+    }
+    ProfileText read = ReadProfileText(text);
+    if (!read.problems.empty()) {
+        throw Failure(ExitCode::kUsage, "the library would misread this profile, " + read.problems.front());
+    }
+    if (read.values["User-Serial"] != serial || read.values["User-Agent"] != userAgent) {
+        throw Failure(ExitCode::kUsage, "the library would misread this profile: a line feed ends a value");
+    }
+}
+
 ExitCode NewProfile::Write() const
 {
     if (bits % 8 != 0) {
@@ -61,10 +79,7 @@ ExitCode NewProfile::Write() const
                              "\nUser-Id: " + std::to_string(userId) + "\nUser-No: " + std::to_string(userNumber) +
                              "\nPublic-Key: " + keys.publicXml + "\n" + kPrivateKeyLine +
                              FittingPrivateKey(keys, bits) + "\n";
-    const ProfileText read = ReadProfileText(text);
-    if (!read.problems.empty()) {
-        throw Failure(ExitCode::kUsage, "the library would misread this profile, " + read.problems.front());
-    }
+    CheckReadsBack(text);
     const std::string publicFile = publicKeyFile.empty() ? file + ".pub.xml" : publicKeyFile;
     WriteFile(file, text, 0600, force);
     WriteFile(publicFile, keys.publicXml + "\n", 0644, force);

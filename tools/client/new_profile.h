@@ -21,6 +21,9 @@ struct NewProfile {
     // register at a shop. Throws Failure: kUsage for values that a profile cannot
     // hold, kLocalFailure for a file that exists (without force) or cannot be written.
     ExitCode Write() const;
+
+private:
+    void CheckReadsBack(const std::string &text) const;
 };
 
 } // namespace client

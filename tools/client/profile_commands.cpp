@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -26,8 +27,9 @@ std::string Shown(const std::string &key, const std::string &value)
 ExitCode Check(const std::string &path)
 {
     std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        throw Failure(ExitCode::kLocalFailure, path + " cannot be read; a call would go out without an identity");
+    if (!file || !std::filesystem::is_regular_file(path)) {
+        throw Failure(ExitCode::kLocalFailure,
+                      path + " is no file that can be read; a call would go out without an identity");
     }
     ProfileText profile = ReadProfileText(std::string(std::istreambuf_iterator<char>(file), {}));
     std::map<int, std::string> keys;

@@ -3,7 +3,7 @@
 #include "shop_call.h"
 #include "wide_text.h"
 
-#include <iostream>
+#include <climits>
 #include <memory>
 
 namespace client {
@@ -21,33 +21,66 @@ std::string TextAt(const BuyGoodRoomyResult &result, const PavonixChar *text)
     return Printable(ToUtf8(shown));
 }
 
-void ShowVerdict(const BuyGoodRoomyResult &result)
+// A value that no verdict leaves behind: the call wrote nothing.
+constexpr int kUntouched = INT_MIN;
+
+void ShowVerdict(const BuyGoodRoomyResult &result, Report *report)
 {
     const std::string message = TextAt(result, result.message);
-    std::cout << "error code: " << result.errorCode << (result.errorCode == 0 ? " (the server sent none)\n" : "\n")
-              << "message: " << (message.empty() ? "(none)" : message) << '\n';
+    report->Complain("error code: " + std::to_string(result.errorCode) +
+                     (result.errorCode == 0 ? " (none that the library can read)" : ""));
+    report->Complain("message: " + (message.empty() ? "(none)" : message));
+    report->json["error_code"] = result.errorCode;
+    report->json["message"] = message;
     if (result.errorCode == 906) {
-        std::cout << "server timestamp: " << TextAt(result, result.serverTimestamp) << '\n'
-                  << "The clock of this device is off: set it and buy again.\n";
+        const std::string timestamp = TextAt(result, result.serverTimestamp);
+        report->Complain("server timestamp: " + timestamp);
+        report->Complain("The clock of this device is off: set it and buy again.");
+        report->json["server_timestamp"] = timestamp;
     }
+}
+
+// After a 0 the record holds what came instead of a reply.
+void ShowRemains(const BuyGoodRoomyResult &result, Report *report)
+{
+    const bool untouched = result.errorCode == kUntouched;
+    const std::string text = untouched ? "" : TextAt(result, result.message);
+    report->Complain(untouched ? "the result record is untouched: nothing was sent"
+                               : "the result record has code 0 and the message \"" + text + "\"");
+    report->json["record_touched"] = !untouched;
+    report->json["message"] = text;
+}
+
+ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const BuyGoodRequest &request,
+                 Report *report)
+{
+    if (outcome.status == PAVONIX_OK) {
+        report->Say("bought (200): type " + std::to_string(request.type) + ", id " + std::to_string(request.id));
+        report->AddFindings(outcome.findings);
+        return ExitCode::kDone;
+    }
+    const ExitCode code = ExplainFailure(outcome, report);
+    if (outcome.status == PAVONIX_FAILED) {
+        ShowRemains(result, report);
+    } else {
+        ShowVerdict(result, report);
+    }
+    return code;
 }
 
 ExitCode Buy(const ShopCall &call, const BuyGoodRequest &request)
 {
-    const ShopLibrary library(call.library);
     const auto result = std::make_unique<BuyGoodRoomyResult>();
-    const int status =
-        library.getBuyGood(call.WideProfile().c_str(), &request, reinterpret_cast<BuyGoodResult *>(result.get()),
-                           ToWide(call.url).c_str(), call.Port());
-    if (status == PAVONIX_OK) {
-        std::cout << "bought (200): type " << request.type << ", id " << request.id << '\n';
-        return ExitCode::kDone;
-    }
-    const ExitCode code = ExplainFailure(status);
-    if (code == ExitCode::kRefused) {
-        ShowVerdict(*result);
-    }
-    return code;
+    result->errorCode = kUntouched;
+    const std::u16string profile = call.WideProfile();
+    const std::u16string url = ToWide(call.Url());
+    const Outcome outcome = call.Make(judgement::Call::kPurchase, [&](const ShopLibrary &library) {
+        return library.getBuyGood(profile.c_str(), &request, reinterpret_cast<BuyGoodResult *>(result.get()),
+                                  url.c_str(), call.Port());
+    });
+    Report report("buy", call.json);
+    report.json["status"] = outcome.status;
+    return report.End(Explain(outcome, *result, request, &report));
 }
 
 } // namespace

@@ -1,8 +1,12 @@
 #include "shop_call.h"
 
+#include "call/progress.h"
+#include "trace_file.h"
 #include "wide_text.h"
 
 #include <CLI/CLI.hpp>
+
+#include <unistd.h>
 
 #include <charconv>
 #include <fstream>
@@ -13,16 +17,30 @@ namespace client {
 namespace {
 
 constexpr int kDefaultPort = 80;
+constexpr double kLongestTimeOut = 86400;
 
 } // namespace
 
 void ShopCall::AddOptions(CLI::App &command)
 {
-    command.add_option("--url", url, "The shop's address for this call, http://host/path without a query")->required();
+    command_ = command.get_name();
+    command
+        .add_option("--url", url,
+                    "The shop's address for this call, http://host/path without a query; {} in it stands for the "
+                    "command's name")
+        ->envname("PAVONIX_URL")
+        ->required();
     command.add_option("--port", port, "TCP port to connect to; without it the one in the URL, or 80")
+        ->envname("PAVONIX_PORT")
         ->check(CLI::Range(1, 65535));
-    command.add_option("--profile", profile, "The device profile file")->required();
-    command.add_option("--library", library, "The library to load; without it libpavonix.so beside this program");
+    command.add_option("--profile", profile, "The device profile file")->envname("PAVONIX_PROFILE")->required();
+    command.add_option("--timeout", seconds, "Give up after so many seconds; the library itself waits for ever")
+        ->envname("PAVONIX_TIMEOUT")
+        ->check(CLI::Range(0.001, kLongestTimeOut));
+    command.add_option("--library", library, "The library to load; without it libpavonix.so beside this program")
+        ->envname("PAVONIX_LIBRARY");
+    command.add_flag("--trace", trace, "Load libpavonix-trace.so instead and show the trace that it writes");
+    command.add_flag("--json", json, "Answer with one JSON object");
 }
 
 std::u16string ShopCall::WideProfile() const
@@ -33,11 +51,41 @@ std::u16string ShopCall::WideProfile() const
     return ToWidePath(profile);
 }
 
+Outcome ShopCall::Make(judgement::Call kind, const std::function<int(const ShopLibrary &)> &call) const
+{
+    const ShopLibrary loaded(library, trace);
+    const TraceFile traced(trace ? profile : "");
+    Outcome outcome{PAVONIX_FAILED, CallRecord(kind), {}};
+    outcome.record.showProgress = !json && isatty(STDERR_FILENO) != 0;
+    if (seconds) {
+        outcome.record.deadline = CallRecord::Clock::now() + std::chrono::duration_cast<CallRecord::Clock::duration>(
+                                                                 std::chrono::duration<double>(*seconds));
+    }
+    {
+        const Recording recording(&outcome.record);
+        outcome.status = call(loaded);
+    }
+    EndProgress();
+    traced.Show();
+    if (outcome.status != PAVONIX_KEPT) {
+        outcome.findings = outcome.record.Judge(Url());
+    }
+    return outcome;
+}
+
+std::string ShopCall::Url() const
+{
+    const std::size_t place = url.find("{}");
+    return place == std::string::npos ? url : std::string(url).replace(place, 2, command_);
+}
+
 int ShopCall::Port() const
 {
-    if (port) {
-        return *port;
-    }
+    return port ? *port : PortIn(url);
+}
+
+int PortIn(const std::string &url)
+{
     const std::size_t scheme = url.find("//");
     const std::size_t host = scheme == std::string::npos ? 0 : scheme + 2;
     const std::size_t end = std::min(url.find('/', host), url.size());
@@ -45,25 +93,6 @@ int ShopCall::Port() const
     int inUrl = kDefaultPort;
     std::from_chars(url.data() + std::min(colon + 1, end), url.data() + end, inUrl);
     return inUrl;
-}
-
-ExitCode ExplainFailure(int status)
-{
-    if (status == PAVONIX_FAILED) {
-        std::cout << "no reply (0): the host is unknown, nobody listens on the port, the connection was lost before a\n"
-                     "status came, or the URL cannot be used (http://host/path, well under 200 characters)\n";
-        return ExitCode::kNoReply;
-    }
-    const char *meaning = "not a status that a shop answers with";
-    if (status >= 300 && status < 400) {
-        meaning = "not modified or moved; the library follows no redirection";
-    } else if (status >= 400 && status < 500) {
-        meaning = "the server refuses the request";
-    } else if (status >= 500 && status < 600) {
-        meaning = "the server failed";
-    }
-    std::cout << "status " << status << ": " << meaning << '\n';
-    return ExitCode::kRefused;
 }
 
 } // namespace client

@@ -10,9 +10,10 @@ namespace client {
 
 namespace {
 
-std::string BesideThisProgram()
+std::string BesideThisProgram(bool tracing)
 {
-    return std::filesystem::read_symlink("/proc/self/exe").replace_filename("libpavonix.so").string();
+    const char *name = tracing ? "libpavonix-trace.so" : "libpavonix.so";
+    return std::filesystem::read_symlink("/proc/self/exe").replace_filename(name).string();
 }
 
 template <class Function>
@@ -26,8 +27,8 @@ void Find(void *handle, const char *name, Function *function)
 
 } // namespace
 
-ShopLibrary::ShopLibrary(const std::string &file)
-    : handle_(dlopen(file.empty() ? BesideThisProgram().c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL))
+ShopLibrary::ShopLibrary(const std::string &file, bool tracing)
+    : handle_(dlopen(file.empty() ? BesideThisProgram(tracing).c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL))
 {
     if (handle_ == nullptr) {
         throw Failure(ExitCode::kLocalFailure, dlerror());

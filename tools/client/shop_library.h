@@ -9,9 +9,10 @@ namespace client {
 
 class ShopLibrary {
 public:
-    // file: the library; empty for the one beside this program. Throws
-    // Failure(kLocalFailure) when it cannot be loaded or lacks an export.
-    explicit ShopLibrary(const std::string &file);
+    // file: the library; empty for the one beside this program, the tracing one if
+    // `tracing`. Throws Failure(kLocalFailure) when it cannot be loaded or lacks an
+    // export.
+    explicit ShopLibrary(const std::string &file, bool tracing = false);
     ~ShopLibrary();
     ShopLibrary(const ShopLibrary &) = delete;
     ShopLibrary &operator=(const ShopLibrary &) = delete;

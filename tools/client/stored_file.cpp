@@ -1,12 +1,17 @@
 #include "stored_file.h"
 
+#include "exit_code.h"
+#include "judgement/exchange.h"
+#include "judgement/xml_fault.h"
 #include "wide_text.h"
 
-#include <libxml/parser.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
-#include <iostream>
-#include <iterator>
 
 namespace client {
 
@@ -14,17 +19,11 @@ namespace {
 
 constexpr int kLinesShown = 8;
 constexpr std::size_t kColumnsShown = 110;
-
-bool IsWellFormed(const std::string &text)
-{
-    xmlDoc *document = xmlReadMemory(text.data(), static_cast<int>(text.size()), "stored", nullptr,
-                                     XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING);
-    xmlFreeDoc(document);
-    return document != nullptr;
-}
+constexpr std::size_t kBytesRead = 4096;
+constexpr std::size_t kLongestPath = 259; // bytes, in the library's code page
 
 // The line's beginning, not cut inside a character of UTF-8.
-std::string Beginning(const std::string &line)
+std::string BeginningOf(const std::string &line)
 {
     std::size_t length = std::min(line.size(), kColumnsShown);
     while (length > 0 && length < line.size() && (line[length] & 0xC0) == 0x80) {
@@ -33,50 +32,95 @@ std::string Beginning(const std::string &line)
     return Printable(line.substr(0, length)) + (length < line.size() ? "..." : "");
 }
 
-void ShowFirstLines(const std::string &text)
+} // namespace
+
+StoredFile::StoredFile(const std::string &path) : path_(path)
 {
+    if (path.empty() || path == "-") {
+        throw Failure(ExitCode::kUsage, "--out must name a file; the library stores nothing elsewhere");
+    }
+    if (stat(path.c_str(), &before_) == 0 && !S_ISREG(before_.st_mode)) {
+        throw Failure(ExitCode::kLocalFailure, path + " is " +
+                                                   (S_ISDIR(before_.st_mode) ? "a folder" : "no regular file") +
+                                                   ": the library could not store there, or would replace it");
+    }
+}
+
+bool StoredFile::IsNew() const
+{
+    struct stat now = {};
+    return stat(path_.c_str(), &now) == 0 && S_ISREG(now.st_mode) && IsOther(before_, now);
+}
+
+std::uint64_t StoredFile::Size() const
+{
+    struct stat now = {};
+    return stat(path_.c_str(), &now) == 0 ? static_cast<std::uint64_t>(now.st_size) : 0;
+}
+
+std::string StoredFile::Fault() const
+{
+    return judgement::XmlFaultOfFile(path_);
+}
+
+std::string StoredFile::Beginning() const
+{
+    std::string text(kBytesRead, '\0');
+    std::ifstream file(path_, std::ios::binary);
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(static_cast<std::size_t>(file.gcount()));
+    return text;
+}
+
+std::size_t StoredFile::Zeros() const
+{
+    const std::string text = Beginning().substr(0, judgement::kFirstReception);
+    return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\0'));
+}
+
+std::string StoredFile::FirstLines() const
+{
+    const std::string text = Beginning();
+    std::string shown;
     std::size_t at = 0;
     for (int line = 0; line < kLinesShown && at < text.size(); ++line) {
         const std::size_t end = std::min(text.find('\n', at), text.size());
-        std::cout << "  | " << Beginning(text.substr(at, end - at)) << '\n';
+        shown += (line > 0 ? "\n  | " : "  | ") + BeginningOf(text.substr(at, end - at));
         at = end + 1;
     }
-    std::cout << (at < text.size() ? "  | ...\n" : "");
+    return shown + (at < Size() ? "\n  | ..." : "");
 }
 
-} // namespace
-
-StoredFile::Look::Look(const std::string &path)
+std::string StoredFile::WhyNotStored() const
 {
-    struct stat found;
-    if (stat(path.c_str(), &found) == 0) {
-        isFile = S_ISREG(found.st_mode);
-        inode = found.st_ino;
-        size = found.st_size;
-        seconds = found.st_mtim.tv_sec;
-        nanoseconds = found.st_mtim.tv_nsec;
+    const std::filesystem::path path = std::filesystem::absolute(path_);
+    const std::filesystem::path folder = path.parent_path();
+    const std::optional<std::size_t> narrow = NarrowLength(path.string());
+    if (!narrow) {
+        return "its path has letters that code page 1252 lacks";
     }
+    if (*narrow > kLongestPath) {
+        return "its path has " + std::to_string(*narrow) + " bytes, and the library takes " +
+               std::to_string(kLongestPath);
+    }
+    std::error_code error;
+    if (!std::filesystem::exists(folder, error) && !std::filesystem::exists(folder.parent_path(), error)) {
+        return "more than one folder of its path is missing, and the library makes only the last one: " +
+               folder.string();
+    }
+    for (const std::filesystem::path &place : {folder, folder.parent_path()}) {
+        if (std::filesystem::exists(place, error)) {
+            return access(place.c_str(), W_OK | X_OK) == 0 ? "it cannot be opened for writing"
+                                                           : place.string() + ": " + std::strerror(errno);
+        }
+    }
+    return "it cannot be written";
 }
 
-bool StoredFile::Show() const
+bool IsOther(const struct stat &before, const struct stat &now)
 {
-    const Look now(path_);
-    if (!now.isFile || now == before_) {
-        std::cout << "status 200, but nothing was stored in " << path_ << ":\n"
-                  << "it cannot be written, two folders of its path are missing, or its path has letters that code\n"
-                     "page 1252 lacks\n";
-        return false;
-    }
-    std::ifstream file(path_, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    const bool whole = IsWellFormed(text);
-    std::cout << "status 200: stored " << text.size() << " bytes in " << path_ << '\n';
-    ShowFirstLines(text);
-    if (!whole) {
-        std::cout << "this is not a whole XML document: the reply was cut short, announced no length, did not bring\n"
-                     "its first bytes in one segment, or is something else\n";
-    }
-    return whole;
+    return before.st_ino != now.st_ino || before.st_size != now.st_size ||
+           before.st_mtim.tv_sec != now.st_mtim.tv_sec || before.st_mtim.tv_nsec != now.st_mtim.tv_nsec;
 }
 
 } // namespace client

@@ -1,6 +1,7 @@
 // What a download left at its target path.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <sys/stat.h>
 
@@ -9,27 +10,34 @@ namespace client {
 // Remembers what lies at the path when it is made, before the download.
 class StoredFile {
 public:
-    explicit StoredFile(const std::string &path) : path_(path), before_(Look(path)) {}
+    // Throws Failure for a path that is empty or has no regular file: the library
+    // would delete a device or a link and put a file in its place.
+    explicit StoredFile(const std::string &path);
 
-    // Shows size and first lines of what the download stored. Answers false, and
-    // says why, when that is nothing or no whole XML document: the library
-    // reports status 200 for these, too.
-    [[nodiscard]] bool Show() const;
+    // Whether the download has put a file there.
+    [[nodiscard]] bool IsNew() const;
+    [[nodiscard]] std::uint64_t Size() const;
+    // What is wrong with the XML in it; empty when it is a whole document.
+    [[nodiscard]] std::string Fault() const;
+    // Zero bytes in the part of it that came with the reply's head: they stand for
+    // bytes that did not.
+    [[nodiscard]] std::size_t Zeros() const;
+    // The first lines, each on a line of its own behind "  | ".
+    [[nodiscard]] std::string FirstLines() const;
+    // Why the library stored nothing, as far as the file system tells.
+    [[nodiscard]] std::string WhyNotStored() const;
+
+    const std::string &path() const { return path_; }
+    const struct stat &before() const { return before_; }
 
 private:
-    struct Look {
-        explicit Look(const std::string &path);
-        bool operator==(const Look &) const = default;
-
-        bool isFile = false;
-        ino_t inode = 0;
-        off_t size = 0;
-        long seconds = 0;
-        long nanoseconds = 0;
-    };
+    [[nodiscard]] std::string Beginning() const;
 
     std::string path_;
-    Look before_;
+    struct stat before_ = {}; // zeros when nothing was there
 };
+
+// Whether a file differs from what was there before, also to a signal handler.
+[[nodiscard]] bool IsOther(const struct stat &before, const struct stat &now);
 
 } // namespace client

@@ -56,6 +56,12 @@ std::u16string ToWidePath(const std::string &path)
     return wide;
 }
 
+std::optional<std::size_t> NarrowLength(const std::string &path)
+{
+    std::string narrow;
+    return Convert("UTF-8", "CP1252", path, &narrow) ? std::optional(narrow.size()) : std::nullopt;
+}
+
 std::string Printable(std::string text)
 {
     std::replace_if(

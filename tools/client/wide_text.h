@@ -1,6 +1,7 @@
 // UTF-8, as people type it, and UTF-16, as the library takes it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,10 @@ namespace client {
 // of it, and with '\' for '/'. Throws Failure(kUsage), also for '*' and '?', which
 // the library would take for a search pattern.
 [[nodiscard]] std::u16string ToWidePath(const std::string &path);
+
+// The bytes that a UTF-8 path has in code page 1252, the library's own; nothing
+// when it has letters that the page lacks.
+[[nodiscard]] std::optional<std::size_t> NarrowLength(const std::string &path);
 
 // The text with control characters replaced by '?', safe to show on a terminal.
 [[nodiscard]] std::string Printable(std::string text);

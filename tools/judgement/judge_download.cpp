@@ -92,11 +92,11 @@ void Download::JudgeLength()
 
 void Download::JudgeAgainstBody()
 {
-    const std::string fact =
-        std::to_string(device_.announced()) + " announced, " + std::to_string(body_.size()) + " came";
-    if (body_.size() > device_.announced()) {
+    const std::uint64_t came = body_.size() + exchange_.beyond;
+    const std::string fact = std::to_string(device_.announced()) + " announced, " + std::to_string(came) + " came";
+    if (came > device_.announced()) {
         Add(kLengthTooSmall, fact);
-    } else if (!exchange_.whole || body_.size() == device_.announced()) {
+    } else if (came == device_.announced()) {
         return;
     } else if (exchange_.end == End::kReset) {
         Add(kBodyReset, fact);
@@ -107,7 +107,7 @@ void Download::JudgeAgainstBody()
 
 void Download::JudgeBody()
 {
-    if (exchange_.whole && FirstError(findings_) == nullptr) {
+    if (exchange_.beyond == 0 && FirstError(findings_) == nullptr) {
         if (const std::string fault = XmlFault(body_); !fault.empty()) {
             Add(kNotXml, fault + "; it begins with " + Printable(body_, 40));
         }

@@ -1,0 +1,61 @@
+#include "call/call_record.h"
+
+#include "judgement/connection_rules.h"
+#include "judgement/printable.h"
+#include "wire/name_fault.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace client {
+
+namespace {
+
+constexpr std::size_t kMostKept = 64 * 1024;
+
+thread_local CallRecord *current = nullptr; // a look-up may run on another thread
+
+} // namespace
+
+void CallRecord::Keep(const char *bytes, std::size_t count)
+{
+    const std::size_t kept = std::min(count, kMostKept - std::min(exchange.reply.size(), kMostKept));
+    exchange.reply.append(bytes, kept);
+    exchange.beyond += count - kept;
+}
+
+judgement::Findings CallRecord::Judge(const std::string &url) const
+{
+    judgement::Findings findings = judgement::JudgeUrl(url, exchange.call);
+    if (host.empty()) {
+        return findings; // nothing was tried
+    }
+    if (address.empty()) {
+        findings.push_back({&NameRule(host, nameError), judgement::Printable(host)});
+    } else if (connectError != 0) {
+        findings.push_back({&ConnectRule(connectError), address + ": " + std::strerror(connectError)});
+    } else if (sendError != 0) {
+        findings.push_back({&judgement::kSendFailed, address + ": " + std::strerror(sendError)});
+    } else {
+        judgement::Findings more = judgement::Judge(exchange);
+        std::move(more.begin(), more.end(), std::back_inserter(findings));
+    }
+    return findings;
+}
+
+Recording::Recording(CallRecord *record)
+{
+    current = record;
+}
+
+Recording::~Recording()
+{
+    current = nullptr;
+}
+
+CallRecord *Recording::Current()
+{
+    return current;
+}
+
+} // namespace client

@@ -1,0 +1,52 @@
+// What happened on the network while the library made its call. The library
+// answers one number; this is how the client knows the reason for it.
+#pragma once
+
+#include "judgement/exchange.h"
+#include "judgement/judge.h"
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+namespace client {
+
+struct CallRecord {
+    using Clock = std::chrono::steady_clock;
+
+    explicit CallRecord(judgement::Call call) { exchange.call = call; }
+
+    std::optional<Clock::time_point> deadline; // nothing is waited for beyond it
+    bool showProgress = false;                 // on standard error, after a second
+
+    std::string host;      // that was looked up; empty when the call did not come so far
+    int nameError = 0;     // of gethostbyname (h_errno)
+    std::string address;   // with its port
+    int connectError = 0;  // errno
+    int sendError = 0;     // errno
+    bool timedOut = false; // the deadline came
+    int socket = -1;       // the library's
+    Clock::time_point sentAt;
+    judgement::Exchange exchange;
+    std::uint64_t received = 0; // bytes that the library read
+
+    // Takes over bytes of the reply, as many as are kept.
+    void Keep(const char *bytes, std::size_t count);
+    // What is wrong with the call, URL included.
+    [[nodiscard]] judgement::Findings Judge(const std::string &url) const;
+};
+
+// While it lives, the system calls that the library makes on this thread are noted
+// in the record (system_calls.cpp).
+class Recording {
+public:
+    explicit Recording(CallRecord *record);
+    ~Recording();
+    Recording(const Recording &) = delete;
+    Recording &operator=(const Recording &) = delete;
+
+    // The record being made; null when there is none.
+    static CallRecord *Current();
+};
+
+} // namespace client

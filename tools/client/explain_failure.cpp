@@ -1,0 +1,80 @@
+// Why a call brought no status 200.
+#include "judgement/connection_rules.h"
+#include "judgement/device_reading.h"
+#include "judgement/printable.h"
+#include "shop_call.h"
+
+namespace client {
+
+namespace {
+
+using judgement::Finding;
+using judgement::Topic;
+
+ExitCode CodeOf(const Finding &cause)
+{
+    switch (cause.rule->topic) {
+    case Topic::kUrl:
+        return ExitCode::kUnusableUrl;
+    case Topic::kName:
+    case Topic::kConnection:
+        return cause.rule == &judgement::kSendFailed ? ExitCode::kNoReply : ExitCode::kNoConnection;
+    default:
+        return ExitCode::kNoReply;
+    }
+}
+
+ExitCode ExplainNoStatus(const Outcome &outcome, Report *report)
+{
+    const Finding *cause = judgement::FirstError(outcome.findings);
+    if (cause == nullptr) {
+        report->Complain("no reply status (0), and nothing wrong was seen: the library may have had no memory");
+        return ExitCode::kNoReply;
+    }
+    report->Complain("no reply status (0): " + std::string(cause->rule->sentence));
+    report->json["cause"] = cause->rule->name;
+    report->AddFindings(outcome.findings, cause);
+    return CodeOf(*cause);
+}
+
+// The library keeps code and message of a refused download to itself.
+void ShowReason(const Outcome &outcome, Report *report)
+{
+    const judgement::DeviceReading device(outcome.record.exchange);
+    if (const auto code = device.Verdict("X-Error-Code")) {
+        report->Complain("error code:" + judgement::Printable(*code));
+        report->json["error_code"] = judgement::DeviceNumber(*code);
+    }
+    if (const auto message = device.Verdict("X-Error-Message")) {
+        report->Complain("message:" + judgement::Printable(*message, judgement::kFirstReception));
+        report->json["message"] = judgement::Printable(*message, judgement::kFirstReception);
+    }
+}
+
+ExitCode ExplainStatus(const Outcome &outcome, Report *report)
+{
+    const auto isAboutStatus = [](const Finding &finding) { return finding.rule->topic == Topic::kStatus; };
+    const auto cause = std::find_if(outcome.findings.begin(), outcome.findings.end(), isAboutStatus);
+    const bool known = cause != outcome.findings.end();
+    report->Complain("status " + std::to_string(outcome.status) + ": " +
+                     (known ? std::string(cause->rule->sentence) : "The server refuses the purchase."));
+    if (known) {
+        report->json["cause"] = cause->rule->name;
+    }
+    report->AddFindings(outcome.findings, known ? &*cause : nullptr);
+    if (outcome.record.exchange.call == judgement::Call::kDownload) {
+        ShowReason(outcome, report);
+    }
+    return ExitCode::kRefused;
+}
+
+} // namespace
+
+ExitCode ExplainFailure(const Outcome &outcome, Report *report)
+{
+    const ExitCode code =
+        outcome.status == PAVONIX_FAILED ? ExplainNoStatus(outcome, report) : ExplainStatus(outcome, report);
+    return outcome.record.timedOut ? ExitCode::kTimeOut : code;
+}
+
+} // namespace client

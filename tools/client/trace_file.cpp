@@ -1,0 +1,45 @@
+#include "trace_file.h"
+
+#include "wide_text.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+namespace client {
+
+namespace {
+
+std::uint64_t LengthOf(const std::string &path)
+{
+    std::error_code none;
+    const std::uintmax_t length = std::filesystem::file_size(path, none);
+    return none ? 0 : length;
+}
+
+} // namespace
+
+TraceFile::TraceFile(const std::string &profile) : path_(profile.empty() ? "" : profile + ".trace.txt")
+{
+    before_ = path_.empty() ? 0 : LengthOf(path_);
+}
+
+void TraceFile::Show() const
+{
+    if (path_.empty()) {
+        return;
+    }
+    std::ifstream file(path_, std::ios::binary);
+    if (!file) {
+        std::cerr << "warning: the library wrote no trace " << path_ << '\n';
+        return;
+    }
+    // a trace that has grown too long is begun anew
+    file.seekg(static_cast<std::streamoff>(LengthOf(path_) >= before_ ? before_ : 0));
+    for (std::string line; std::getline(file, line);) {
+        line.erase(line.find_last_not_of('\r') + 1);
+        std::cerr << Printable(line) << '\n';
+    }
+}
+
+} // namespace client

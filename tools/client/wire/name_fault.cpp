@@ -1,0 +1,46 @@
+#include "wire/name_fault.h"
+
+#include "judgement/connection_rules.h"
+
+#include <netdb.h>
+
+#include <cerrno>
+#include <memory>
+
+namespace client {
+
+namespace {
+
+bool HasAddressOfOtherFamily(const std::string &host)
+{
+    addrinfo wanted = {};
+    wanted.ai_family = AF_INET6;
+    addrinfo *found = nullptr;
+    const bool any = getaddrinfo(host.c_str(), nullptr, &wanted, &found) == 0;
+    const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> release(found, freeaddrinfo);
+    return any;
+}
+
+} // namespace
+
+const judgement::Rule &NameRule(const std::string &host, int error)
+{
+    if (error == NO_DATA || (error == HOST_NOT_FOUND && HasAddressOfOtherFamily(host))) {
+        return judgement::kNameNoIpv4;
+    }
+    return error == HOST_NOT_FOUND ? judgement::kNameUnknown : judgement::kNameNoAnswer;
+}
+
+const judgement::Rule &ConnectRule(int error)
+{
+    switch (error) {
+    case ECONNREFUSED:
+        return judgement::kRefused;
+    case ETIMEDOUT:
+        return judgement::kConnectTimeOut;
+    default:
+        return judgement::kUnreachable;
+    }
+}
+
+} // namespace client
