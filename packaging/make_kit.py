@@ -1,0 +1,109 @@
+#!/usr/bin/env python3
+"""Makes the kit under build/kit/: archives, the cabinet, Debian packages, the source, checksums and the SPDX list.
+
+Usage: make_kit.py
+The DLLs stand in build/ already. The same commit gives the same bytes: every time is that of the commit.
+"""
+
+import glob
+import gzip
+import hashlib
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import time
+import zipfile
+
+from contents import ARCHIVES, LICENCES, PAGES
+from make_cab import make_cab
+from pages import Links, is_outside, render
+from spdx import document
+
+SOURCE = pathlib.Path(__file__).resolve().parents[1]
+KIT = SOURCE / "build/kit"
+VERSION = re.search(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[1]
+
+
+def git(*arguments):
+    return subprocess.run(["git", "-C", SOURCE, *arguments], check=True, stdout=subprocess.PIPE).stdout
+
+
+def place_pages(places):
+    """{place: bytes} of the pages as HTML and their pictures; links lead only to what the archive holds."""
+    sources = [str(pathlib.Path(found).relative_to(SOURCE)) for page in PAGES
+               for found in sorted(glob.glob(str(SOURCE / page)))]
+    html = {source: "html/" + pathlib.Path(source).stem.lower().replace("readme", "index") + ".html"
+            for source in sources}
+    pages = html | {origin: place for place, origin in places.items()}
+    made = {place: render(SOURCE, source, place, pages) for source, place in html.items()}
+    files = {}
+    for place, text in made.items():
+        for target in Links(text).targets:
+            if not is_outside(target) and target.endswith((".svg", ".png")):
+                files["html/" + target] = (SOURCE / "docs" / target).read_bytes()
+    return files | {place: text.encode() for place, text in made.items()}
+
+
+def write_zip(name, files, epoch):
+    moment = time.gmtime(epoch)[:6]
+    with zipfile.ZipFile(KIT / f"{name}.zip", "w", zipfile.ZIP_DEFLATED) as archive:
+        for place in sorted(files):
+            entry = zipfile.ZipInfo(f"{name}/{place}", moment)
+            entry.compress_type, entry.external_attr = zipfile.ZIP_DEFLATED, 0o644 << 16
+            archive.writestr(entry, files[place])
+
+
+def make_archives(epoch):
+    for flavour, places in ARCHIVES.items():
+        files = {place: (SOURCE / origin).read_bytes() for place, origin in places.items()}
+        write_zip(f"pavonix-{VERSION}-{flavour}", files | place_pages(places), epoch)
+
+
+def make_source(epoch):
+    """The source archive; answers the folder it unpacks to."""
+    name = f"pavonix-{VERSION}"
+    tar = git("archive", "--format=tar", f"--prefix={name}/", "HEAD")
+    with open(KIT / f"{name}.tar.gz", "wb") as target:
+        with gzip.GzipFile("", "wb", 9, target, mtime=epoch) as packed:
+            packed.write(tar)
+    work = KIT / "work"
+    shutil.rmtree(work, ignore_errors=True)
+    work.mkdir()
+    subprocess.run(["tar", "-x", "-C", work], input=tar, check=True)
+    return work / name
+
+
+def make_debian_packages(tree, epoch):
+    shutil.copytree(tree / "packaging/debian", tree / "debian")
+    date = time.strftime("%a, %d %b %Y %H:%M:%S +0000", time.gmtime(epoch))
+    (tree / "debian/changelog").write_text(
+        f"pavonix ({VERSION}) unstable; urgency=medium\n\n  * Version {VERSION}: see CHANGELOG.md.\n\n"
+        f" -- The Pavonix authors <maintainers@pavonix.example>  {date}\n")
+    with open(KIT / "work/debian.log", "wb") as log:
+        subprocess.run(["dpkg-buildpackage", "-b", "-uc", "-us", "-d"], cwd=tree, check=True, stdout=log,
+                       stderr=subprocess.STDOUT, env={**os.environ, "DEB_BUILD_OPTIONS": "noautodbgsym"})
+    for package in KIT.glob("work/*.deb"):
+        shutil.move(package, KIT / package.name)
+
+
+def main():
+    shutil.rmtree(KIT, ignore_errors=True)
+    KIT.mkdir(parents=True)
+    epoch = int(git("log", "-1", "--format=%ct"))
+    os.environ["SOURCE_DATE_EPOCH"] = str(epoch)
+    make_archives(epoch)
+    make_cab(KIT / f"pavonix-{VERSION}-ce-armv4.cab", SOURCE / "build/ce-armv4/PAVONIX.dll",
+             [SOURCE / origin for origin in LICENCES.values()])
+    make_debian_packages(make_source(epoch), epoch)
+    shutil.rmtree(KIT / "work")
+    names = sorted(path.name for path in KIT.iterdir())
+    (KIT / f"pavonix-{VERSION}.spdx").write_text(document(VERSION, epoch, {name: KIT / name for name in names}))
+    names.append(f"pavonix-{VERSION}.spdx")
+    sums = [f"{hashlib.sha256((KIT / name).read_bytes()).hexdigest()}  {name}\n" for name in sorted(names)]
+    (KIT / "SHA256SUMS").write_text("".join(sums))
+
+
+if __name__ == "__main__":
+    main()
