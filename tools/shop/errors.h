@@ -7,6 +7,7 @@
 // in all others.
 #pragma once
 
+#include <array>
 #include <stdexcept>
 #include <string>
 
@@ -34,6 +35,11 @@ inline constexpr ErrorKind kRequestTooLarge{413, 912, "The request is too large"
 inline constexpr ErrorKind kNotAForm{415, 913, "The body is not application/x-www-form-urlencoded"};
 inline constexpr ErrorKind kMalformedRequest{400, 914, "This is not a whole HTTP request"};
 inline constexpr ErrorKind kShopFailure{500, 999, "The shop failed, its log says why"};
+
+inline constexpr std::array kErrorKinds = {kUnknownPath,   kWrongParameter,  kUnknownCategory,  kUnknownGood,
+                                           kUnknownDevice, kInvalidToken,    kClockOff,         kReplayedToken,
+                                           kAlreadyOwned,  kBalanceTooLow,   kWrongMethod,      kLengthRequired,
+                                           kNotAForm,      kRequestTooLarge, kMalformedRequest, kShopFailure};
 
 // Thrown by whatever finds the reason, answered in one place.
 class Refusal : public std::runtime_error {

@@ -1,11 +1,13 @@
 // pavonix-shop: a small shop to try a client on.
 #include "devices.h"
+#include "judgement/printable.h"
 #include "server.h"
 #include "shop_database.h"
 
 #include <CLI/CLI.hpp>
 
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <iterator>
 
@@ -20,14 +22,15 @@ struct Options {
     int userId = 0;
     std::string keyFile;
     std::int64_t balance = 0;
+    std::string fault;
 };
 
 void Serve(const Options &options)
 {
     shop::Database database = shop::OpenShopDatabase(options.database);
     shop::Shop goodsShop(database, std::chrono::seconds(options.maxSkewSeconds));
-    shop::Server server(goodsShop, options.host, options.port);
-    std::cout << "listening on http://" << options.host << ':' << server.port() << "/shop/ with database "
+    shop::Server server({goodsShop, shop::FindFault(options.fault)}, options.host, options.port);
+    std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
               << options.database << std::endl;
     server.Run();
 }
@@ -57,6 +60,26 @@ void ListPurchases(const Options &options)
     }
 }
 
+void ListFaults()
+{
+    const auto print = [](const std::string &name, const std::string &download, const std::string &sale,
+                          const std::string &refusal, const std::string &does) {
+        std::cout << std::left << std::setw(20) << name << std::setw(14) << download << std::setw(14) << sale
+                  << std::setw(16) << refusal << does << '\n';
+    };
+    print("fault", "list, good", "sale", "refusal", "the shop");
+    for (const shop::Fault &fault : shop::AllFaults()) {
+        print(fault.name, fault.download, fault.sale, fault.refusal, fault.does);
+    }
+}
+
+std::string CheckFault(const std::string &name)
+{
+    return shop::FindFault(name) != nullptr
+               ? ""
+               : "there is no fault " + judgement::Printable(name) + ", pavonix-shop faults lists them";
+}
+
 std::string CheckSerial(const std::string &serial)
 {
     const bool plain =
@@ -76,6 +99,8 @@ void AddCommands(CLI::App &app, Options &options)
     app.add_option("--max-skew", options.maxSkewSeconds, "Seconds by which the clock of a device may be off")
         ->check(CLI::NonNegativeNumber)
         ->capture_default_str();
+    app.add_option("--fault", options.fault, "Send every reply with this fault; /fault/NAME before a path does it once")
+        ->check(CheckFault);
 
     CLI::App *device = app.add_subcommand("device", "Manage devices")->require_subcommand(1);
     CLI::App *add = device->add_subcommand("add", "Register a device, or give it a new key and balance");
@@ -90,6 +115,7 @@ void AddCommands(CLI::App &app, Options &options)
         ->check(CLI::NonNegativeNumber)
         ->required();
     add->callback([&options] { AddDevice(options); });
+    app.add_subcommand("faults", "List the faults, and what the library makes of each")->callback(ListFaults);
     app.add_subcommand("purchases", "List all purchases")->callback([&options] { ListPurchases(options); });
 }
 

@@ -1,6 +1,6 @@
 #include "server.h"
 
-#include "session.h"
+#include "judgement/printable.h"
 
 #include <boost/asio/steady_timer.hpp>
 
@@ -10,9 +10,39 @@ namespace shop {
 
 namespace asio = boost::asio;
 
-Server::Server(Shop &shop, const std::string &host, unsigned short port)
-    : shop_(shop), signals_(context_, SIGINT, SIGTERM), acceptor_(context_, {asio::ip::make_address(host), port})
+namespace {
+
+// Devices know IPv4 only: of a name's addresses, such a one is preferred.
+asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
 {
+    boost::system::error_code error;
+    const auto found = asio::ip::tcp::resolver(context).resolve(host, "", error);
+    if (error || found.empty()) {
+        throw std::runtime_error("--host " + judgement::Printable(host) + ": " + error.message());
+    }
+    for (const auto &one : found) {
+        if (one.endpoint().address().is_v4()) {
+            return one.endpoint().address();
+        }
+    }
+    return found.begin()->endpoint().address();
+}
+
+} // namespace
+
+Server::Server(House house, const std::string &host, unsigned short port)
+    : house_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
+{
+    const asio::ip::tcp::endpoint endpoint(AddressOf(context_, host), port);
+    try {
+        acceptor_.open(endpoint.protocol());
+        acceptor_.set_option(asio::socket_base::reuse_address(true));
+        acceptor_.bind(endpoint);
+        acceptor_.listen();
+    } catch (const boost::system::system_error &failure) {
+        throw std::runtime_error("--host " + endpoint.address().to_string() + " --port " + std::to_string(port) + ": " +
+                                 failure.code().message());
+    }
 }
 
 void Server::Run()
@@ -26,7 +56,7 @@ void Server::Accept()
 {
     acceptor_.async_accept([this](boost::system::error_code error, asio::ip::tcp::socket socket) {
         if (!error) {
-            std::make_shared<Session>(std::move(socket), shop_)->Start();
+            std::make_shared<Session>(std::move(socket), house_)->Start();
             Accept();
             return;
         }

@@ -1,7 +1,7 @@
 // The shop's HTTP side: one thread, any number of connections, one request each.
 #pragma once
 
-#include "shop.h"
+#include "session.h"
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
@@ -11,9 +11,11 @@ namespace shop {
 
 class Server {
 public:
-    // Listens, and minds signals, at once. port 0 picks a free one. Throws
-    // boost::system::system_error.
-    Server(Shop &shop, const std::string &host, unsigned short port);
+    // Listens, and minds signals, at once. host: an address or a name. port 0 picks
+    // a free one. Throws std::runtime_error that names the option at fault.
+    Server(House house, const std::string &host, unsigned short port);
+
+    std::string address() const { return acceptor_.local_endpoint().address().to_string(); }
 
     unsigned short port() const { return acceptor_.local_endpoint().port(); }
 
@@ -23,7 +25,7 @@ public:
 private:
     void Accept();
 
-    Shop &shop_;
+    House house_;
     boost::asio::io_context context_;
     boost::asio::signal_set signals_;
     boost::asio::ip::tcp::acceptor acceptor_;

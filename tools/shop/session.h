@@ -1,9 +1,9 @@
 // One connection: a request in, a reply out.
 #pragma once
 
+#include "shop/faults/fault_table.h"
 #include "shop.h"
 
-#include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/parser.hpp>
 
@@ -12,25 +12,32 @@
 
 namespace shop {
 
+// What all connections share.
+struct House {
+    Shop &shop;
+    const Fault *fault; // of every reply; null for none
+};
+
 // Lives as long as one of its operations is under way.
 class Session : public std::enable_shared_from_this<Session> {
 public:
-    Session(boost::asio::ip::tcp::socket socket, Shop &shop);
+    Session(boost::asio::ip::tcp::socket socket, House &house);
 
     void Start();
 
 private:
-    void OnRead(boost::beast::error_code error);
-    void Send(const Response &response);
-    void Drain();
-    void Log(const Response &response) const;
+    void Read();
+    void OnRead(boost::beast::error_code error, std::size_t count);
+    void Parse(bool ended);
+    void Answer();
+    void Send(const Request *request, const Response &response, const Fault *fault);
 
     boost::beast::tcp_stream stream_;
-    Shop &shop_;
-    boost::beast::flat_buffer buffer_;
+    House &house_;
     boost::beast::http::request_parser<boost::beast::http::string_body> parser_;
-    std::string reply_;
-    std::array<char, 4096> dropped_;
+    std::array<char, 4096> chunk_;
+    std::string received_; // all that came
+    std::size_t parsed_ = 0;
 };
 
 } // namespace shop

@@ -3,16 +3,9 @@
 
 #include "catalogue.h"
 #include "till.h"
-
-#include <boost/beast/http/message.hpp>
-#include <boost/beast/http/string_body.hpp>
+#include "transmission.h"
 
 namespace shop {
-
-using Request = boost::beast::http::request<boost::beast::http::string_body>;
-using Response = boost::beast::http::response<boost::beast::http::string_body>;
-
-struct ErrorKind;
 
 //   GET  /shop/list?type=&category=&sort=&start=&max=   one page of the catalogue
 //   GET  /shop/good?type=&id=                           one good
@@ -31,8 +24,5 @@ private:
     Catalogue catalogue_;
     Till till_;
 };
-
-// The response that says why a request is refused.
-[[nodiscard]] Response MakeErrorResponse(const ErrorKind &kind, const std::string &message);
 
 } // namespace shop

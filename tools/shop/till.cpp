@@ -88,7 +88,7 @@ std::string Till::Book(const Order &order, std::int64_t price)
                       order.serial, order.userId, price) == 0) {
         throw Refusal(kBalanceTooLow);
     }
-    const std::string boughtAt = token::FormatTimeText(token::WallTimeNow());
+    const std::string boughtAt = token::FormatSortable(token::WallTimeNow());
     database_.Run("INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES (?, ?, ?, ?, ?, ?)",
                   order.serial, order.userId, order.type, order.id, price, boughtAt);
     XmlWriter xml;

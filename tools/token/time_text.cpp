@@ -13,12 +13,26 @@ struct Fields {
     int year, month, day, hour, minute, second, fraction;
 };
 
-std::string Print(const Fields &fields)
+std::string Print(const Fields &fields, const char *form = "%d-%d-%d %d:%d:%d.%.3d")
 {
     char text[96];
-    std::snprintf(text, sizeof text, "%d-%d-%d %d:%d:%d.%.3d", fields.year, fields.month, fields.day, fields.hour,
-                  fields.minute, fields.second, fields.fraction);
+    std::snprintf(text, sizeof text, form, fields.year, fields.month, fields.day, fields.hour, fields.minute,
+                  fields.second, fields.fraction);
     return text;
+}
+
+Fields FieldsOf(WallTime time)
+{
+    const auto days = chrono::floor<chrono::days>(time);
+    const chrono::year_month_day date{days};
+    const chrono::hh_mm_ss clock{time - days};
+    return {static_cast<int>(date.year()),
+            static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day())),
+            static_cast<int>(clock.hours().count()),
+            static_cast<int>(clock.minutes().count()),
+            static_cast<int>(clock.seconds().count()),
+            static_cast<int>(clock.subseconds().count())};
 }
 
 } // namespace
@@ -34,13 +48,12 @@ WallTime WallTimeNow()
 
 std::string FormatTimeText(WallTime time)
 {
-    const auto days = chrono::floor<chrono::days>(time);
-    const chrono::year_month_day date{days};
-    const chrono::hh_mm_ss clock{time - days};
-    return Print({static_cast<int>(date.year()), static_cast<int>(static_cast<unsigned>(date.month())),
-                  static_cast<int>(static_cast<unsigned>(date.day())), static_cast<int>(clock.hours().count()),
-                  static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()),
-                  static_cast<int>(clock.subseconds().count())});
+    return Print(FieldsOf(time));
+}
+
+std::string FormatSortable(WallTime time)
+{
+    return Print(FieldsOf(time), "%04d-%02d-%02d %02d:%02d:%02d.%03d");
 }
 
 std::optional<WallTime> ParseTimeText(const std::string &text)

@@ -1,0 +1,46 @@
+#include "access_log.h"
+
+#include "judgement/printable.h"
+#include "token/time_text.h"
+
+#include <sstream>
+
+namespace shop {
+
+namespace http = boost::beast::http;
+
+namespace {
+
+std::string Shown(boost::beast::string_view text)
+{
+    return judgement::Printable({text.data(), text.size()}, 200);
+}
+
+} // namespace
+
+std::string LogLine(const Visit &visit)
+{
+    std::ostringstream line;
+    line << token::FormatSortable(token::WallTimeNow()) << ' ' << visit.peer << ' ';
+    if (visit.request == nullptr) {
+        line << "(no request)";
+    } else {
+        line << Shown(visit.request->method_string()) << ' ' << Shown(visit.request->target());
+    }
+    const Response &response = *visit.response;
+    line << ' ' << response.result_int() << ' ' << response.body().size() << " bytes";
+    const bool purchase = visit.request != nullptr && visit.request->method() == http::verb::post;
+    if (purchase) {
+        const Request &request = *visit.request;
+        line << ", serial " << Shown(request["User-Serial"]) << ", user " << Shown(request["User-ID"]) << ", "
+             << Shown(request.body());
+    }
+    if (response.count("X-Error-Code") != 0) {
+        line << ", code " << Shown(response["X-Error-Code"]) << ": " << Shown(response["X-Error-Message"]);
+    } else if (purchase) {
+        line << ", code 0: sold";
+    }
+    return line.str() + (visit.fault.empty() ? "" : ", fault " + visit.fault);
+}
+
+} // namespace shop

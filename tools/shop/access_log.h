@@ -1,0 +1,23 @@
+// The shop's log on standard output: a line per request.
+#pragma once
+
+#include "transmission.h"
+
+#include <string>
+
+namespace shop {
+
+// A request as the log and the window show it. The request's texts may hold any
+// byte but line ends.
+struct Visit {
+    std::string peer;
+    const Request *request = nullptr; // null when none was understood
+    const Response *response = nullptr;
+    std::string fault; // empty for none
+};
+
+// One line of printable ASCII that begins with a time; lines sort by it. A purchase's
+// also says who bought what.
+[[nodiscard]] std::string LogLine(const Visit &visit);
+
+} // namespace shop

@@ -1,0 +1,84 @@
+#include "reply_sender.h"
+
+#include <boost/asio/write.hpp>
+
+namespace shop {
+
+namespace asio = boost::asio;
+namespace beast = boost::beast;
+
+namespace {
+
+constexpr std::chrono::seconds kWriteTime{60};
+constexpr std::chrono::seconds kDrainTime{2};
+constexpr std::chrono::seconds kSilenceTime{60};
+
+} // namespace
+
+ReplySender::ReplySender(beast::tcp_stream stream, Transmission transmission)
+    : stream_(std::move(stream)), transmission_(std::move(transmission)), pause_(stream_.get_executor())
+{
+}
+
+void ReplySender::Start()
+{
+    beast::error_code ignored;
+    stream_.socket().set_option(asio::ip::tcp::no_delay(true), ignored);
+    SendNext();
+}
+
+void ReplySender::SendNext()
+{
+    if (next_ == transmission_.pieces.size()) {
+        Finish();
+    } else if (transmission_.pieces[next_].wait.count() == 0) {
+        Write();
+    } else {
+        pause_.expires_after(transmission_.pieces[next_].wait);
+        pause_.async_wait([self = shared_from_this()](beast::error_code) { self->Write(); });
+    }
+}
+
+void ReplySender::Write()
+{
+    stream_.expires_after(kWriteTime);
+    asio::async_write(stream_, asio::buffer(transmission_.pieces[next_++].bytes),
+                      [self = shared_from_this()](beast::error_code error, std::size_t) {
+                          if (!error) {
+                              self->SendNext();
+                          }
+                      });
+}
+
+void ReplySender::Finish()
+{
+    beast::error_code ignored;
+    switch (transmission_.end) {
+    case Transmission::End::kReset:
+        stream_.socket().set_option(asio::socket_base::linger(true, 0), ignored);
+        stream_.close();
+        return;
+    case Transmission::End::kSilence:
+        stream_.expires_after(kSilenceTime);
+        break;
+    case Transmission::End::kClose:
+        stream_.socket().shutdown(asio::socket_base::shutdown_send, ignored);
+        stream_.expires_after(kDrainTime);
+        break;
+    }
+    Drain();
+}
+
+// The device sends a line end behind its form that Content-Length does not
+// count. Closing with such bytes unread would reset the connection, and the
+// reply could be lost with it: so read and drop until the device closes.
+void ReplySender::Drain()
+{
+    stream_.async_read_some(asio::buffer(dropped_), [self = shared_from_this()](beast::error_code error, std::size_t) {
+        if (!error) {
+            self->Drain();
+        }
+    });
+}
+
+} // namespace shop
