@@ -10,6 +10,7 @@ namespace pavonix::bench {
 namespace {
 
 constexpr double kNoSlowerBy5Percent = 1.05;
+constexpr double kNoSlowerBy10Percent = 1.10;
 constexpr double kFaster = 1.0;
 
 Way Download(Shop *shop, std::size_t size, std::function<void()> run)
@@ -35,6 +36,15 @@ void ShortDownload(benchmark::State &state)
             Download(&shop, kSize, [&] { CurlDownload(url, shop.target()); }), kFaster);
 }
 
+void BareExchange(benchmark::State &state)
+{
+    constexpr std::size_t kSize = 10'000;
+    Shop shop;
+    Compare(state, Download(&shop, kSize, [&] { shop.GetGood(kSize); }),
+            Download(&shop, kSize, [&] { ReceiveToFile(shop.server.port(), kSize, shop.target()); }),
+            kNoSlowerBy10Percent);
+}
+
 void Purchase(benchmark::State &state)
 {
     Shop shop;
@@ -46,6 +56,7 @@ void Purchase(benchmark::State &state)
 
 BENCHMARK(LongDownload)->Name("200 MB download / recv and fwrite")->UseManualTime()->Iterations(41);
 BENCHMARK(ShortDownload)->Name("10 KB page / libcurl")->UseManualTime()->Iterations(1000);
+BENCHMARK(BareExchange)->Name("10 KB page / recv and fwrite")->UseManualTime()->Iterations(2000);
 BENCHMARK(Purchase)->Name("purchase / libcurl and OpenSSL")->UseManualTime()->Iterations(500);
 
 } // namespace

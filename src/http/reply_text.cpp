@@ -37,14 +37,13 @@ char *GetHeaderValue(const char *head, const char *name)
 void CopyResponsePrefix(const char *source, ZtByteData *target, std::int32_t count)
 {
     target->Clear();
-    std::uint32_t taken = 0;
-    while (source != nullptr && count > 0 && source[taken] != 0) {
-        const int bytes = static_cast<std::uint8_t>(source[taken]) > kLastSingleByte ? 2 : 1;
-        taken += static_cast<std::uint32_t>(bytes);
-        count -= bytes;
+    const std::int32_t wanted = source == nullptr ? 0 : count;
+    std::int32_t taken = 0;
+    while (taken < wanted && source[taken] != 0) {
+        taken += static_cast<std::uint8_t>(source[taken]) > kLastSingleByte ? 2 : 1;
     }
-    target->Append(source, taken);
-    if (source != nullptr && count > 0) {
+    target->Append(source, static_cast<std::uint32_t>(taken));
+    if (taken < wanted) {
         target->Append(kTwoZeros, 2);
     }
     target->Append(kTwoZeros, 2);

@@ -46,12 +46,12 @@ CallIdentity::~CallIdentity()
     Profile().Clear();
 }
 
-ZtString CallIdentity::UserAgent() const
+const ZtString &CallIdentity::UserAgent() const
 {
     return Profile().userAgent();
 }
 
-ZtString CallIdentity::UserSerial() const
+const ZtString &CallIdentity::UserSerial() const
 {
     return Profile().userSerial();
 }

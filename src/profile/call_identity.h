@@ -20,8 +20,8 @@ public:
     CallIdentity(const CallIdentity &) = delete;
     CallIdentity &operator=(const CallIdentity &) = delete;
 
-    ZtString UserAgent() const;
-    ZtString UserSerial() const;
+    const ZtString &UserAgent() const;
+    const ZtString &UserSerial() const;
     FixedText<16> UserId() const;
     // The device's local time, encrypted with its private key, in base64. Empty when
     // that fails.

@@ -20,10 +20,10 @@ public:
     // Empties the texts; the numbers keep their values.
     void Clear();
 
-    ZtString userAgent() const { return userAgent_; }
-    ZtString publicKeyXml() const { return publicKeyXml_; }
-    ZtString privateKeyXml() const { return privateKeyXml_; }
-    ZtString userSerial() const { return userSerial_; }
+    const ZtString &userAgent() const { return userAgent_; }
+    const ZtString &publicKeyXml() const { return publicKeyXml_; }
+    const ZtString &privateKeyXml() const { return privateKeyXml_; }
+    const ZtString &userSerial() const { return userSerial_; }
     std::int32_t userId() const { return userId_; }
     std::int32_t userNumber() const { return userNumber_; }
 

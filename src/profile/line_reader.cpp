@@ -2,6 +2,9 @@
 
 #include "rsa/text/wipe.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace pavonix {
 
 LineReader::~LineReader()
@@ -10,29 +13,31 @@ LineReader::~LineReader()
     Wipe(piece_, sizeof piece_);
 }
 
-int LineReader::ReadByte()
+bool LineReader::Fill()
 {
-    if (used_ == filled_) {
-        filled_ = platform::ReadStream(stream_, piece_, sizeof piece_);
-        used_ = 0;
-    }
-    return filled_ == 0 ? -1 : static_cast<unsigned char>(piece_[used_++]);
+    next_ = piece_;
+    end_ = piece_ + platform::ReadStream(stream_, piece_, sizeof piece_);
+    return next_ != end_;
 }
 
 const char *LineReader::ReadLine()
 {
-    std::size_t length = 0;
-    int byte = failed_ ? -1 : ReadByte();
-    if (byte < 0) {
+    if (failed_ || (next_ == end_ && !Fill())) {
         return nullptr;
     }
-    for (; byte >= 0 && byte != '\n'; byte = ReadByte()) {
-        if (length == sizeof line_ - 1) {
+    std::size_t length = 0;
+    do {
+        const char *lineFeed = std::find(next_, end_, '\n');
+        const std::size_t count = static_cast<std::size_t>(lineFeed - next_);
+        if (count > sizeof line_ - 1 - length) {
             failed_ = true;
             return nullptr;
         }
-        line_[length++] = static_cast<char>(byte);
-    }
+        std::memcpy(line_ + length, next_, count);
+        length += count;
+        next_ = lineFeed;
+    } while (next_ == end_ && Fill());
+    next_ += next_ != end_ ? 1 : 0; // the line feed
     line_[length] = 0;
     return line_;
 }

@@ -21,13 +21,13 @@ public:
     const char *ReadLine();
 
 private:
-    int ReadByte(); // -1 at the end
+    bool Fill(); // the next piece; false at the end
 
     platform::Stream *stream_;
     char line_[1024]; // terminator included
     char piece_[1024];
-    std::uint32_t used_ = 0;
-    std::uint32_t filled_ = 0;
+    const char *next_ = piece_; // what is left of the piece
+    const char *end_ = piece_;
     bool failed_ = false;
 };
 

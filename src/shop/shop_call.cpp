@@ -30,7 +30,7 @@ bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url)
 
 bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 {
-    const ZtString serial = identity.UserSerial();
+    const ZtString &serial = identity.UserSerial();
     connection->SetUserAgent(identity.UserAgent());
     connection->AddHeader("User-Serial", serial.c_str());
     connection->AddHeader("User-ID", identity.UserId().c_str());
