@@ -104,6 +104,11 @@ std::int64_t PeakBytes()
     return TheState().peakBytes;
 }
 
+int SectionsEntered()
+{
+    return TheState().sectionsEntered;
+}
+
 void WatchFreedBlocks(const std::vector<std::string> &secrets)
 {
     TheState().secrets = secrets;

@@ -3,6 +3,8 @@
 
 #include "support/tap.h"
 
+#include <atomic>
+
 namespace pavonix::tap {
 
 // Notes a contract call, and answers whether it must fail.
@@ -16,6 +18,7 @@ struct State {
     std::int64_t peakBytes = 0;
     std::vector<std::string> secrets;
     int freedWithSecrets = 0;
+    std::atomic<int> sectionsEntered = 0;
     ScriptedPeer *peer = nullptr;
     std::optional<Clock> clock;
     std::string random;

@@ -5,6 +5,7 @@
 #include "rsa/cipher/padding/mgf1.h"
 #include "rsa/log/logger.h"
 #include "support/openssl_key.h"
+#include "support/tap.h"
 #include "support/texts.h"
 
 #include <gtest/gtest.h>
@@ -52,17 +53,23 @@ TEST(Padding, RefusalsAndWhatTheyLog)
     EXPECT_FALSE(EncodeOaep(nullptr, 0, nullptr, 0, 1024, 1, &out, oaep));
     EXPECT_FALSE(EncodeOaep(Data(text), 0, nullptr, 0, 336, 1, &out, oaep));
     EXPECT_FALSE(EncodeOaep(Data(text), 87, nullptr, 0, 1024, 1, &out, oaep));
-    EXPECT_EQ(LogText(oaep), "ZentorpLog:\r\n  null input to OAEP encoder\r\n"
-                             "  Encoded message size too small given hash size in OAEP\r\n  EncodedLen: 42\r\n"
-                             "  HashLen: 20\r\n  Message length too large for OAEP\r\n  EncodedLen: 128\r\n"
-                             "  HashLen: 20\r\n  MessageLen: 87\r\n");
+    EXPECT_EQ(
+        LogText(oaep),
+        Lines("ZentorpLog:|  null input to OAEP encoder|  Encoded message size too small given hash size in OAEP|"
+              "  EncodedLen: 42|  HashLen: 20|  Message length too large for OAEP|  EncodedLen: 128|  HashLen: 20|"
+              "  MessageLen: 87|"));
     Logger others;
     EXPECT_FALSE(EncodePkcs1(Data(text), 118, 2, 1024, &out, others));
     EXPECT_FALSE(Mgf1(100, 1, nullptr, 20, 10, &out, others));
     EXPECT_FALSE(Mgf1(101, 1, Data(text), 20, 0, &out, others));
-    EXPECT_EQ(LogText(others), "ZentorpLog:\r\n  PKCS v1.5 message length too large\r\n  MessageLen: 118\r\n"
-                               "  ModulusLen: 128\r\n"
-                               "  NULL input param in Mask Generation Function\r\n  MgfError: 100\r\n"
-                               "  NULL input param in Mask Generation Function\r\n  MgfError: 101\r\n");
+    EXPECT_EQ(LogText(others),
+              Lines("ZentorpLog:|  PKCS v1.5 message length too large|  MessageLen: 118|  ModulusLen: 128|"
+                    "  NULL input param in Mask Generation Function|  MgfError: 100|"
+                    "  NULL input param in Mask Generation Function|  MgfError: 101|"));
+    Logger poor;
+    tap::FailNth(1, false);
+    EXPECT_FALSE(EncodeOaep(Data(text), 1, nullptr, 0, 1024, 1, &out, poor));
+    EXPECT_EQ(LogText(poor),
+              Lines("ZentorpLog:|  OAEP encoding output size error|  OutputSize: 0|  ExpectedSize: 128|"));
     EXPECT_EQ(out.length(), 0u);
 }

@@ -132,13 +132,9 @@ TEST(RsaLog, TextOutsideTheCharset)
     rsa.put_CharsetCodePage(1251);
     EXPECT_FALSE(Encrypt(&rsa, "ab\xC3\xA9", false));
     const std::string log = LogText(rsa.log());
-    EXPECT_EQ(log.find(Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|"
-                             "    Character encoding conversion failed.|    NumCharsIn: 3|    Charset: windows-1251|"
-                             "    ConvertedToNumBytes: 2|    ")),
-              0u)
-        << log;
-    EXPECT_EQ(log.substr(log.size() - 13), Lines("    Failed.|"));
-    EXPECT_EQ(log.find("RSA_encrypt"), std::string::npos);
+    const std::string start = Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|    Character encoding "
+                                    "conversion failed.|    NumCharsIn: 3|    Charset: windows-1251|");
+    EXPECT_TRUE(log.starts_with(start) && log.ends_with(Lines("utf-8.|    Failed.|"))) << log;
     // The context has been left: the next run starts at the root again.
     EXPECT_TRUE(Encrypt(&rsa, "", false));
     EXPECT_EQ(LogText(rsa.log()),

@@ -113,7 +113,7 @@ TEST(DataBuffer, GrowsWithTheSlackOfEachOperation)
     const std::string bytes(20001, 'b');
     ASSERT_TRUE(large.Append(bytes.data(), 20001));
     EXPECT_EQ(large.capacity(), 20001u);
-    ASSERT_TRUE(exact.EnsureCapacity(3) && exact.EnsureCapacity(1) && exact.AppendFill(7, 3));
+    ASSERT_TRUE(exact.EnsureCapacity(3) && exact.EnsureCapacity(1) && exact.AppendFill(7, 2) && exact.AppendByte(7));
     EXPECT_EQ(exact.capacity(), 3u);
     ASSERT_TRUE(exact.AppendByte(8));
     EXPECT_EQ(exact.capacity(), 10003u);
