@@ -1,37 +1,41 @@
-// runner [--search=rejects-trailing|accepts-trailing] PAVONIX.dll: makes calls
-// into the device's DLL on command. It runs on ARM, or under an emulator of it.
+// ce_runner [OPTION...] PAVONIX.dll: makes calls into the device's DLL on command.
+// It runs on ARM, or under an emulator of it.
 //
 // When the DLL is unloaded and something is still held, says what and ends with
-// exit code 3.
+// exit code 3; when the DLL does what no system forgives, with 70.
 #include "caller/call_loop.h"
+#include "crossing/crossing.h"
 #include "device_commands.h"
-#include "system/device_options.h"
+#include "device_options.h"
+#include "image/pe_image.h"
 #include "system/holdings.h"
 #include "system/import_table.h"
-#include "image/pe_image.h"
 
 #include <iostream>
 #include <memory>
 #include <string>
+#include <thread>
+
+namespace pavonix::device {
 
 namespace {
-
-using namespace pavonix::device;
-using pavonix::device::ShopExports;
 
 constexpr int kUsageExit = 2;
 constexpr int kLeakExit = 3;
 
-class ImageLoader : public pavonix::device::LibraryLoader {
+class ImageLoader;
+ImageLoader *theLoader = nullptr;
+
+class ImageLoader : public LibraryLoader {
 public:
-    explicit ImageLoader(std::string path) : path_(std::move(path)) {}
+    explicit ImageLoader(std::string path) : path_(std::move(path)) { theLoader = this; }
 
     bool Load(ShopExports *exports) override
     try {
         image_ = std::make_unique<PeImage>(path_, ResolveImport);
-        Find("GetGoodListXml", 1, &exports->getGoodListXml);
-        Find("GetOneGoodXml", 2, &exports->getOneGoodXml);
-        Find("GetBuyGood", 3, &exports->getBuyGood);
+        Find<1>("GetGoodListXml", &exports->getGoodListXml);
+        Find<2>("GetOneGoodXml", &exports->getOneGoodXml);
+        Find<3>("GetBuyGood", &exports->getBuyGood);
         return true;
     } catch (const ImageError &error) {
         std::cerr << path_ << ": " << error.what() << std::endl;
@@ -52,18 +56,44 @@ public:
         return AnswerDeviceCommand(command, words);
     }
 
+    // The call as an application makes it: from its first thread, or from one that
+    // comes and goes, which the DLL is told.
+    std::uint32_t Call(std::uint32_t function, const CallWords &words)
+    {
+        if (!deviceOptions.ownThreads) {
+            return CallImage(function, words);
+        }
+        std::uint32_t result = 0;
+        std::thread([&] {
+            image_->CallEntry(EntryReason::kThreadAttach);
+            result = CallImage(function, words);
+            image_->CallEntry(EntryReason::kThreadDetach);
+        }).join();
+        return result;
+    }
+
     bool Leaked() const { return leaked_; }
 
 private:
-    // By name, and by the ordinal that applications linked to the DLL are bound to.
-    template <typename Function>
-    void Find(const char *name, std::uint32_t ordinal, Function *function)
+    // By name, as applications that are linked to the DLL are bound too. The ordinal
+    // is their hint, and some look a function up by it.
+    template <std::uint32_t Ordinal, typename... Arguments>
+    void Find(const char *name, int (**function)(Arguments...))
     {
-        std::uint32_t address = image_->Export(name);
-        if (address == 0 || address != image_->Export(ordinal)) {
-            throw ImageError(std::string("does not export ") + name + " as ordinal " + std::to_string(ordinal));
+        static std::uint32_t address;
+        address = image_->Export(name);
+        if (address == 0 || address != image_->Export(Ordinal)) {
+            throw ImageError(std::string("does not export ") + name + " as ordinal " + std::to_string(Ordinal));
         }
-        *function = reinterpret_cast<Function>(static_cast<std::uintptr_t>(address));
+        *function = [](Arguments... arguments) {
+            return static_cast<int>(theLoader->Call(address, {WordOf(arguments)...}));
+        };
+    }
+
+    static std::uint32_t WordOf(int number) { return static_cast<std::uint32_t>(number); }
+    static std::uint32_t WordOf(const void *place)
+    {
+        return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(place));
     }
 
     std::string path_;
@@ -71,30 +101,26 @@ private:
     bool leaked_ = false;
 };
 
-// The DLL's path, or null when the arguments are not understood.
-const char *ReadArguments(int count, char **arguments)
+int Run(int count, char **arguments)
 {
-    for (int i = 1; i < count; ++i) {
-        const std::string argument = arguments[i];
-        if (argument == "--search=rejects-trailing" || argument == "--search=accepts-trailing") {
-            deviceOptions.searchRejectsTrailing = argument == "--search=rejects-trailing";
-        } else {
-            return i + 1 == count && argument[0] != '-' ? arguments[i] : nullptr;
-        }
+    int path = 1;
+    while (path < count && TakeOption(arguments[path])) {
+        ++path;
     }
-    return nullptr;
+    if (path + 1 != count || arguments[path][0] == '-') {
+        std::cerr << "usage: ce_runner " << kOptionsUsage << " DLL" << std::endl;
+        return kUsageExit;
+    }
+    ImageLoader loader(arguments[path]);
+    const int result = RunCallLoop(loader);
+    return result == 0 && loader.Leaked() ? kLeakExit : result;
 }
 
 } // namespace
 
+} // namespace pavonix::device
+
 int main(int count, char **arguments)
 {
-    const char *path = ReadArguments(count, arguments);
-    if (path == nullptr) {
-        std::cerr << "usage: runner [--search=rejects-trailing|accepts-trailing] DLL" << std::endl;
-        return kUsageExit;
-    }
-    ImageLoader loader(path);
-    int result = pavonix::device::RunCallLoop(loader);
-    return result == 0 && loader.Leaked() ? kLeakExit : result;
+    return pavonix::device::Run(count, arguments);
 }

@@ -46,7 +46,7 @@ void ImageMemory::Protect(std::uint32_t rva, std::uint32_t size, bool writable, 
 {
     int protection = PROT_READ | (writable ? PROT_WRITE : 0) | (executable ? PROT_EXEC : 0);
     if (mprotect(At<unsigned char>(rva, size), size, protection) != 0) {
-        throw ImageError("cannot protect a section: sections must start on a page of 4096 bytes");
+        throw ImageError("cannot protect a section");
     }
 }
 

@@ -1,5 +1,7 @@
 #include "image/image_relocations.h"
 
+#include "image/image_checks.h"
+
 namespace pavonix::device {
 
 namespace {
@@ -27,9 +29,8 @@ void ApplyRelocations(ImageMemory &image, const OptionalHeader &header)
     while (offset + sizeof(RelocationBlock) <= directory.size) {
         std::uint32_t blockRva = directory.rva + offset;
         const auto *block = image.At<RelocationBlock>(blockRva);
-        if (block->size < sizeof(RelocationBlock)) {
-            throw ImageError("a relocation block is smaller than its header");
-        }
+        Require(block->size >= sizeof(RelocationBlock) && block->size <= directory.size - offset,
+                "a relocation block has an impossible size");
         std::uint32_t count = (block->size - sizeof(RelocationBlock)) / 2;
         const auto *entries = image.At<std::uint16_t>(blockRva + sizeof(RelocationBlock), count);
         for (std::uint32_t i = 0; i < count; ++i) {

@@ -1,5 +1,7 @@
 #include "image/pe_image.h"
 
+#include "crossing/crossing.h"
+#include "image/image_checks.h"
 #include "image/image_relocations.h"
 
 #include <algorithm>
@@ -10,9 +12,6 @@
 namespace pavonix::device {
 
 namespace {
-
-constexpr std::uint32_t kProcessAttach = 1;
-constexpr std::uint32_t kProcessDetach = 0;
 
 std::vector<unsigned char> ReadFile(const std::string &path)
 {
@@ -34,23 +33,6 @@ T Copy(const std::vector<unsigned char> &file, std::size_t offset)
     return value;
 }
 
-void Require(bool holds, const char *otherwise)
-{
-    if (!holds) {
-        throw ImageError(otherwise);
-    }
-}
-
-void CheckHeaders(const PeHeaders &headers)
-{
-    Require(headers.magic == kPeMagic && headers.optional.magic == kPe32Magic, "not a PE32 file");
-    Require(headers.file.machine == kMachineArm || headers.file.machine == kMachineThumb, "not for ARM");
-    Require(headers.optional.subsystem == kSubsystemWindowsCe, "not for Windows CE");
-    Require((headers.file.characteristics & kFileIsDll) != 0, "not a DLL");
-    Require((headers.file.characteristics & kRelocationsStripped) == 0, "cannot be relocated");
-    Require(headers.optional.directories[kRelocationDirectory].size != 0, "has no relocations");
-}
-
 } // namespace
 
 PeImage::PeImage(const std::string &path, ImportResolver resolve)
@@ -65,18 +47,19 @@ PeImage::PeImage(const std::string &path, ImportResolver resolve)
     for (unsigned i = 0; i < headers_.file.sectionCount; ++i) {
         sections_.push_back(Copy<SectionHeader>(file, sectionOffset + i * sizeof(SectionHeader)));
     }
+    CheckSections(headers_.optional, sections_);
 
     memory_ = std::make_unique<ImageMemory>(headers_.optional.imageSize, headers_.optional.imageBase);
     MapSections(file);
     ApplyRelocations(*memory_, headers_.optional);
     BindImports(*memory_, headers_.optional, resolve);
     ProtectSections();
-    Require(CallEntry(kProcessAttach), "the entry refused to attach");
+    Require(CallEntry(EntryReason::kProcessAttach), "the entry refused to attach");
 }
 
 PeImage::~PeImage()
 {
-    CallEntry(kProcessDetach);
+    CallEntry(EntryReason::kProcessDetach);
 }
 
 void PeImage::MapSections(const std::vector<unsigned char> &file)
@@ -103,14 +86,10 @@ void PeImage::ProtectSections()
     __builtin___clear_cache(start, start + memory_->Size());
 }
 
-bool PeImage::CallEntry(std::uint32_t reason)
+bool PeImage::CallEntry(EntryReason reason)
 {
-    if (headers_.optional.entryPoint == 0) {
-        return true;
-    }
-    using Entry = int (*)(std::uint32_t instance, std::uint32_t reason, void *reserved);
-    std::uint32_t address = memory_->Base() + headers_.optional.entryPoint;
-    return reinterpret_cast<Entry>(static_cast<std::uintptr_t>(address))(memory_->Base(), reason, nullptr) != 0;
+    const std::uint32_t entry = headers_.optional.entryPoint;
+    return entry == 0 || CallImage(memory_->Base() + entry, {memory_->Base(), static_cast<std::uint32_t>(reason)}) != 0;
 }
 
 } // namespace pavonix::device

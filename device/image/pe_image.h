@@ -13,6 +13,9 @@
 
 namespace pavonix::device {
 
+// Why the system calls an image's entry; the values are the system's.
+enum class EntryReason : std::uint32_t { kProcessDetach, kProcessAttach, kThreadAttach, kThreadDetach };
+
 // Loading maps the image away from its preferred base, relocates it, binds its
 // imports, takes the write permission from all but its writable sections and
 // calls its entry with "attach"; destruction calls it with "detach" and unmaps.
@@ -29,10 +32,12 @@ public:
     std::uint32_t Export(const std::string &name) { return FindExport(*memory_, headers_.optional, name); }
     std::uint32_t Export(std::uint32_t ordinal) { return FindExport(*memory_, headers_.optional, ordinal); }
 
+    // False when the entry answers so.
+    bool CallEntry(EntryReason reason);
+
 private:
     void MapSections(const std::vector<unsigned char> &file);
     void ProtectSections();
-    bool CallEntry(std::uint32_t reason);
 
     PeHeaders headers_;
     std::vector<SectionHeader> sections_;

@@ -1,6 +1,6 @@
 // coredll.dll: searches, with the device's find record.
 #include "system/coredll.h"
-#include "system/device_options.h"
+#include "device_options.h"
 #include "system/holdings.h"
 #include "platform/code_pages.h"
 #include "platform/files.h"

@@ -40,7 +40,7 @@ private:
 // One row of the import table.
 struct Import {
     ImportGate *gate;
-    std::uint32_t address;
+    std::uint32_t address; // of the function behind its gate
 };
 
 template <auto Function, auto Failure>

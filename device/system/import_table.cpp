@@ -1,5 +1,6 @@
 #include "system/import_table.h"
 
+#include "crossing/crossing.h"
 #include "system/coredll.h"
 
 #include <strings.h>
@@ -17,6 +18,9 @@ std::vector<Import> MakeTable()
     AddFileImports(table);
     AddSystemImports(table);
     AddSocketImports(table);
+    for (Import &import : table) {
+        import.address = MakeVeneer(import.address);
+    }
     return table;
 }
 

@@ -10,7 +10,7 @@ namespace pavonix::device {
 
 const std::vector<Import> &ImportTable();
 
-// The address for an import, 0 when the device has no such function. Library
+// The address for an import, as the image calls it, 0 when the device has no such function. Library
 // names compare without regard to case, as the device's loader compares them.
 std::uint32_t ResolveImport(const std::string &library, const std::string &name);
 

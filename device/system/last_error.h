@@ -1,4 +1,4 @@
-// The thread error value of the device. The library is used from one thread.
+// The thread error value of the device.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ constexpr std::uint32_t kErrorNotASocket = 10038;
 constexpr std::uint32_t kErrorWinsockNotStarted = 10093;
 constexpr std::uint32_t kErrorHostNotFound = 11001;
 
-inline std::uint32_t lastError = 0;
+inline thread_local std::uint32_t lastError = 0;
 
 // Sets the error and answers `result`: a failing function's last line.
 template <typename Result>

@@ -1,0 +1,35 @@
+#include "device_options.h"
+
+#include <string_view>
+
+namespace pavonix::device {
+
+const char kOptionsUsage[] = "[--search=rejects-trailing|accepts-trailing] [--imports=arm|thumb] "
+                             "[--thread=main|own] [--ansi=1252|932]";
+
+bool TakeOption(const char *argument)
+{
+    struct Choice {
+        std::string_view text;
+        void (*take)(DeviceOptions &);
+    };
+    static constexpr Choice kChoices[] = {
+        {"--search=rejects-trailing", [](DeviceOptions &options) { options.searchRejectsTrailing = true; }},
+        {"--search=accepts-trailing", [](DeviceOptions &options) { options.searchRejectsTrailing = false; }},
+        {"--imports=arm", [](DeviceOptions &options) { options.systemIsThumb = false; }},
+        {"--imports=thumb", [](DeviceOptions &options) { options.systemIsThumb = true; }},
+        {"--thread=main", [](DeviceOptions &options) { options.ownThreads = false; }},
+        {"--thread=own", [](DeviceOptions &options) { options.ownThreads = true; }},
+        {"--ansi=1252", [](DeviceOptions &options) { options.ansiCodePage = 1252; }},
+        {"--ansi=932", [](DeviceOptions &options) { options.ansiCodePage = 932; }},
+    };
+    for (const Choice &choice : kChoices) {
+        if (choice.text == argument) {
+            choice.take(deviceOptions);
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace pavonix::device

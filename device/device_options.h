@@ -1,0 +1,27 @@
+// In what devices differ, and what a test may choose.
+#pragma once
+
+namespace pavonix::device {
+
+struct DeviceOptions {
+    // A search for a path that ends in a separator, or for the root, finds
+    // nothing. The desktop does so; for the device nobody says.
+    bool searchRejectsTrailing = true;
+    // The system's functions, and the application, are THUMB code.
+    bool systemIsThumb = false;
+    // The application makes each call on a thread of its own.
+    bool ownThreads = false;
+    // The ANSI code page: 1252, or 932 for Japanese.
+    unsigned ansiCodePage = 1252;
+};
+
+inline DeviceOptions deviceOptions;
+
+// Takes an option of the runner's command line, such as "--imports=thumb"; false
+// for one that there is not.
+bool TakeOption(const char *argument);
+
+// All options in one line, for the runner's usage.
+extern const char kOptionsUsage[];
+
+} // namespace pavonix::device

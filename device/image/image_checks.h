@@ -1,0 +1,20 @@
+// What the device's loader asks of a file before it takes it for a DLL.
+#pragma once
+
+#include "image/image_memory.h"
+#include "image/pe_format.h"
+
+#include <vector>
+
+namespace pavonix::device {
+
+constexpr std::uint32_t kPageSize = 4096;
+
+// Throws ImageError with `otherwise` unless it holds.
+void Require(bool holds, const char *otherwise);
+
+// Throw ImageError with what is wrong.
+void CheckHeaders(const PeHeaders &headers);
+void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader> &sections);
+
+} // namespace pavonix::device
