@@ -2,19 +2,22 @@
 
 #include "system/holdings.h"
 #include "system/import_table.h"
+#include "system/open_files.h"
+
+#include <map>
 
 namespace pavonix::device {
 
 namespace {
 
-std::string Stats()
+std::string Stats(std::istream &)
 {
     std::string text = "stats " + holdings.Text();
     holdings.heapPeak = holdings.heapBytes;
     return text;
 }
 
-std::string Count()
+std::string Count(std::istream &)
 {
     std::string text = "count";
     for (const Import &import : ImportTable()) {
@@ -41,7 +44,7 @@ std::string Fail(std::istream &words)
     return "ok";
 }
 
-std::string Calm()
+std::string Calm(std::istream &)
 {
     unsigned faults = 0;
     for (const Import &import : ImportTable()) {
@@ -51,23 +54,39 @@ std::string Calm()
     return "calm " + std::to_string(faults);
 }
 
+std::string Winsock(std::istream &words)
+{
+    unsigned starts = 0;
+    words >> starts;
+    holdings.applicationStarts += starts;
+    holdings.winsockStarts += starts;
+    return "winsock " + std::to_string(holdings.winsockStarts);
+}
+
+std::string Hold(std::istream &words)
+{
+    std::string name;
+    words >> name;
+    openFiles.Hold(name);
+    return "ok";
+}
+
+std::string Release(std::istream &)
+{
+    openFiles.ReleaseAll();
+    return "ok";
+}
+
 } // namespace
 
 std::string AnswerDeviceCommand(const std::string &command, std::istream &words)
 {
-    if (command == "stats") {
-        return Stats();
-    }
-    if (command == "count") {
-        return Count();
-    }
-    if (command == "fail") {
-        return Fail(words);
-    }
-    if (command == "calm") {
-        return Calm();
-    }
-    return "";
+    static const std::map<std::string, std::string (*)(std::istream &)> kCommands = {
+        {"stats", Stats},     {"count", Count}, {"fail", Fail},       {"calm", Calm},
+        {"winsock", Winsock}, {"hold", Hold},   {"release", Release},
+    };
+    const auto found = kCommands.find(command);
+    return found == kCommands.end() ? "" : found->second(words);
 }
 
 } // namespace pavonix::device

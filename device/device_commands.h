@@ -4,6 +4,9 @@
 //   count                    ->  count NAME=N ...   the imports called since the last calm
 //   fail NAME N once|ever    ->  ok                 the Nth call from now of an import fails, or all from there
 //   calm                     ->  calm N             no more faults; N calls were failed since the last calm
+//   winsock N                ->  winsock N          the application starts Winsock N times; the starts that count now
+//   hold FILE                ->  ok                 another program opens a file of this machine, for reading
+//   release                  ->  ok                 and closes all of them
 #pragma once
 
 #include <istream>

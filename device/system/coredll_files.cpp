@@ -1,11 +1,13 @@
 // coredll.dll: folders, deletion and byte streams.
 #include "system/coredll.h"
+#include "system/device_path.h"
 #include "system/holdings.h"
-#include "platform/files.h"
-#include "platform/posix/utf8_path.h"
+#include "system/open_files.h"
 
 #include <cstdio>
 #include <string>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace pavonix::device {
 
@@ -19,15 +21,34 @@ FILE *CheckedStream(FILE *stream)
     return stream;
 }
 
+// Why a file may not be opened for writing, or deleted; 0 when it may.
+std::uint32_t ReasonAgainst(std::uint32_t attributes, bool isFree)
+{
+    if ((attributes & (kAttributeDirectory | kAttributeReadOnly)) != 0) {
+        return kErrorAccessDenied;
+    }
+    return isFree ? 0 : kErrorSharingViolation;
+}
+
 FILE *Wfopen(const WideChar *path, const WideChar *mode)
 {
-    const platform::Utf8Path name(path);
-    std::string narrowMode(mode, mode + std::char_traits<WideChar>::length(mode)); // letters only
-    FILE *stream = name.valid() ? std::fopen(name.c_str(), narrowMode.c_str()) : nullptr;
+    FILE *const none = nullptr;
+    const DevicePath file(path);
+    const std::string narrowMode(mode, mode + std::char_traits<WideChar>::length(mode)); // letters only
+    if (!file.valid()) {
+        return FailWith(kErrorInvalidName, none);
+    }
+    const bool writes = narrowMode[0] != 'r';
+    if (const std::uint32_t reason = ReasonAgainst(file.Attributes(), openFiles.MayWrite(file.name()));
+        writes && reason != 0) {
+        return FailWith(reason, none);
+    }
+    FILE *stream = std::fopen(file.name().c_str(), narrowMode.c_str());
     if (stream == nullptr) {
-        return FailWith(kErrorFileNotFound, stream);
+        return FailWith(kErrorFileNotFound, none);
     }
     holdings.files.Add(stream);
+    openFiles.Add(stream, file.name());
     return stream;
 }
 
@@ -49,6 +70,7 @@ int Fflush(FILE *stream)
 int Fclose(FILE *stream)
 {
     holdings.files.Remove(CheckedStream(stream));
+    openFiles.Remove(stream);
     return std::fclose(stream);
 }
 
@@ -61,12 +83,28 @@ int FcloseFailing(FILE *stream)
 
 int CreateDirectory(const WideChar *path, const void *)
 {
-    return platform::CreateFolder(path) ? 1 : FailWith(kErrorAccessDenied, 0);
+    const DevicePath folder(path);
+    if (!folder.valid()) {
+        return FailWith(kErrorInvalidName, 0);
+    }
+    if (folder.Attributes() != 0) {
+        return FailWith(kErrorAlreadyExists, 0);
+    }
+    return mkdir(folder.name().c_str(), 0777) == 0 ? 1 : FailWith(kErrorPathNotFound, 0);
 }
 
 int DeleteFile(const WideChar *path)
 {
-    return platform::RemoveFile(path) ? 1 : FailWith(kErrorAccessDenied, 0);
+    const DevicePath file(path);
+    const std::uint32_t attributes = file.Attributes();
+    if (attributes == 0) {
+        return FailWith(kErrorFileNotFound, 0);
+    }
+    const std::uint32_t reason = ReasonAgainst(attributes, openFiles.MayDelete(file.name()));
+    if (reason != 0) {
+        return FailWith(reason, 0);
+    }
+    return unlink(file.name().c_str()) == 0 ? 1 : FailWith(kErrorAccessDenied, 0);
 }
 
 } // namespace

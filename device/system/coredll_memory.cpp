@@ -78,11 +78,15 @@ void *Calloc(std::uint32_t count, std::uint32_t size)
     return block == nullptr ? nullptr : std::memset(block, 0, bytes);
 }
 
-// Always moves, so that a pointer kept to the old block shows.
+// Always moves, so that a pointer kept to the old block shows. A size of 0 frees.
 void *Realloc(void *block, std::uint32_t size)
 {
     if (block == nullptr) {
         return Malloc(size);
+    }
+    if (size == 0) {
+        Free(block);
+        return nullptr;
     }
     void *moved = Malloc(size);
     if (moved != nullptr) {

@@ -1,24 +1,20 @@
 // coredll.dll: searches, with the device's find record.
 #include "system/coredll.h"
 #include "device_options.h"
+#include "system/device_path.h"
 #include "system/holdings.h"
 #include "platform/code_pages.h"
-#include "platform/files.h"
-#include "platform/posix/utf8_path.h"
 
 #include <cstddef>
 #include <cstring>
 #include <deque>
 #include <filesystem>
-#include <fnmatch.h>
 #include <memory>
 #include <string>
 
 namespace pavonix::device {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr std::uint32_t kInvalidHandle = 0xFFFFFFFF;
 
@@ -31,33 +27,34 @@ struct FindData {
 };
 static_assert(sizeof(FindData) == 560 && offsetof(FindData, name) == 40);
 
-// What a running search has not told yet.
-using Search = std::deque<fs::path>;
+// The paths that a running search has not told yet.
+using Search = std::deque<std::string>;
 
 // Writes the whole record, as the device does, so that a shorter one is overrun and found out.
 void TellNext(Search *search, FindData *data)
 {
-    const fs::path found = std::move(search->front());
+    const std::string found = std::move(search->front());
     search->pop_front();
-    std::error_code ignored;
     std::memset(data, 0, sizeof *data);
-    data->attributes = fs::is_directory(found, ignored) ? platform::kAttributeDirectory : 0;
-    const std::string name = found.filename();
+    data->attributes = DevicePath::AttributesOf(found);
+    const std::string name = found.substr(found.rfind('/') + 1);
     platform::BytesToWide(platform::kUtf8CodePage, name.data(), static_cast<int>(name.size()), data->name,
                           static_cast<int>(std::size(data->name)) - 1);
 }
 
-Search Matches(const fs::path &path)
+Search Matches(const std::string &path)
 {
-    std::error_code failed;
-    const std::string pattern = path.filename();
+    const std::size_t nameAt = path.rfind('/') + 1;
+    const std::string folder = path.substr(0, nameAt), pattern = path.substr(nameAt);
     if (pattern.find_first_of("*?") == std::string::npos) {
-        return fs::exists(path, failed) ? Search{path} : Search{};
+        return DevicePath::AttributesOf(path) != 0 ? Search{path} : Search{};
     }
     Search found;
-    for (const fs::directory_entry &entry : fs::directory_iterator(path.parent_path(), failed)) {
-        if (fnmatch(pattern.c_str(), entry.path().filename().c_str(), FNM_NOESCAPE) == 0) {
-            found.push_back(entry.path());
+    std::error_code failed;
+    for (const auto &entry : std::filesystem::directory_iterator(folder.empty() ? "." : folder, failed)) {
+        const std::string name = entry.path().filename();
+        if (MatchesPattern(pattern, name)) {
+            found.push_back(folder + name);
         }
     }
     return found;
@@ -66,8 +63,8 @@ Search Matches(const fs::path &path)
 Search *FindFirstFile(const WideChar *path, FindData *data)
 {
     auto *const none = reinterpret_cast<Search *>(kInvalidHandle);
-    const platform::Utf8Path native(path);
-    std::string name = native.c_str();
+    const DevicePath native(path);
+    std::string name = native.name();
     if (!native.valid() || (deviceOptions.searchRejectsTrailing && name.ends_with('/'))) {
         return FailWith(kErrorFileNotFound, none);
     }

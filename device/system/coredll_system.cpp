@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <memory>
+#include <string_view>
 
 namespace pavonix::device {
 
@@ -78,13 +79,42 @@ void DeleteCriticalSection(CriticalSection *section)
     holdings.sections.Remove(section);
 }
 
-// The handle that the library sees is the address of the platform's own.
-int CryptAcquireContext(platform::Provider **handle, const WideChar *, const WideChar *name, std::uint32_t type,
-                        std::uint32_t flags)
+// Without a container nothing is kept, and the caller must say that it knows.
+constexpr std::uint32_t kVerifyContext = 0xF0000000;
+constexpr std::uint32_t kKnownFlags = kVerifyContext | 0x78; // new, delete, machine's, silent
+constexpr std::uint32_t kFullRsa = 1;
+constexpr char16_t kBaseProvider[] = u"Microsoft Base Cryptographic Provider v1.0";
+constexpr char16_t kEnhancedProvider[] = u"Microsoft Enhanced Cryptographic Provider v1.0";
+
+// Why such a provider is not to be had; 0 when it is.
+std::uint32_t ReasonAgainst(std::u16string_view name, std::uint32_t type, std::uint32_t flags)
 {
+    if ((flags & ~kKnownFlags) != 0) {
+        return kErrorBadFlags;
+    }
+    if (type != kFullRsa) {
+        return kErrorBadProviderType;
+    }
+    if (name != kBaseProvider && name != kEnhancedProvider) {
+        return kErrorNoSuchProvider;
+    }
+    return (flags & kVerifyContext) == kVerifyContext ? 0 : kErrorBadKeySet;
+}
+
+// The handle that the library sees is the address of the platform's own.
+int CryptAcquireContext(platform::Provider **handle, const WideChar *container, const WideChar *name,
+                        std::uint32_t type, std::uint32_t flags)
+{
+    if (container != nullptr) {
+        return FailWith(kErrorInvalidParameter, 0); // keys are never kept
+    }
+    const std::u16string_view wanted = name == nullptr ? kBaseProvider : name;
+    if (const std::uint32_t reason = ReasonAgainst(wanted, type, flags); reason != 0) {
+        return FailWith(reason, 0);
+    }
     auto provider = std::make_unique<platform::Provider>();
     if (!platform::AcquireProvider(provider.get(), name, type, flags)) {
-        return 0;
+        return FailWith(kErrorBadKeySet, 0);
     }
     *handle = provider.release();
     holdings.providers.Add(*handle);
@@ -121,6 +151,11 @@ void SetLastError(std::uint32_t error)
     lastError = error;
 }
 
+std::uint32_t GetLastError()
+{
+    return lastError;
+}
+
 } // namespace
 
 void AddSystemImports(std::vector<Import> &table)
@@ -137,6 +172,7 @@ void AddSystemImports(std::vector<Import> &table)
     table.push_back(Unfailing<&Srand>(kCoreDll, "srand"));
     table.push_back(Unfailing<&Rand>(kCoreDll, "rand"));
     table.push_back(Unfailing<&SetLastError>(kCoreDll, "SetLastError"));
+    table.push_back(Unfailing<&GetLastError>(kCoreDll, "GetLastError"));
 }
 
 } // namespace pavonix::device

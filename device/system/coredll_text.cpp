@@ -28,10 +28,23 @@ int CountOf(const Char *text, int length)
     return length >= 0 ? length : static_cast<int>(std::char_traits<Char>::length(text)) + 1;
 }
 
-int WideCharToMultiByte(std::uint32_t codePage, std::uint32_t, const WideChar *text, int length, char *bytes, int room,
-                        const char *, int *usedDefault)
+constexpr std::uint32_t kKnownFlagsToBytes = 0x270; // composite characters; there is no way to refuse look-alikes
+constexpr std::uint32_t kKnownFlagsToWide = 0x0F;
+
+// Nothing may be asked for in a conversion from or to UTF-8.
+bool IsKnown(std::uint32_t codePage, std::uint32_t flags, std::uint32_t known)
 {
-    if (text == nullptr || length == 0 || room < 0) {
+    return (flags & ~(codePage == platform::kUtf8CodePage ? 0 : known)) == 0;
+}
+
+int WideCharToMultiByte(std::uint32_t codePage, std::uint32_t flags, const WideChar *text, int length, char *bytes,
+                        int room, const char *replacement, int *usedDefault)
+{
+    if (!IsKnown(codePage, flags, kKnownFlagsToBytes)) {
+        return FailWith(kErrorInvalidFlags, 0);
+    }
+    const bool asks = replacement != nullptr || usedDefault != nullptr;
+    if (text == nullptr || length == 0 || room < 0 || (asks && codePage == platform::kUtf8CodePage)) {
         return FailWith(kErrorInvalidParameter, 0);
     }
     bool lossy = false;
@@ -42,8 +55,12 @@ int WideCharToMultiByte(std::uint32_t codePage, std::uint32_t, const WideChar *t
     return written != 0 ? written : FailWith(kErrorInsufficientBuffer, 0);
 }
 
-int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t, const char *bytes, int length, WideChar *text, int room)
+int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t flags, const char *bytes, int length, WideChar *text,
+                        int room)
 {
+    if (!IsKnown(codePage, flags, kKnownFlagsToWide)) {
+        return FailWith(kErrorInvalidFlags, 0);
+    }
     if (bytes == nullptr || length == 0 || room < 0) {
         return FailWith(kErrorInvalidParameter, 0);
     }

@@ -20,7 +20,7 @@ std::string Holdings::Text() const
 bool Holdings::Empty() const
 {
     return heapBlocks == 0 && files.Count() == 0 && searches.Count() == 0 && sections.Count() == 0 &&
-           providers.Count() == 0 && sockets.Count() == 0 && winsockStarts == 0;
+           providers.Count() == 0 && sockets.Count() == 0 && winsockStarts <= applicationStarts;
 }
 
 void Misuse(const std::string &what)

@@ -22,7 +22,8 @@ private:
 
 struct Holdings {
     Handles files, searches, sections, providers, sockets;
-    unsigned winsockStarts = 0; // not yet cleaned up
+    unsigned winsockStarts = 0;     // not yet cleaned up, whoever made them
+    unsigned applicationStarts = 0; // that the application made for itself
     unsigned heapBytes = 0, heapBlocks = 0;
     unsigned heapPeak = 0; // the most bytes at any time since the last restart
 

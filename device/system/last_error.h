@@ -6,14 +6,23 @@
 namespace pavonix::device {
 
 constexpr std::uint32_t kErrorFileNotFound = 2;
+constexpr std::uint32_t kErrorPathNotFound = 3;
 constexpr std::uint32_t kErrorAccessDenied = 5;
 constexpr std::uint32_t kErrorInjected = 8; // "not enough memory", which any function may answer
 constexpr std::uint32_t kErrorNoMoreFiles = 18;
+constexpr std::uint32_t kErrorSharingViolation = 32;
 constexpr std::uint32_t kErrorInvalidParameter = 87;
 constexpr std::uint32_t kErrorInsufficientBuffer = 122;
+constexpr std::uint32_t kErrorInvalidName = 123;
+constexpr std::uint32_t kErrorAlreadyExists = 183;
+constexpr std::uint32_t kErrorInvalidFlags = 1004;
 constexpr std::uint32_t kErrorNotASocket = 10038;
 constexpr std::uint32_t kErrorWinsockNotStarted = 10093;
 constexpr std::uint32_t kErrorHostNotFound = 11001;
+constexpr std::uint32_t kErrorBadFlags = 0x80090009;
+constexpr std::uint32_t kErrorBadProviderType = 0x80090014;
+constexpr std::uint32_t kErrorBadKeySet = 0x80090016;
+constexpr std::uint32_t kErrorNoSuchProvider = 0x80090019;
 
 inline thread_local std::uint32_t lastError = 0;
 

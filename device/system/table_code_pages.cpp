@@ -1,37 +1,24 @@
 // The code-page contract by table: a static program has no iconv modules. Knows
-// the device's ANSI code page, Windows-1252, and UTF-8.
+// UTF-8 and what the device may have as its ANSI code page.
+#include "device_options.h"
 #include "platform/code_pages.h"
+#include "system/ansi_page.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <string>
 
 namespace pavonix::platform {
 
+using device::AnsiPage;
+
 namespace {
 
-constexpr std::uint32_t kWindows1252 = 1252;
-
-// Bytes 0x80 to 0x9F; every other byte has the value of its character. The five
-// bytes without a character stand for the control character of their value.
-constexpr WideChar kHighControls[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-int AnsiByte(WideChar unit)
+// Null for a code page that the device does not have.
+const AnsiPage *FindAnsiPage(std::uint32_t codePage)
 {
-    if (unit < 0x80 || (unit >= 0xA0 && unit <= 0xFF)) {
-        return unit;
-    }
-    const WideChar *found = std::find(kHighControls, std::end(kHighControls), unit);
-    return found == std::end(kHighControls) ? -1 : 0x80 + static_cast<int>(found - kHighControls);
-}
-
-WideChar AnsiCharacter(std::uint8_t byte)
-{
-    return byte >= 0x80 && byte < 0xA0 ? kHighControls[byte - 0x80] : byte;
+    const std::uint32_t number = codePage == kAnsiCodePage ? device::deviceOptions.ansiCodePage : codePage;
+    return number == 1252 ? &device::kWestern : number == 932 ? &device::kJapanese : nullptr;
 }
 
 bool IsSurrogate(char32_t unit)
@@ -64,17 +51,6 @@ std::string ToUtf8(const WideChar *text, int length, bool *lossy)
         }
         *lossy |= IsSurrogate(character);
         AppendUtf8(bytes, IsSurrogate(character) ? U'?' : character);
-    }
-    return bytes;
-}
-
-std::string ToAnsi(const WideChar *text, int length, bool *lossy)
-{
-    std::string bytes;
-    for (int i = 0; i < length; ++i) {
-        int byte = AnsiByte(text[i]);
-        *lossy |= byte < 0;
-        bytes += static_cast<char>(byte < 0 ? '?' : byte);
     }
     return bytes;
 }
@@ -142,8 +118,8 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
     std::string converted;
     if (codePage == kUtf8CodePage) {
         converted = ToUtf8(text, length, &replaced);
-    } else if (codePage == kAnsiCodePage || codePage == kWindows1252) {
-        converted = ToAnsi(text, length, &replaced);
+    } else if (const AnsiPage *page = FindAnsiPage(codePage)) {
+        converted = page->ToBytes(text, length, &replaced);
     }
     if (lossy != nullptr) {
         *lossy = replaced;
@@ -157,8 +133,8 @@ int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar 
     std::u16string converted;
     if (codePage == kUtf8CodePage) {
         converted = FromUtf8(source, length);
-    } else if (codePage == kAnsiCodePage || codePage == kWindows1252) {
-        std::transform(source, source + length, std::back_inserter(converted), AnsiCharacter);
+    } else if (const AnsiPage *page = FindAnsiPage(codePage)) {
+        converted = page->ToWide(source, length);
     }
     return Deliver(converted, text, room);
 }

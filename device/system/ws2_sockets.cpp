@@ -56,7 +56,8 @@ int Start(std::uint32_t version, WsaData *data)
     return result;
 }
 
-// The library cleans up more often than it starts; what is too much is refused.
+// The library cleans up more often than it starts. What is too much takes a start
+// away from the application, and is refused when there is none left.
 int Cleanup()
 {
     if (holdings.winsockStarts == 0) {

@@ -1,0 +1,38 @@
+// The files of this machine under the names that the device has for them.
+#pragma once
+
+#include "platform/wide_char.h"
+
+#include <cstdint>
+#include <string>
+
+namespace pavonix::device {
+
+constexpr std::uint32_t kAttributeReadOnly = 0x01;
+constexpr std::uint32_t kAttributeDirectory = 0x10;
+constexpr std::uint32_t kAttributeArchive = 0x20; // an ordinary file
+
+// The device compares names without regard to case: each part of a path leads to
+// the file of that name, or else to one whose name differs in case alone. Neither
+// characters that no name may hold nor paths of 260 units and more lead anywhere.
+class DevicePath {
+public:
+    explicit DevicePath(const WideChar *path);
+
+    bool valid() const { return !name_.empty(); }
+    // A path of this machine. The last part, or more, need not exist.
+    const std::string &name() const { return name_; }
+    // 0 when nothing is there.
+    std::uint32_t Attributes() const { return AttributesOf(name_); }
+
+    static std::uint32_t AttributesOf(const std::string &name);
+
+private:
+    std::string name_;
+};
+
+// Whether a file's name, in UTF-8, fits a pattern: `*` for any characters, `?` for
+// one. `*.*` fits a name without a dot too, and nothing else has a meaning.
+bool MatchesPattern(const std::string &pattern, const std::string &name);
+
+} // namespace pavonix::device
