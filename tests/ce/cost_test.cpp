@@ -17,16 +17,15 @@ protected:
     long InstructionsOf(int purchases)
     {
         const std::string log = e2e::TheSuite().scratch + "/instructions.txt";
-        auto counting = std::make_unique<e2e::CallerProcess>(
-            std::vector<std::string>{TheRunner().emulator, "-plugin", TheRunner().countingPlugin, "-d", "plugin", "-D",
-                                     log, TheRunner().runner, TheRunner().dll},
-            log + ".errors");
-        std::swap(counting, e2e::TheSuite().caller);
-        for (int i = 0; i < purchases; ++i) {
-            EXPECT_EQ(0, Call(e2e::Export::kBuy, 1));
+        {
+            const OtherRunner counting(
+                ThePrograms().dll, {"-plugin", OtherRunner::Plugin("count_instructions"), "-d", "plugin", "-D", log},
+                {});
+            for (int i = 0; i < purchases; ++i) {
+                EXPECT_EQ(0, Call(e2e::Export::kBuy, 1));
+            }
+            EXPECT_TRUE(e2e::TheSuite().caller->Quit());
         }
-        std::swap(counting, e2e::TheSuite().caller);
-        EXPECT_TRUE(counting->Quit());
         const std::string text = e2e::ReadFile(log);
         return std::atol(text.substr(text.find(' ') + 1).c_str());
     }

@@ -10,15 +10,6 @@ namespace pavonix::ce {
 
 namespace {
 
-std::string Ask(const std::string &command)
-{
-    const std::optional<std::string> answer = e2e::TheSuite().caller->Ask(command);
-    if (!answer) {
-        ADD_FAILURE() << "the runner died: " << e2e::TheSuite().caller->Complaints();
-    }
-    return answer.value_or("");
-}
-
 // "word name=number name=number"
 Counts ReadCounts(const std::string &line)
 {
@@ -35,10 +26,31 @@ Counts ReadCounts(const std::string &line)
 
 } // namespace
 
-RunnerCommand &TheRunner()
+Programs &ThePrograms()
 {
-    static RunnerCommand command;
-    return command;
+    static Programs programs;
+    return programs;
+}
+
+OtherRunner::OtherRunner(const std::string &dll, const std::vector<std::string> &emulatorOptions,
+                         const std::vector<std::string> &runnerOptions)
+{
+    std::vector<std::string> command = {ThePrograms().emulator};
+    command.insert(command.end(), emulatorOptions.begin(), emulatorOptions.end());
+    command.push_back(ThePrograms().runner);
+    command.insert(command.end(), runnerOptions.begin(), runnerOptions.end());
+    command.push_back(dll);
+    caller_ = std::make_unique<e2e::CallerProcess>(command, e2e::TheSuite().scratch + "/other-errors.txt");
+    std::swap(caller_, e2e::TheSuite().caller);
+}
+
+std::string Ask(const std::string &command)
+{
+    const std::optional<std::string> answer = e2e::TheSuite().caller->Ask(command);
+    if (!answer) {
+        ADD_FAILURE() << "the runner died: " << e2e::TheSuite().caller->Complaints();
+    }
+    return answer.value_or("");
 }
 
 Counts Stats()
@@ -82,6 +94,7 @@ int DeviceTest::Call(e2e::Export function, int port)
                                        .force = 1,
                                        .url = u"http://127.0.0.1/goods",
                                        .port = port});
+    record_ = answer ? answer->record : "";
     return answer ? answer->result : -1;
 }
 

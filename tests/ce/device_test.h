@@ -8,15 +8,39 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace pavonix::ce {
 
-// How to start the runner; more options and the DLL follow.
-struct RunnerCommand {
-    std::string emulator, runner, dll, countingPlugin;
+// Where everything is; the plug-ins are the emulator's.
+struct Programs {
+    std::string emulator, runner, dll, probe, plugins;
 };
-RunnerCommand &TheRunner();
+Programs &ThePrograms();
+
+// A runner with options of its own; calls go to it while it lives. Whoever wants
+// to know how it ended asks.
+class OtherRunner {
+public:
+    // Options of the emulator, such as a plug-in's, and of the runner.
+    OtherRunner(const std::string &dll, const std::vector<std::string> &emulatorOptions,
+                const std::vector<std::string> &runnerOptions);
+    ~OtherRunner() { std::swap(caller_, e2e::TheSuite().caller); }
+    OtherRunner(const OtherRunner &) = delete;
+    OtherRunner &operator=(const OtherRunner &) = delete;
+
+    // A plug-in as an option of the emulator.
+    static std::string Plugin(const std::string &name) { return ThePrograms().plugins + "/lib" + name + ".so"; }
+
+private:
+    std::unique_ptr<e2e::CallerProcess> caller_;
+};
+
+// A command to the runner that only it knows, and its answer.
+std::string Ask(const std::string &command);
 
 using Counts = std::map<std::string, int>;
 
@@ -39,10 +63,13 @@ protected:
     int Call(e2e::Export function, int port);
     // The same, with a server that answers so.
     int Call(e2e::Export function, const std::string &reply);
+    // The last purchase's record, byte by byte.
+    const std::string &Record() const { return record_; }
     std::string Target() const { return folder_.path() + "/list.xml"; }
 
 private:
     e2e::RowFolder folder_;
+    std::string record_;
 };
 
 constexpr char kRefusal[] = "HTTP/1.1 403 Forbidden\r\n"
