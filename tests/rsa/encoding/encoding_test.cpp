@@ -110,19 +110,6 @@ TEST(ClsEncode, NoPartOfAnEncodingIsHandedOut)
     }
 }
 
-TEST(ContentCoding, Base64IsAppendedWithOneAllocation)
-{
-    const std::string bytes(10000, 'M');
-    StringBuffer text;
-    text.Append("before ");
-    tap::FailNth(0, false);
-    ContentCoding::EncodeBase64(Data(bytes), 10000, &text);
-    EXPECT_EQ(tap::FallibleCalls(), 1);
-    EXPECT_EQ(text.length(), 7 + 13336);
-    EXPECT_EQ(text.increment(), 202); // only growing appends change it
-    EXPECT_EQ(BytesOf(text).substr(0, 11), "before TU1N");
-}
-
 TEST(ContentCoding, NoBytesGiveWhatTheEncodingMakesOfThem)
 {
     using Encoder = void (*)(const std::uint8_t *, std::uint32_t, StringBuffer *);
