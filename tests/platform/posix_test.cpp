@@ -120,17 +120,15 @@ TEST_F(InterruptedSockets, ReceiveAndSendGoOn)
     int theirs = -1;
     Pair(&ours, &theirs);
     char bytes[8192] = {};
-    EXPECT_EQ(Interrupted([&] { return platform::ReceiveSocket(ours, bytes, sizeof bytes); },
-                          [&] { send(theirs, "late", 4, 0); }),
-              4);
+    const auto answer = [&] { send(theirs, "late", 4, 0); };
+    EXPECT_EQ(Interrupted([&] { return platform::ReceiveSocket(ours, bytes, sizeof bytes); }, answer), 4);
     while (send(static_cast<int>(ours), bytes, sizeof bytes, MSG_DONTWAIT) > 0) {
     } // until no more fits
-    EXPECT_EQ(Interrupted([&] { return platform::SendSocket(ours, "x", 1); },
-                          [&] {
-                              while (recv(theirs, bytes, sizeof bytes, MSG_DONTWAIT) > 0) {
-                              }
-                          }),
-              1);
+    const auto makeRoom = [&] {
+        while (recv(theirs, bytes, sizeof bytes, MSG_DONTWAIT) > 0) {
+        }
+    };
+    EXPECT_EQ(Interrupted([&] { return platform::SendSocket(ours, "x", 1); }, makeRoom), 1);
     close(theirs);
     platform::CloseSocket(ours);
 }
@@ -145,12 +143,8 @@ TEST_F(InterruptedSockets, ConnectTellsWhatBecameOfIt)
     EXPECT_EQ(Interrupted([&] { return Connect(second); }, [&] { theirs = accept(listener_, nullptr, nullptr); }), 0);
     EXPECT_EQ(platform::SendSocket(second, "x", 1), 1);
     const platform::Socket third = platform::OpenSocket(AF_INET, SOCK_STREAM, 0);
-    EXPECT_EQ(Interrupted([&] { return Connect(third); },
-                          [&] {
-                              close(listener_);
-                              listener_ = -1;
-                          }),
-              platform::kSocketError);
+    const auto refuse = [&] { shutdown(listener_, SHUT_RDWR); };
+    EXPECT_EQ(Interrupted([&] { return Connect(third); }, refuse), platform::kSocketError);
     for (const platform::Socket socket : {first, second, third}) {
         platform::CloseSocket(socket);
     }

@@ -99,6 +99,24 @@ bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
     return windows && unit >= 0x80 && unit < 0xA0 && BytesToWide(codePage, &byte, 1, &back, 1) == 1 && back == unit;
 }
 
+// One character, of one or two units. False when the code page lacks it.
+bool PutCharacter(Converter *converter, std::uint32_t codePage, const WideChar *character, int units, Sink *sink)
+{
+    char encoded[16];
+    char *end = encoded;
+    std::size_t left = sizeof encoded;
+    const int error =
+        converter->Convert(reinterpret_cast<const char *>(character), static_cast<std::size_t>(units) * 2, &end, &left);
+    if (error == 0 && end != encoded) { // iconv drops some characters without an error
+        sink->Put(encoded, sizeof encoded - left);
+        return true;
+    }
+    const bool undefined = IsUndefinedByte(codePage, *character);
+    const char byte = static_cast<char>(*character);
+    sink->Put(undefined ? &byte : "?", 1);
+    return undefined;
+}
+
 } // namespace
 
 int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *bytes, int room, bool *lossy)
@@ -114,20 +132,7 @@ int WideToBytes(std::uint32_t codePage, const WideChar *text, int length, char *
     Sink sink(bytes, room);
     for (int i = 0; converter.valid() && i < length;) {
         const int units = UnitsOfCharacter(text + i, length - i);
-        char encoded[16];
-        char *end = encoded;
-        std::size_t left = sizeof encoded;
-        const int error = converter.Convert(reinterpret_cast<const char *>(text + i),
-                                            static_cast<std::size_t>(units) * 2, &end, &left);
-        if (error == 0 && end != encoded) { // iconv drops some characters without an error
-            sink.Put(encoded, sizeof encoded - left);
-        } else if (IsUndefinedByte(codePage, text[i])) {
-            const char byte = static_cast<char>(text[i]);
-            sink.Put(&byte, 1);
-        } else {
-            sink.Put("?", 1);
-            replaced = true;
-        }
+        replaced = !PutCharacter(&converter, codePage, text + i, units, &sink) || replaced;
         i += units;
     }
     if (lossy != nullptr) {
