@@ -72,14 +72,16 @@ sub vcl_backend_response {
     if (bereq.method == "POST") {
         # Without an error code the device takes the body for the message, which must fit its record.
         if (beresp.status != 200 && beresp.http.X-Error-Code !~ "^[+-]?0*[1-9]" &&
-            (beresp.http.Content-Encoding || std.integer(beresp.http.Content-Length, 0) < 1 ||
+            (beresp.http.Content-Encoding || beresp.http.Content-Type ~ "html" ||
+             std.integer(beresp.http.Content-Length, 0) < 1 ||
              std.integer(beresp.http.Content-Length, 0) > 254)) {
             return (error(beresp.status));
         }
         return (deliver);
     }
-    if (beresp.status >= 500 && bereq.is_bgfetch) {
-        return (abandon);
+    # As an error, a failure does not take the place of the page that was there before.
+    if (beresp.status >= 500) {
+        return (error(beresp.status));
     }
     # The URL alone names a page; a shop whose pages differ from device to device says so.
     unset beresp.http.Vary;
@@ -89,19 +91,13 @@ sub vcl_backend_response {
     } elsif (beresp.status == 200) {
         call page_life;
     } else {
-        set beresp.ttl = 0s;
+        set beresp.ttl = 1s;
         set beresp.grace = 0s;
-        if (beresp.status < 500) {
-            set beresp.ttl = 1s;
-        }
     }
     return (deliver);
 }
 
 sub vcl_backend_error {
-    if (bereq.is_bgfetch) {
-        return (abandon);
-    }
     if (beresp.status < 400) {
         set beresp.status = 502;
     }

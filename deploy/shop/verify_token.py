@@ -1,0 +1,1 @@
+../../examples/python/verify_token.py

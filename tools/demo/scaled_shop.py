@@ -1,0 +1,171 @@
+"""A shop of several machines on one: PostgreSQL, two application servers, HAProxy, Varnish; and devices that buy there."""
+
+import contextlib
+import http.client
+import itertools
+import ssl
+import subprocess
+import sys
+import threading
+import time
+from collections import Counter
+from pathlib import Path
+
+import psycopg2
+
+import engines
+from caller import BUILD, Caller
+
+BUY = "http://127.0.0.1/shop/buy"
+PRICE, TYPE, FIRST_GOOD = 100, 3, 1001
+TRY_AGAIN = (0, 500, 502, 503, 504)
+
+
+class ScaledShop(contextlib.ExitStack):
+    """Runs until the with statement ends. Its goods FIRST_GOOD and on, of TYPE, cost PRICE each."""
+
+    def __init__(self, folder, devices, goods, page_seconds=10):
+        super().__init__()
+        self.page_seconds = page_seconds
+        self.folder, self.goods = Path(folder), range(FIRST_GOOD, FIRST_GOOD + goods)
+        self.devices = {f"PX-{i}": self.folder / f"PX-{i}.profile" for i in range(1, devices + 1)}
+        self.balance = goods * PRICE + 7
+        self.place = str(self.folder / "shop.db")
+
+    def __enter__(self):
+        super().__enter__()
+        try:
+            self._start()
+        except BaseException:
+            self.close()
+            raise
+        return self
+
+    def _start(self):
+        for serial, profile in self.devices.items():
+            self._run("pavonix", "profile", "new", "--out", profile, "--public-key", f"{profile}.key", "--serial", serial,
+                      "--user-id", "1")
+            self._run("pavonix-shop", "--db", self.place, "device", "add", "--serial", serial, "--user-id", "1",
+                      "--public-key", f"{profile}.key", "--balance", self.balance)
+        self.database = self.enter_context(engines.PostgreSQL(self.folder))
+        subprocess.run([sys.executable, engines.DEPLOY / "shop/move_to_server.py", self.place, self.database.url], check=True)
+        for good in self.goods:
+            self.query("INSERT INTO good SELECT type, %s, category, title, maker, %s, added, description FROM good "
+                       "WHERE type = %s AND id = 5", good, PRICE, TYPE)
+        self.authority = engines.Authority(self.folder)
+        self.servers = [self._server(name) for name in ("one", "two")]
+        self.balancer = self.enter_context(
+            engines.balancer(self.folder, [server.port for server in self.servers], self.authority))
+        self.front = self.enter_context(engines.front(self.folder, self.balancer.port, self.page_seconds))
+        self.port = self.front.port
+        # What the devices sent and were told, written down by an engine that has no part in it.
+        self.exchanges = self.folder / "exchanges.log"
+        self.enter_context(engines.Engine(self.folder, "varnishncsa", [
+            "varnishncsa", "-n", str(self.folder / "front/run"), "-w", str(self.exchanges), "-q", "ReqURL eq '/shop/buy'",
+            "-F", "%s %{User-Serial}i %{User-ID}i %{User-Cert}i"], None))
+        engines.wait_until(self.exchanges.exists, "the log")
+        engines.wait_until(self.is_open, "the shop")
+
+    def _run(self, program, *words):
+        subprocess.run([str(BUILD / "linux" / program), *map(str, words)], check=True, stdout=subprocess.DEVNULL)
+
+    def _server(self, name):
+        pair = self.authority.sign(name)
+        return self.enter_context(engines.application(self.folder, name, self.database.url, pair, PAVONIX_MAX_SKEW="3600"))
+
+    def query(self, sql, *values):
+        with contextlib.closing(psycopg2.connect(self.database.url)) as connection, connection:
+            with connection.cursor() as cursor:
+                cursor.execute(sql, values)
+                return cursor.fetchall() if cursor.description else []
+
+    def is_open(self):
+        """Whether what is never kept comes through to an application server; it answers that this is no place to post."""
+        connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=30)
+        with contextlib.closing(connection):
+            connection.request("POST", "/health", "")
+            return connection.getresponse().status == 405
+
+    def ask_server(self, server, headers, form):
+        """Posts a purchase straight to one application server; answers its error code."""
+        context = ssl.create_default_context(cafile=self.authority.certificate)
+        context.check_hostname = False
+        connection = http.client.HTTPSConnection("127.0.0.1", server.port, context=context, timeout=30)
+        with contextlib.closing(connection):
+            connection.request("POST", "/shop/buy", form, {**headers, "Content-Type": "application/x-www-form-urlencoded"})
+            return int(connection.getresponse().headers["X-Error-Code"])
+
+
+class Rush:
+    """Every device buys every good, all devices at once, each in a process of its own; what fails is tried again without
+    force, as an application on a device would. told holds each answer that a device got, in their order."""
+
+    def __init__(self, shop, flavours=("linux",)):
+        self.shop, self.lock, self.failures = shop, threading.Lock(), []
+        self.told = {(serial, good): [] for serial in shop.devices for good in shop.goods}
+        self.bought = 0
+        self.threads = [threading.Thread(target=self._device, args=(flavour, serial))
+                        for flavour, serial in zip(itertools.chain(flavours, itertools.repeat("linux")), shop.devices)]
+
+    def _device(self, flavour, serial):
+        try:
+            with Caller(flavour, self.shop.devices[serial]) as device:
+                for good in self.shop.goods:
+                    self._buy(device, serial, good)
+        except Exception as failure:  # shown by run, not lost with the thread
+            self.failures.append(f"{serial}: {failure!r}")
+
+    def _buy(self, device, serial, good):
+        end = time.monotonic() + 120
+        while time.monotonic() < end:
+            status, record = device.buy(BUY, self.shop.port, (TYPE, good))
+            self.told[serial, good].append(200 if status == 200 else record.code if status not in TRY_AGAIN else status)
+            if status not in TRY_AGAIN:
+                with self.lock:
+                    self.bought += 1
+                return
+            time.sleep(0.1)
+        raise TimeoutError(f"good {good} could not be bought")
+
+    def run(self, *troubles):
+        """Makes the troubles one after the other while the devices buy."""
+        for thread in self.threads:
+            thread.start()
+        for i, trouble in enumerate(troubles, 1):
+            while self.bought < len(self.told) * i / (len(troubles) + 1) and any(t.is_alive() for t in self.threads):
+                time.sleep(0.01)
+            trouble()
+        for thread in self.threads:
+            thread.join()
+        if self.failures:
+            raise RuntimeError("; ".join(self.failures))
+
+
+def replay(shop):
+    """Sends every token that a device sent to each server again, for a good that does not exist. Answers how many there
+    are, and what is wrong: one whose purchase was judged must be refused by both servers, any by the second at least."""
+    wrong, lines = [], shop.exchanges.read_text().splitlines()
+    for line in lines:
+        status, serial, user, token = line.split(" ")
+        headers = {"User-Serial": serial, "User-ID": user, "User-Cert": token}
+        codes = [shop.ask_server(server, headers, f"type={TYPE}&id=999999&force=0") for server in shop.servers]
+        if codes != [907, 907] and not (int(status) in TRY_AGAIN and codes == [903, 907]):
+            wrong.append(f"a token of {serial}, told {status}, brought {codes}")
+    return len(lines), wrong
+
+
+def audit(shop, rush):
+    """Compares what the devices were told with the database. Answers what is wrong, nothing if all is well."""
+    rows = Counter((serial, good) for serial, good in shop.query("SELECT serial, id FROM purchase"))
+    wrong = [f"{key} was sold {count} times" for key, count in rows.items() if count != 1]
+    for key, answers in rush.told.items():
+        sold_at_once = answers[-1] == 200
+        found_out = answers[-1] == 908 and any(status in TRY_AGAIN for status in answers)
+        if not (sold_at_once or found_out) or not set(answers[:-1]) <= set(TRY_AGAIN):
+            wrong.append(f"{key} was told {answers}")
+        if key not in rows:
+            wrong.append(f"{key} was told {answers} and is not in the database")
+    left = shop.balance - len(shop.goods) * PRICE
+    wrong += [f"{serial} has {balance} left, not {left}"
+              for serial, balance in shop.query("SELECT serial, balance FROM device") if balance != left]
+    return wrong
