@@ -23,26 +23,27 @@ constexpr const char *kGoodColumns = "SELECT good.type, good.id, title, maker, c
                                      "ON category.type = good.type AND category.id = good.category ";
 
 // The row has kGoodColumns; leaves the element open.
-void StartGood(XmlWriter &xml, const Statement &row)
+void StartGood(XmlWriter &xml, Statement &row)
 {
     xml.Start("good");
-    xml.Attribute("type", row.Integer(0));
-    xml.Attribute("id", row.Integer(1));
-    xml.Element("title", row.Text(2));
-    xml.Element("maker", row.Text(3));
+    xml.Attribute("type", row.getColumn(0).getInt64());
+    xml.Attribute("id", row.getColumn(1).getInt64());
+    xml.Element("title", row.getColumn(2).getString());
+    xml.Element("maker", row.getColumn(3).getString());
     xml.Start("category");
-    xml.Attribute("id", row.Integer(4));
-    xml.Text(row.Text(5));
+    xml.Attribute("id", row.getColumn(4).getInt64());
+    xml.Text(row.getColumn(5).getString());
     xml.End();
-    xml.Element("price", row.Text(6));
-    xml.Element("added", row.Text(7));
+    xml.Element("price", row.getColumn(6).getString());
+    xml.Element("added", row.getColumn(7).getString());
 }
 
 } // namespace
 
 void Catalogue::RequireCategory(int type, int category)
 {
-    if (!database_.Query("SELECT 1 FROM category WHERE type = ?1 AND (id = ?2 OR ?2 = 0)", type, category).Step()) {
+    if (!Query(database_, "SELECT 1 FROM category WHERE type = ?1 AND (id = ?2 OR ?2 = 0)", type, category)
+             .executeStep()) {
         throw Refusal(kUnknownCategory);
     }
 }
@@ -58,19 +59,19 @@ std::string Catalogue::List(std::string_view query)
     RequireCategory(type, category);
 
     const std::string matching = "WHERE good.type = ?1 AND (?2 = 0 OR good.category = ?2) ";
-    Statement total = database_.Query("SELECT count(*) FROM good " + matching, type, category);
-    (void)total.Step();
+    Statement total = Query(database_, "SELECT count(*) FROM good " + matching, type, category);
+    (void)total.executeStep();
 
     XmlWriter xml;
     xml.Start("goods");
     for (const char *name : {"type", "category", "sort", "start", "max"}) {
         xml.Attribute(name, fields.Number(name, 0, kLargest));
     }
-    xml.Attribute("total", total.Integer(0));
+    xml.Attribute("total", total.getColumn(0).getInt64());
     const std::string order = std::string("ORDER BY ") + kOrders[static_cast<std::size_t>(sort)];
     Statement row =
-        database_.Query(kGoodColumns + matching + order + " LIMIT ?3 OFFSET ?4", type, category, max, start);
-    while (row.Step()) {
+        Query(database_, kGoodColumns + matching + order + " LIMIT ?3 OFFSET ?4", type, category, max, start);
+    while (row.executeStep()) {
         StartGood(xml, row);
         xml.End();
     }
@@ -80,14 +81,14 @@ std::string Catalogue::List(std::string_view query)
 std::string Catalogue::Good(std::string_view query)
 {
     const FormFields fields(query, {"type", "id"});
-    Statement row = database_.Query(std::string(kGoodColumns) + "WHERE good.type = ? AND good.id = ?",
-                                    fields.Number("type", 1, kLargest), fields.Number("id", 1, kLargest));
-    if (!row.Step()) {
+    Statement row = Query(database_, std::string(kGoodColumns) + "WHERE good.type = ? AND good.id = ?",
+                          fields.Number("type", 1, kLargest), fields.Number("id", 1, kLargest));
+    if (!row.executeStep()) {
         throw Refusal(kUnknownGood);
     }
     XmlWriter xml;
     StartGood(xml, row);
-    xml.Element("description", row.Text(8));
+    xml.Element("description", row.getColumn(8).getString());
     return xml.Finish();
 }
 

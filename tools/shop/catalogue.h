@@ -1,7 +1,7 @@
 // The catalogue's two answers, made from the database.
 #pragma once
 
-#include "sqlite.h"
+#include "database.h"
 
 #include <string>
 #include <string_view>

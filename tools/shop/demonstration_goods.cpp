@@ -68,12 +68,12 @@ constexpr Good kGoods[] = {
 
 void AddDemonstrationGoods(Database &database)
 {
-    database.RunScript(kTypesAndCategories);
+    database.exec(kTypesAndCategories);
     for (const Good &good : kGoods) {
-        database.Run("INSERT INTO good (type, id, category, title, maker, price, added, description) "
-                     "VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
-                     good.type, good.id, good.category, good.title, good.maker, good.price, good.added,
-                     good.description);
+        Run(database,
+            "INSERT INTO good (type, id, category, title, maker, price, added, description) "
+            "VALUES (?, ?, ?, ?, ?, ?, ?, ?)",
+            good.type, good.id, good.category, good.title, good.maker, good.price, good.added, good.description);
     }
 }
 

@@ -61,39 +61,42 @@ token::Token Till::CheckToken(const Order &order, const std::string &headerValue
 void Till::UseToken(const token::Token &token)
 {
     const std::int64_t now = std::time(nullptr);
-    database_.Run("DELETE FROM token WHERE seen_at < ?", now - 2 * maxSkew_.count() - kTokenMemorySeconds);
-    if (database_.Run("INSERT OR IGNORE INTO token (ciphertext, seen_at) VALUES (?, ?)", token.ciphertext, now) == 0) {
+    Run(database_, "DELETE FROM token WHERE seen_at < ?", now - 2 * maxSkew_.count() - kTokenMemorySeconds);
+    Statement insert(database_, "INSERT OR IGNORE INTO token (ciphertext, seen_at) VALUES (?, ?)");
+    insert.bind(1, token.ciphertext.data(), static_cast<int>(token.ciphertext.size()));
+    insert.bind(2, now);
+    if (insert.exec() == 0) {
         throw Refusal(kReplayedToken);
     }
 }
 
 std::int64_t Till::CheckedPrice(const Order &order)
 {
-    Statement good = database_.Query("SELECT price FROM good WHERE type = ? AND id = ?", order.type, order.id);
-    if (!good.Step()) {
+    Statement good = Query(database_, "SELECT price FROM good WHERE type = ? AND id = ?", order.type, order.id);
+    if (!good.executeStep()) {
         throw Refusal(kUnknownGood);
     }
-    if (!order.force && database_
-                            .Query("SELECT 1 FROM purchase WHERE serial = ? AND user_id = ? AND type = ? AND id = ?",
-                                   order.serial, order.userId, order.type, order.id)
-                            .Step()) {
+    if (!order.force &&
+        Query(database_, "SELECT 1 FROM purchase WHERE serial = ? AND user_id = ? AND type = ? AND id = ?",
+              order.serial, order.userId, order.type, order.id)
+            .executeStep()) {
         throw Refusal(kAlreadyOwned);
     }
-    return good.Integer(0);
+    return good.getColumn(0).getInt64();
 }
 
 std::string Till::Book(const Order &order, std::int64_t price)
 {
-    if (database_.Run("UPDATE device SET balance = balance - ?3 WHERE serial = ?1 AND user_id = ?2 AND balance >= ?3",
-                      order.serial, order.userId, price) == 0) {
+    if (Run(database_, "UPDATE device SET balance = balance - ?3 WHERE serial = ?1 AND user_id = ?2 AND balance >= ?3",
+            order.serial, order.userId, price) == 0) {
         throw Refusal(kBalanceTooLow);
     }
     const std::string boughtAt = token::FormatSortable(token::WallTimeNow());
-    database_.Run("INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES (?, ?, ?, ?, ?, ?)",
-                  order.serial, order.userId, order.type, order.id, price, boughtAt);
+    Run(database_, "INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES (?, ?, ?, ?, ?, ?)",
+        order.serial, order.userId, order.type, order.id, price, boughtAt);
     XmlWriter xml;
     xml.Start("purchase");
-    xml.Attribute("number", database_.LastRowId());
+    xml.Attribute("number", database_.getLastInsertRowid());
     xml.Attribute("type", order.type);
     xml.Attribute("id", order.id);
     xml.Attribute("price", price);
@@ -114,7 +117,7 @@ std::string Till::Sell(const PurchaseRequest &request)
     } catch (const Refusal &caught) {
         refusal = caught; // nothing of the purchase is written at this point, the token is
     }
-    transaction.Commit();
+    transaction.commit();
     if (refusal) {
         throw *refusal;
     }

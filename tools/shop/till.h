@@ -1,7 +1,7 @@
 // The till: checks who buys and sells, once, whatever happens meanwhile.
 #pragma once
 
-#include "sqlite.h"
+#include "database.h"
 #include "token/token.h"
 
 #include <chrono>

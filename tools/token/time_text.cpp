@@ -56,6 +56,16 @@ std::string FormatSortable(WallTime time)
     return Print(FieldsOf(time), "%04d-%02d-%02d %02d:%02d:%02d.%03d");
 }
 
+bool IsDate(const std::string &text)
+{
+    int year = 0;
+    unsigned month = 0;
+    unsigned day = 0;
+    const bool scanned = std::sscanf(text.c_str(), "%4d-%2u-%2u", &year, &month, &day) == 3;
+    const chrono::year_month_day date{chrono::year(year), chrono::month(month), chrono::day(day)};
+    return scanned && date.ok() && FormatSortable(chrono::local_days(date)).substr(0, 10) == text;
+}
+
 std::optional<WallTime> ParseTimeText(const std::string &text)
 {
     Fields fields{};

@@ -23,6 +23,9 @@ using WallTime = std::chrono::local_time<std::chrono::milliseconds>;
 // For lists and logs: with leading zeros, so that texts sort as times do.
 [[nodiscard]] std::string FormatSortable(WallTime time);
 
+// Whether it is a day that exists, written like 2026-02-20.
+[[nodiscard]] bool IsDate(const std::string &text);
+
 // Answers the time to the second, or nothing when the text is not exactly of the
 // form above or names a day or a time that does not exist.
 [[nodiscard]] std::optional<WallTime> ParseTimeText(const std::string &text);

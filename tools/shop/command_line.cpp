@@ -1,0 +1,195 @@
+#include "command_line.h"
+
+#include "devices.h"
+#include "judgement/printable.h"
+#include "shop/faults/fault_table.h"
+#include "shop/keeper/goods_table.h"
+#include "shop/keeper/lists.h"
+#include "shop_database.h"
+
+#include <CLI/CLI.hpp>
+
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <iterator>
+
+namespace shop {
+
+namespace {
+
+// More than any balance, and far from where adding two overflows.
+constexpr std::int64_t kMostMoney = 1'000'000'000'000;
+
+std::string ReadFile(const std::string &name)
+{
+    std::ifstream file(name, std::ios::binary);
+    std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file) {
+        throw std::runtime_error(judgement::Printable(name) + " cannot be read");
+    }
+    return text;
+}
+
+void AddDevice(const Options &options)
+{
+    const token::PublicKey key = token::ReadPublicKey(ReadFile(options.keyFile));
+    Database database = OpenShopDatabase(options.database);
+    RegisterDevice(database, options.serial, options.userId, key, options.balance);
+    std::cout << "registered device " << options.serial << ", user " << options.userId << ", a key of "
+              << EVP_PKEY_get_bits(key.get()) << " bits, balance " << options.balance << std::endl;
+}
+
+void RemoveDeviceAsked(const Options &options)
+{
+    Database database = OpenShopDatabase(options.database);
+    RemoveDevice(database, options.serial, options.userId, options.withPurchases);
+    std::cout << "removed device " << options.serial << ", user " << options.userId << std::endl;
+}
+
+void TopUp(const Options &options)
+{
+    Database database = OpenShopDatabase(options.database);
+    const std::int64_t balance = TopUpDevice(database, options.serial, options.userId, options.amount);
+    std::cout << "device " << options.serial << ", user " << options.userId << ": balance " << balance << std::endl;
+}
+
+void Import(const Options &options)
+{
+    Database database = OpenShopDatabase(options.database);
+    try {
+        const ImportCount count = ImportGoods(database, ReadFile(options.goodsFile));
+        std::cout << count.added << " goods added, " << count.changed << " changed" << std::endl;
+    } catch (const std::exception &failure) {
+        throw std::runtime_error(judgement::Printable(options.goodsFile) + ": " + failure.what() +
+                                 "; nothing is changed");
+    }
+}
+
+// To standard output, or to a file that appears when it is whole.
+void Export(const Options &options)
+{
+    Database database = OpenShopDatabase(options.database);
+    if (options.goodsFile.empty()) {
+        ExportGoods(database, std::cout);
+        return;
+    }
+    std::ofstream file(options.goodsFile, std::ios::binary);
+    ExportGoods(database, file);
+    file.close();
+    if (!file) {
+        throw std::runtime_error(judgement::Printable(options.goodsFile) + " cannot be written");
+    }
+}
+
+void ListFaults()
+{
+    const auto print = [](const std::string &name, const std::string &download, const std::string &sale,
+                          const std::string &refusal, const std::string &does) {
+        std::cout << std::left << std::setw(20) << name << std::setw(14) << download << std::setw(14) << sale
+                  << std::setw(16) << refusal << does << '\n';
+    };
+    print("fault", "list, good", "sale", "refusal", "the shop");
+    for (const Fault &fault : AllFaults()) {
+        print(fault.name, fault.download, fault.sale, fault.refusal, fault.does);
+    }
+}
+
+std::string CheckFault(const std::string &name)
+{
+    return FindFault(name) != nullptr
+               ? ""
+               : "there is no fault " + judgement::Printable(name) + ", pavonix-shop faults lists them";
+}
+
+std::string CheckSerial(const std::string &serial)
+{
+    const bool plain =
+        !serial.empty() && std::all_of(serial.begin(), serial.end(), [](char c) { return c > ' ' && c <= '~'; });
+    return plain ? "" : "a serial is printable ASCII without blanks";
+}
+
+CLI::Validator Money()
+{
+    return CLI::Range(std::int64_t{0}, kMostMoney);
+}
+
+CLI::App *AddDeviceCommand(CLI::App *device, Options &options, const char *name, const char *help)
+{
+    CLI::App *command = device->add_subcommand(name, help);
+    command->add_option("--serial", options.serial, "The device's serial, its header User-Serial")
+        ->check(CheckSerial)
+        ->required();
+    command->add_option("--user-id", options.userId, "Its user, the header User-ID")->required();
+    return command;
+}
+
+void AddDeviceCommands(CLI::App &app, Options &options)
+{
+    CLI::App *device = app.add_subcommand("device", "Manage devices")->require_subcommand(1);
+    CLI::App *add = AddDeviceCommand(device, options, "add", "Register a device, or give it a new key and balance");
+    add->add_option("--public-key", options.keyFile, "File with its public key, XML (RSAKeyValue) or PEM")
+        ->check(CLI::ExistingFile)
+        ->required();
+    add->add_option("--balance", options.balance, "What it can spend, in cents")->check(Money())->required();
+    add->callback([&options] { AddDevice(options); });
+
+    device->add_subcommand("list", "List all devices, with balances in cents")->callback([&options] {
+        Database database = OpenShopDatabase(options.database);
+        ListDevices(database, std::cout);
+    });
+    CLI::App *topUp = AddDeviceCommand(device, options, "top-up", "Add to a device's balance");
+    topUp->add_option("--amount", options.amount, "How much, in cents")->check(Money())->required();
+    topUp->callback([&options] { TopUp(options); });
+    CLI::App *remove = AddDeviceCommand(device, options, "remove", "Remove a device");
+    remove->add_flag("--with-purchases", options.withPurchases, "Even if it has purchases, and these too");
+    remove->callback([&options] { RemoveDeviceAsked(options); });
+}
+
+void AddGoodsCommands(CLI::App &app, Options &options)
+{
+    CLI::App *goods = app.add_subcommand("goods", "Manage goods")->require_subcommand(1);
+    goods->add_subcommand("list", "List all goods, with prices in cents")->callback([&options] {
+        Database database = OpenShopDatabase(options.database);
+        ListGoods(database, std::cout);
+    });
+    CLI::App *import = goods->add_subcommand("import", "Add and change goods by a CSV file, all of it or nothing");
+    import->add_option("file", options.goodsFile, "Columns as goods export writes them")
+        ->check(CLI::ExistingFile)
+        ->required();
+    import->callback([&options] { Import(options);
+});
+CLI::App *exported = goods->add_subcommand("export", "Write all goods as CSV");
+exported->add_option("file", options.goodsFile, "Where to, instead of standard output");
+exported->callback([&options] { Export(options); });
+} // namespace
+
+} // namespace shop
+
+void AddCommands(CLI::App &app, Options &options)
+{
+    app.fallthrough();
+    app.require_subcommand(0, 1);
+    app.add_option("--db", options.database, "Database file, made with demonstration goods when missing")
+        ->capture_default_str();
+    app.add_option("--host", options.host, "Address or name to listen on")->capture_default_str();
+    app.add_option("--port", options.port, "Port to listen on, 0 picks a free one and prints it")
+        ->capture_default_str();
+    app.add_option("--max-skew", options.maxSkewSeconds, "Seconds by which the clock of a device may be off")
+        ->check(CLI::Range(0, 1'000'000'000))
+        ->capture_default_str();
+    app.add_option("--fault", options.fault, "Send every reply with this fault; /fault/NAME before a path does it once")
+        ->check(CheckFault);
+
+    AddDeviceCommands(app, options);
+    AddGoodsCommands(app, options);
+    CLI::App *purchases = app.add_subcommand("purchases", "List all purchases");
+    purchases->add_flag("--csv", options.csv, "As CSV instead of columns separated by tabs");
+    purchases->callback([&options] {
+        Database database = OpenShopDatabase(options.database);
+        ListPurchases(database, options.csv ? ListForm::kCsv : ListForm::kTabs, std::cout);
+    });
+    app.add_subcommand("faults", "List the faults, and what the library makes of each")->callback(ListFaults);
+}
+
+} // namespace shop
