@@ -15,14 +15,12 @@ std::string BindLibrary(ImageMemory &image, const ImportDescriptor &descriptor, 
         if (lookup == 0) {
             return missing;
         }
-        if ((lookup & kImportByOrdinal) != 0) {
-            missing += " " + library + ":#" + std::to_string(lookup & 0xFFFF);
-            continue;
-        }
-        std::string name = image.TextAt(lookup + 2); // behind a 16-bit hint
-        std::uint32_t address = resolve(library, name);
+        const bool hasName = (lookup & kImportByOrdinal) == 0;
+        // the name stands behind a 16-bit hint
+        const std::string name = hasName ? image.TextAt(lookup + 2) : std::to_string(lookup & 0xFFFF);
+        const std::uint32_t address = hasName ? resolve(library, name) : 0;
         if (address == 0) {
-            missing += " " + library + ":" + name;
+            missing.append(" ").append(library).append(":").append(name);
         }
         *image.At<std::uint32_t>(descriptor.addressTable + 4 * i) = address;
     }

@@ -48,6 +48,7 @@ struct Gated;
 
 template <typename Result, typename... Arguments, Result (*Function)(Arguments...), auto Failure>
 struct Gated<Function, Failure> {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): the sizes of the pointers are meant
     static_assert((... && (sizeof(Arguments) <= 4)), "only pointers and 32-bit integers cross to the device");
 
     static Import Row(const char *library, const char *name, bool canFail)

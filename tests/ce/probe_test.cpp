@@ -17,7 +17,7 @@ protected:
     std::optional<int> Ask(Probe probe, int value = 0, const std::string &name = "")
     {
         std::string path = folder_.path() + "/" + name, digits;
-        for (const char c : path) {
+        for (const unsigned char c : path) {
             constexpr char kDigits[] = "0123456789abcdef";
             const int unit = c == '/' ? '\\' : c;
             digits += {'0', '0', kDigits[unit >> 4], kDigits[unit & 15]};

@@ -1,4 +1,4 @@
-// e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM]
+// e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM] [--only=rows]
 //
 // Plays the table of scenarios, and the longer tests beside it, through one build
 // of the library. COMMAND starts the caller for that build and may hold arguments.
@@ -73,8 +73,12 @@ int main(int count, char **arguments)
     testing::InitGoogleTest(&count, arguments);
     const std::vector<std::string> command = ReadOptions(count, arguments);
     if (command.empty()) {
-        std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM]\n";
+        std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM] "
+                     "[--only=rows]\n";
         return 2;
+    }
+    if (Option(count, arguments, "only") == "rows" && GTEST_FLAG_GET(filter) == "*") {
+        GTEST_FLAG_SET(filter, "Scenario.*");
     }
     for (const Scenario &row : AllRows()) {
         const RowName &name = row.name;
