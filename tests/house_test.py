@@ -24,8 +24,10 @@ ROOMS = {
     "rsa/cipher": {"rsa/text", "rsa/log", "rsa/key", "rsa/encoding", "rsa/charset", "rsa/digest", "rsa/random"},
     "http": {"rsa/text", "platform"},
     "store": {"rsa/text", "platform", "http/http_connection.h"},
-    "profile": {"rsa/text", "platform", "http/find_text.h", "rsa/cipher/zt_rsa.h"},
-    "shop": {"rsa/text", "platform", "http", "store", "profile", "pavonix"},
+    "profile": {"rsa/text", "platform", "http/find_text.h", "rsa/cipher/zt_rsa.h", "trace/hooks.h"},
+    "shop": {"rsa/text", "platform", "http", "store", "profile", "pavonix", "trace/hooks.h"},
+    "trace": {"rsa/text", "rsa/cipher/zt_rsa.h", "platform", "http/http_connection.h", "profile/device_profile.h",
+              "shop/export.h", "pavonix"},
 }
 STANDARD = {"algorithm", "array", "cstddef", "cstdint", "cstring", "initializer_list", "memory", "new", "span",
             "string_view", "type_traits", "utility", "tommath.h", "bit"}

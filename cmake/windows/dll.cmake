@@ -13,22 +13,32 @@ elseif(PAVONIX_FLAVOUR STREQUAL "x86")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/version.rc)
 configure_file(${definition} ${PROJECT_BINARY_DIR}/PAVONIX.def COPYONLY)
-target_sources(pavonix PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/PAVONIX.def)
-set_target_properties(pavonix PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX)
 
 # Sections by function let the linker leave out what is not reached; without
 # time stamps the same sources give the same bytes.
-target_compile_options(pavonix_objects PRIVATE -ffunction-sections -fdata-sections ${no_tables})
-target_compile_options(tommath PRIVATE -ffunction-sections -fdata-sections ${no_tables})
-target_link_options(pavonix PRIVATE -Wl,--gc-sections -Wl,--no-insert-timestamp -Wl,--kill-at -Wl,--strip-all
-                    -Wl,-Map,${PROJECT_BINARY_DIR}/PAVONIX.map)
-
+foreach(target pavonix_rooms pavonix_calls pavonix_telling pavonix_tracing tommath)
+  target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections ${no_tables})
+endforeach()
 if(PAVONIX_FLAVOUR STREQUAL "ce")
   include(${CMAKE_CURRENT_LIST_DIR}/../ce/dll.cmake)
-else()
-  target_link_libraries(pavonix PRIVATE ws2_32 advapi32)
-  target_link_options(pavonix PRIVATE -static)
 endif()
+
+function(make_dll target folder)
+  target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/PAVONIX.def)
+  set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX RUNTIME_OUTPUT_DIRECTORY ${folder}
+                        ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${target}.dir)
+  target_link_options(${target} PRIVATE -Wl,--gc-sections -Wl,--no-insert-timestamp -Wl,--kill-at -Wl,--strip-all
+                      -Wl,-Map,${folder}/PAVONIX.map)
+  if(PAVONIX_FLAVOUR STREQUAL "ce")
+    link_for_the_device(${target})
+  else()
+    target_link_libraries(${target} PRIVATE ws2_32 advapi32)
+    target_link_options(${target} PRIVATE -static)
+  endif()
+endfunction()
+make_dll(pavonix ${PROJECT_BINARY_DIR})
+make_dll(pavonix_trace ${PROJECT_BINARY_DIR}/trace)
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/trace)
 
 # The linker's own import library lacks the x86 decoration, so it is not used.
 add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/libPAVONIX.dll.a DEPENDS ${definition}

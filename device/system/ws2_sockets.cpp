@@ -3,6 +3,7 @@
 #include "system/holdings.h"
 #include "platform/sockets.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstring>
 
@@ -105,19 +106,28 @@ const Host *Resolve(const char *name)
     return &host;
 }
 
+// The thread error of a call that the system under this one failed.
+int WithError(int result)
+{
+    if (result == kSocketError) {
+        lastError = errno == ECONNREFUSED ? kErrorRefused : errno == ETIMEDOUT ? kErrorTimedOut : kErrorReset;
+    }
+    return result;
+}
+
 int Connect(Socket socket, const SocketAddress *address, int length)
 {
-    return IsUsable(socket) ? platform::ConnectSocket(socket, address, length) : kSocketError;
+    return IsUsable(socket) ? WithError(platform::ConnectSocket(socket, address, length)) : kSocketError;
 }
 
 int Send(Socket socket, const char *bytes, int length, int)
 {
-    return IsUsable(socket) ? platform::SendSocket(socket, bytes, length) : kSocketError;
+    return IsUsable(socket) ? WithError(platform::SendSocket(socket, bytes, length)) : kSocketError;
 }
 
 int Receive(Socket socket, char *bytes, int length, int)
 {
-    return IsUsable(socket) ? platform::ReceiveSocket(socket, bytes, length) : kSocketError;
+    return IsUsable(socket) ? WithError(platform::ReceiveSocket(socket, bytes, length)) : kSocketError;
 }
 
 int SetOption(Socket socket, int level, int option, const char *value, int length)

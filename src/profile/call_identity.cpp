@@ -3,6 +3,7 @@
 #include "platform/clock.h"
 #include "profile/process_state.h"
 #include "rsa/cipher/zt_rsa.h"
+#include "trace/hooks.h"
 
 namespace pavonix {
 
@@ -15,7 +16,9 @@ void SetUpRsa()
     Rsa().put_OAEP(true);
     Rsa().put_EncodingMode("base64");
     (void)Rsa().ImportPublicKey(Profile().publicKeyXml().c_str());
+    trace::TellEngine(&Rsa());
     (void)Rsa().ImportPrivateKey(Profile().privateKeyXml().c_str());
+    trace::TellEngine(&Rsa());
 }
 
 // The local time, "2010-3-5 9:7:3.042". The three digits are the tick count modulo
@@ -38,6 +41,7 @@ FixedText<64> MakeTimestamp()
 CallIdentity::CallIdentity(const WideChar *profilePath)
 {
     Profile().Read(profilePath);
+    trace::TellProfile(Profile());
     SetUpRsa();
 }
 
@@ -69,6 +73,7 @@ ZtString CallIdentity::UserCert() const
     if (!Rsa().EncryptStringENC(MakeTimestamp().c_str(), true, &token) || !token.complete()) {
         token.Clear(); // also when only a piece of it found memory
     }
+    trace::TellEngine(&Rsa());
     return token;
 }
 

@@ -1,6 +1,7 @@
 #include "shop/shop_call.h"
 
 #include "platform/code_pages.h"
+#include "trace/hooks.h"
 
 namespace pavonix {
 
@@ -39,6 +40,7 @@ bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 
 std::int32_t ReplyStatus(const HttpConnection &connection)
 {
+    trace::TellReply(connection);
     FixedText<kFirstReception + 1> copy;
     const ZtString head = connection.GetHead();
     copy.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));

@@ -76,6 +76,7 @@ BOOL FindClose(HANDLE search);
 BOOL CreateDirectoryW(const wchar_t *path, void *security);
 BOOL DeleteFileW(const wchar_t *path);
 void SetLastError(DWORD error);
+DWORD GetLastError();
 std::FILE *_wfopen(const wchar_t *path, const wchar_t *mode);
 
 void GetLocalTime(SYSTEMTIME *time);

@@ -1,0 +1,124 @@
+// The three calls of the tracing build: the ordinary ones, which this build knows by
+// other names, with their arguments and their answers told.
+#include "pavonix/pavonix.h"
+#include "platform/clock.h"
+#include "shop/export.h"
+#include "trace/call_state.h"
+#include "trace/line.h"
+
+extern "C" {
+
+int PAVONIX_CALL UntracedGetGoodListXml(const PavonixChar *profilePath, const GoodListRequest *request,
+                                        const PavonixChar *targetPath, int force, const PavonixChar *baseUrl, int port);
+int PAVONIX_CALL UntracedGetOneGoodXml(const PavonixChar *profilePath, const OneGoodRequest *request,
+                                       const PavonixChar *targetPath, int force, const PavonixChar *baseUrl, int port);
+int PAVONIX_CALL UntracedGetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request,
+                                    BuyGoodResult *result, const PavonixChar *baseUrl, int port);
+
+} // extern "C"
+
+namespace pavonix::trace {
+
+namespace {
+
+constexpr int kLongestText = 1000;
+constexpr int kErrorClockIsOff = 906;
+
+void Begin(const char *name, bool download, const WideChar *profilePath)
+{
+    ChooseFile(profilePath);
+    state = {};
+    state.download = download;
+    platform::LocalTime now = {};
+    platform::ReadLocalTime(&now);
+    Line line("\n");
+    line.Text(name).Text(", Pavonix " PAVONIX_VERSION " with tracing, on ");
+    line.Number(now.year).Text("-").Number(now.month).Text("-").Number(now.day).Text(" at ");
+    line.Number(now.hour).Text(":").Number(now.minute).Text(":").Number(now.second);
+}
+
+void TellAddresses(const WideChar *profilePath, const WideChar *baseUrl, int port)
+{
+    Line("profile path: ").Wide(profilePath, kLongestText);
+    Line("base URL: ").Wide(baseUrl, kLongestText).Text(", port ").Number(port);
+}
+
+void TellTarget(const WideChar *targetPath, int force)
+{
+    Line("target path: ").Wide(targetPath, kLongestText).Text(", force ").Number(force);
+}
+
+// Fields that the call did not write hold what the caller put there.
+void TellRecord(const BuyGoodResult *result, int status)
+{
+    if (result == nullptr || status == PAVONIX_OK || !state.replied) {
+        Line("the record was not touched");
+        return;
+    }
+    Line("the record: error code ")
+        .Number(result->errorCode)
+        .Text(", message: ")
+        .Wide(result->message, PAVONIX_MESSAGE_ROOM);
+    if (result->errorCode == kErrorClockIsOff) {
+        Line("server timestamp: ").Wide(result->serverTimestamp, PAVONIX_TIMESTAMP_ROOM);
+    }
+}
+
+int End(int answer)
+{
+    Line("returned ").Number(answer);
+    return answer;
+}
+
+} // namespace
+
+} // namespace pavonix::trace
+
+PAVONIX_EXPORT int PAVONIX_CALL GetGoodListXml(const PavonixChar *profilePath, const GoodListRequest *request,
+                                               const PavonixChar *targetPath, int force, const PavonixChar *baseUrl,
+                                               int port)
+{
+    using namespace pavonix::trace;
+    Begin("GetGoodListXml", true, profilePath);
+    TellAddresses(profilePath, baseUrl, port);
+    TellTarget(targetPath, force);
+    if (request != nullptr) {
+        Line line("request: type ");
+        line.Number(request->type).Text(", category ").Number(request->category).Text(", sort ");
+        line.Number(request->sort).Text(", start ").Number(request->start).Text(", max ").Number(request->max);
+    }
+    return End(UntracedGetGoodListXml(profilePath, request, targetPath, force, baseUrl, port));
+}
+
+PAVONIX_EXPORT int PAVONIX_CALL GetOneGoodXml(const PavonixChar *profilePath, const OneGoodRequest *request,
+                                              const PavonixChar *targetPath, int force, const PavonixChar *baseUrl,
+                                              int port)
+{
+    using namespace pavonix::trace;
+    Begin("GetOneGoodXml", true, profilePath);
+    TellAddresses(profilePath, baseUrl, port);
+    TellTarget(targetPath, force);
+    if (request != nullptr) {
+        Line("request: type ").Number(request->type).Text(", id ").Number(request->id);
+    }
+    return End(UntracedGetOneGoodXml(profilePath, request, targetPath, force, baseUrl, port));
+}
+
+PAVONIX_EXPORT int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request,
+                                           BuyGoodResult *result, const PavonixChar *baseUrl, int port)
+{
+    using namespace pavonix::trace;
+    Begin("GetBuyGood", false, profilePath);
+    TellAddresses(profilePath, baseUrl, port);
+    if (request != nullptr) {
+        Line("request: type ")
+            .Number(request->type)
+            .Text(", id ")
+            .Number(request->id)
+            .Text(", force ")
+            .Number(request->force);
+    }
+    const int answer = UntracedGetBuyGood(profilePath, request, result, baseUrl, port);
+    TellRecord(result, answer);
+    return End(answer);
+}

@@ -1,0 +1,41 @@
+// The trace of a call: lines of ASCII text in a file beside the profile.
+#pragma once
+
+#include "platform/files.h"
+#include "platform/wide_char.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace pavonix::trace {
+
+// Chooses the file for the lines to come, the profile's path with ".trace.txt"
+// behind it. A file of more than 1 MB is begun anew. Without a path, or with one
+// that is too long, nothing is written.
+void ChooseFile(const WideChar *profilePath);
+
+// One line. It is in the file when the object is gone, so that a call that hangs or
+// crashes has left what it did before. What cannot be written is lost without a word:
+// tracing changes no call.
+class Line {
+public:
+    explicit Line(const char *start);
+    ~Line();
+    Line(const Line &) = delete;
+    Line &operator=(const Line &) = delete;
+
+    Line &Text(const char *text);
+    Line &Number(std::int64_t number); // of at least -2^31, and below 10^18
+    // Printable ASCII as it is, all else as \r, \n, \xNN, in wide texts \uNNNN; a
+    // line feed also begins an indented line.
+    Line &Bytes(const char *bytes, std::size_t count);
+    Line &Wide(const WideChar *text, int longest); // null is "(null)"
+
+private:
+    void Write(const char *bytes, std::size_t count);
+    void Escape(char kind, unsigned value, int digits);
+
+    platform::Stream *stream_;
+};
+
+} // namespace pavonix::trace

@@ -1,0 +1,142 @@
+// In front of the platform's sockets: each call with its result.
+#include "platform/last_error.h"
+#include "trace/call_state.h"
+#include "trace/line.h"
+#include "trace/real.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+namespace pavonix::trace {
+
+namespace {
+
+void TellError(const char *call, std::uint32_t error)
+{
+    Line(call).Text(" failed, system error ").Number(error);
+}
+
+// A request, but for the token's text: whoever has that can buy with it once.
+void TellRequest(const char *bytes, int length)
+{
+    const std::string_view request(bytes, static_cast<std::size_t>(length));
+    Line line("sending ");
+    line.Number(length).Text(" bytes:");
+    line.Text("\n    | ");
+    constexpr std::string_view kName = "User-Cert: ";
+    const std::size_t token = request.find(kName);
+    if (token == request.npos) {
+        line.Bytes(request.data(), request.size());
+        return;
+    }
+    const std::size_t start = token + kName.size();
+    const std::size_t end = std::min(request.find('\r', start), request.size());
+    line.Bytes(request.data(), start).Text("(").Number(static_cast<std::int64_t>(end - start)).Text(" characters)");
+    line.Bytes(request.data() + end, request.size() - end);
+}
+
+void TellLaterReceptions()
+{
+    if (state.pieces > 0) {
+        Line("received ").Number(state.later).Text(" bytes more in ").Number(state.pieces).Text(" pieces");
+        state.later = state.pieces = 0;
+    }
+}
+
+void TellFirstReception(const char *bytes, int received)
+{
+    state.afterFirst = true;
+    state.firstReceived = received;
+    if (received > 0) {
+        Line("received ").Number(received).Text(" bytes:\n    | ").Bytes(bytes, static_cast<std::size_t>(received));
+    } else if (received == 0) {
+        Line("the server closed the connection without a byte");
+    } else {
+        TellError("receive", LastSystemError());
+    }
+}
+
+} // namespace
+
+extern "C" {
+
+int __wrap_StartWinsock(std::uint16_t version, std::uint16_t *granted)
+{
+    const int error = __real_StartWinsock(version, granted);
+    error == 0 ? void(Line("Winsock started")) : TellError("start of Winsock", static_cast<std::uint32_t>(error));
+    return error;
+}
+
+const HostEntry *__wrap_ResolveHost(const char *name)
+{
+    const HostEntry *entry = __real_ResolveHost(name);
+    Line line("resolve ");
+    line.Bytes(name, std::strlen(name));
+    if (entry == nullptr) {
+        line.Text(": no such name, or it has no IPv4 address");
+        return entry;
+    }
+    const char *separator = ": ";
+    for (const std::uint8_t part : entry->firstAddress) {
+        line.Text(separator).Number(part);
+        separator = ".";
+    }
+    return entry;
+}
+
+int __wrap_ConnectSocket(Socket socket, const SocketAddress *address, int addressLength)
+{
+    state.afterFirst = false;
+    Line("connecting to port ").Number(address->port[0] * 256 + address->port[1]);
+    const int result = __real_ConnectSocket(socket, address, addressLength);
+    result == 0 ? void(Line("connected")) : TellError("connect", LastSystemError());
+    return result;
+}
+
+int __wrap_SendSocket(Socket socket, const char *bytes, int length)
+{
+    TellRequest(bytes, length);
+    const int sent = __real_SendSocket(socket, bytes, length);
+    if (sent < 0) {
+        TellError("send", LastSystemError());
+    } else if (sent < length) {
+        Line("the system took only ").Number(sent).Text(" bytes of it");
+    }
+    return sent;
+}
+
+int __wrap_ReceiveSocket(Socket socket, char *bytes, int length)
+{
+    if (!state.afterFirst) {
+        Line("waiting for the reply");
+        const int received = __real_ReceiveSocket(socket, bytes, length);
+        TellFirstReception(bytes, received);
+        return received;
+    }
+    if (state.pieces == 0) {
+        Line("waiting for the rest of the body");
+    }
+    const int received = __real_ReceiveSocket(socket, bytes, length);
+    if (received > 0) {
+        state.later += received;
+        ++state.pieces;
+    } else {
+        const std::uint32_t error = LastSystemError();
+        TellLaterReceptions();
+        received == 0 ? void(Line("the server closed the connection")) : TellError("receive", error);
+    }
+    return received;
+}
+
+int __wrap_CloseSocket(Socket socket)
+{
+    TellLaterReceptions();
+    const int result = __real_CloseSocket(socket);
+    Line(result == 0 ? "close the connection: done" : "close the connection: failed");
+    return result;
+}
+
+} // extern "C"
+
+} // namespace pavonix::trace
