@@ -1,5 +1,6 @@
 // pavonix: calls the client library from the command line.
 #include "command_words.h"
+#include "doctor/doctor_command.h"
 #include "downloads.h"
 #include "profile_commands.h"
 #include "purchases.h"
@@ -28,6 +29,7 @@ ExitCode Run(int argc, char **argv)
     ExitCode exitCode = ExitCode::kDone;
     client::AddDownloadCommands(app, &exitCode);
     client::AddBuyCommand(app, &exitCode);
+    client::AddDoctorCommand(app, &exitCode);
     client::AddProfileCommands(app, &exitCode);
     if (const std::string unknown = client::UnknownWord(&app, {argv + 1, argv + argc}); !unknown.empty()) {
         throw Failure(ExitCode::kUsage, unknown + "\nRun pavonix --help for what there is.");

@@ -79,6 +79,8 @@ constexpr const Rule *kRules[] = {&kUrlEmpty,
                                   &kClockNotChecked,
                                   &kClockOtherCode,
                                   &kReplaySold,
+                                  &kReplayUntold,
+                                  &kSoldNothing,
                                   &kTokenUntold,
                                   &kDeviceRefused,
                                   &kSlow};

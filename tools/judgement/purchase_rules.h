@@ -120,7 +120,7 @@ inline constexpr Rule kClockOtherCode = {"clock-other-code",
                                          "it hands on the server's time for 906 only",
                                          kVerdictLines};
 inline constexpr Rule kReplaySold = {"replay-sold",
-                                     Topic::kToken,
+                                     Topic::kReplay,
                                      Weight::kError,
                                      "The same token was accepted twice.",
                                      "whoever overhears a purchase can repeat it",
@@ -131,11 +131,23 @@ inline constexpr Rule kTokenUntold = {"token-untold",
                                       "Whether the token is checked cannot be told without buying.",
                                       "--buy TYPE,ID tries it with a good that exists",
                                       kCheckTheToken};
+inline constexpr Rule kSoldNothing = {"sold-nothing",
+                                      Topic::kToken,
+                                      Weight::kError,
+                                      "A good that does not exist was sold.",
+                                      "200 means sold, whatever was sold",
+                                      kVerdictLines};
+inline constexpr Rule kReplayUntold = {"replay-untold",
+                                       Topic::kReplay,
+                                       Weight::kWarning,
+                                       "Whether a token is accepted twice cannot be told without buying.",
+                                       "--buy TYPE,ID tries it with a good that exists",
+                                       kCheckTheToken};
 inline constexpr Rule kDeviceRefused = {"device-refused", Topic::kToken, Weight::kError,
                                         "The purchase of a good that exists was refused.",
                                         "the application shows the verdict"};
 
-inline constexpr Rule kLibraryDiffers = {"library-differs", Topic::kBody, Weight::kError,
+inline constexpr Rule kLibraryDiffers = {"library-differs", Topic::kLibrary, Weight::kError,
                                          "The library and the plain socket saw something different.",
                                          "see both; a server may answer by turns or by the headers it is sent"};
 

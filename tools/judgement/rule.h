@@ -27,7 +27,10 @@ enum class Topic {
     kBody,
     kVerdict,
     kToken,
+    kFormEnd,
+    kReplay,
     kTime,
+    kLibrary,
 };
 
 struct Remedy {

@@ -205,7 +205,7 @@ TEST(Judgement, EachExchangeBreaksItsRules)
 const Names kAppliedElsewhere = {
     "name-unknown",     "name-no-answer", "name-no-ipv4",    "refused",        "unreachable",
     "connect-time-out", "send-failed",    "library-differs", "bad-token-sold", "clock-not-checked",
-    "clock-other-code", "replay-sold",    "token-untold",    "device-refused", "slow"};
+    "clock-other-code", "replay-sold",    "token-untold",    "device-refused", "sold-nothing", "replay-untold", "slow"};
 
 TEST(Judgement, EveryRuleHasARow)
 {

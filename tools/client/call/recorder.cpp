@@ -34,7 +34,7 @@ void NoteFirst(CallRecord *record, ssize_t received)
     exchange.firstByteAfter = std::chrono::duration_cast<milliseconds>(CallRecord::Clock::now() - record->sentAt);
     exchange.firstBytes = static_cast<std::size_t>(std::max<ssize_t>(received, 0));
     // when more has come already, nobody can say which segments brought these bytes
-    exchange.segments = arrived.bytes == exchange.firstBytes ? arrived.segments : 0;
+    exchange.segments = arrived.unread == 0 ? arrived.segments : 0;
 }
 
 // Whether the library leaves something unread that tells what was wrong.

@@ -1,8 +1,10 @@
 #include "wire/segments.h"
 
+#include <linux/sockios.h>
 #include <linux/tcp.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -22,6 +24,13 @@ int MillisecondsTo(const Deadline *deadline)
     return static_cast<int>(std::clamp(left, milliseconds(0), milliseconds(1000 * 1000)).count());
 }
 
+unsigned SegmentsOn(int socket)
+{
+    tcp_info info = {};
+    socklen_t length = sizeof info;
+    return getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &length) == 0 ? info.tcpi_data_segs_in : 0;
+}
+
 bool Wait(int socket, short events, const Deadline *deadline)
 {
     pollfd waiting = {socket, events, 0};
@@ -36,12 +45,16 @@ bool Wait(int socket, short events, const Deadline *deadline)
 
 Arrived ArrivedOn(int socket)
 {
-    tcp_info info = {};
-    socklen_t length = sizeof info;
-    if (getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &length) != 0) {
-        return {};
+    // a segment may come between the two questions
+    for (unsigned segments = SegmentsOn(socket);;) {
+        int unread = 0;
+        ioctl(socket, SIOCINQ, &unread);
+        const unsigned now = SegmentsOn(socket);
+        if (now == segments) {
+            return {segments, static_cast<std::size_t>(unread)};
+        }
+        segments = now;
     }
-    return {info.tcpi_data_segs_in, info.tcpi_bytes_received};
 }
 
 bool WaitToRead(int socket, const Deadline *deadline)

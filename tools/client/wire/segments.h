@@ -3,18 +3,16 @@
 
 #include <chrono>
 #include <cstddef>
-#include <cstdint>
 
 namespace client {
 
 using Deadline = std::chrono::steady_clock::time_point;
 
 struct Arrived {
-    unsigned segments = 0;   // TCP segments with data
-    std::uint64_t bytes = 0; // in them
+    unsigned segments = 0;  // TCP segments with data, since the connection began
+    std::size_t unread = 0; // bytes that wait to be read
 };
 
-// What has arrived on a connection so far, read or not.
 [[nodiscard]] Arrived ArrivedOn(int socket);
 
 // Waits until there is something to read, or an end or an error. False when the

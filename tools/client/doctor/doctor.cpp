@@ -1,0 +1,150 @@
+#include "doctor/doctor.h"
+
+#include "doctor/library_check.h"
+#include "doctor/purchase_check.h"
+#include "judgement/connection_rules.h"
+#include "judgement/device_reading.h"
+#include "judgement/head_lines.h"
+#include "judgement/printable.h"
+#include "judgement/reply_rules.h"
+
+#include <arpa/inet.h>
+
+#include <fstream>
+#include <iterator>
+
+namespace client {
+
+namespace {
+
+using judgement::Call;
+using judgement::Topic;
+
+constexpr int kMostTriesForEach = 4; // blind ones included
+
+std::string HostIn(const std::string &url)
+{
+    const std::size_t slashes = url.find("//");
+    const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
+    return url.substr(start, url.find_first_of(":/", start) - start);
+}
+
+Identity ReadIdentity(const std::string &profile)
+{
+    std::ifstream file(profile, std::ios::binary);
+    if (!file) {
+        throw Failure(ExitCode::kLocalFailure, profile + " cannot be read");
+    }
+    return IdentityOf(ReadProfileText(std::string(std::istreambuf_iterator<char>(file), {})));
+}
+
+std::string QueryOf(const Examination &examination)
+{
+    const GoodListRequest &list = examination.list;
+    if (examination.good) {
+        return "?type=" + std::to_string(examination.good->type) + "&id=" + std::to_string(examination.good->id);
+    }
+    return "?type=" + std::to_string(list.type) + "&category=" + std::to_string(list.category) +
+           "&sort=" + std::to_string(list.sort) + "&start=" + std::to_string(list.start) +
+           "&max=" + std::to_string(list.max);
+}
+
+std::string Bytes(std::size_t count)
+{
+    return std::to_string(count) + " bytes";
+}
+
+} // namespace
+
+const Diagnosis &Doctor::Examine()
+{
+    if (!examination_.profile.empty()) {
+        identity_ = ReadIdentity(examination_.profile);
+    }
+    if (!FindServer() || !TryDownloads()) {
+        return diagnosis_;
+    }
+    if (!examination_.profile.empty()) {
+        PurchaseCheck(examination_, identity_, address_, &diagnosis_).Run();
+    }
+    LibraryCheck(examination_, last_, &diagnosis_).Run();
+    return diagnosis_;
+}
+
+bool Doctor::FindServer()
+{
+    diagnosis_.Add(judgement::JudgeUrl(examination_.url, Call::kDownload));
+    diagnosis_.LookedAt(Topic::kUrl, std::to_string(examination_.url.size()) + " characters, port " +
+                                         std::to_string(examination_.port));
+    if (diagnosis_.HasErrors()) {
+        return false;
+    }
+    diagnosis_.Add(LookUp(HostIn(examination_.url), examination_.port, &address_));
+    char dotted[INET_ADDRSTRLEN] = {};
+    inet_ntop(AF_INET, &address_.sin_addr, dotted, sizeof dotted);
+    diagnosis_.LookedAt(Topic::kName, dotted);
+    return !diagnosis_.HasErrors();
+}
+
+// False when there is no use in going on.
+bool Doctor::TryDownloads()
+{
+    const std::string request = DownloadRequest(examination_.url + QueryOf(examination_), identity_);
+    const int most = examination_.tries * kMostTriesForEach;
+    for (int tried = 0; tried < most && seen_ < examination_.tries; ++tried) {
+        if (!TryDownload(request)) {
+            return false;
+        }
+    }
+    if (seen_ == 0) {
+        diagnosis_.Add(judgement::kTogetherByLuck,
+                       "in each of " + std::to_string(blind_) + " tries more than one segment was there at once");
+    }
+    ShowDownload(last_);
+    return true;
+}
+
+bool Doctor::TryDownload(const std::string &request)
+{
+    PlainExchange made = Ask(address_, request, Call::kDownload, examination_.patience);
+    diagnosis_.LookedAt(Topic::kConnection, "port " + std::to_string(examination_.port));
+    diagnosis_.Add(made.noConnection);
+    if (!made.noConnection.empty()) {
+        return false;
+    }
+    made.exchange.request.clear(); // is ours, not the server's
+    const judgement::Findings findings = judgement::Judge(made.exchange);
+    diagnosis_.Add(findings);
+    ++(made.sawFirstSegment ? seen_ : blind_);
+    slowest_ = std::max(slowest_, made.exchange.firstByteAfter);
+    last_ = std::move(made.exchange);
+    diagnosis_.LookedAt(Topic::kFirstBytes, judgement::Printable(last_.reply, 30));
+    // a server that is waited for once is not waited for again
+    return !last_.reply.empty() && last_.end != judgement::End::kTimeOut;
+}
+
+void Doctor::ShowDownload(const judgement::Exchange &exchange)
+{
+    const std::size_t headLength = judgement::DeviceReading(exchange).headLength();
+    const std::vector<judgement::HeadLine> lines = judgement::ReadHeadLines(exchange.reply);
+    const auto line = [&](const char *name) {
+        const judgement::HeadLine *found = judgement::FindLine(lines, name);
+        return found == nullptr ? std::string() : judgement::Printable(found->whole);
+    };
+    const bool hasHead = judgement::DeviceReading(exchange).headIsWhole();
+    diagnosis_.LookedAt(Topic::kHead, hasHead ? Bytes(headLength) + ", 1024 are the most" : "");
+    diagnosis_.LookedAt(Topic::kSegments, "the first segment was seen in " + std::to_string(seen_) + " of " +
+                                              std::to_string(seen_ + blind_) + " tries");
+    diagnosis_.LookedAt(Topic::kTime, "first byte after at most " + std::to_string(slowest_.count()) + " ms");
+    if (!hasHead) {
+        return;
+    }
+    diagnosis_.LookedAt(Topic::kStatus, judgement::Printable(lines.front().whole));
+    if (judgement::DeviceReading(exchange).status() == PAVONIX_OK) {
+        diagnosis_.LookedAt(Topic::kLength, line("Content-Length"));
+        diagnosis_.LookedAt(Topic::kCoding, line("Transfer-Encoding") + line("Content-Encoding"));
+        diagnosis_.LookedAt(Topic::kBody, Bytes(exchange.reply.size() - headLength + exchange.beyond));
+    }
+}
+
+} // namespace client

@@ -1,0 +1,83 @@
+#include "doctor/library_check.h"
+
+#include "call/call_record.h"
+#include "judgement/device_reading.h"
+#include "judgement/purchase_rules.h"
+#include "judgement/xml_fault.h"
+#include "wide_text.h"
+
+#include <filesystem>
+
+namespace client {
+
+namespace {
+
+constexpr int kCalls = 3;
+
+// A folder of its own for the file that is stored.
+class Folder {
+public:
+    Folder()
+    {
+        std::string path = (std::filesystem::temp_directory_path() / "pavonix-XXXXXX").string();
+        if (mkdtemp(path.data()) == nullptr) {
+            throw Failure(ExitCode::kLocalFailure, "no folder can be made beside " + path);
+        }
+        path_ = path;
+    }
+    ~Folder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    Folder(const Folder &) = delete;
+    Folder &operator=(const Folder &) = delete;
+
+    std::string File() const { return path_ + "/stored.xml"; }
+
+private:
+    std::string path_;
+};
+
+int Call(const ShopLibrary &library, const Examination &examination, const std::string &target)
+{
+    const std::u16string profile = ToWidePath(examination.profile.empty() ? target + ".none" : examination.profile);
+    const std::u16string path = ToWidePath(target);
+    const std::u16string url = ToWide(examination.url);
+    return examination.good ? library.getOneGoodXml(profile.c_str(), &*examination.good, path.c_str(), 1, url.c_str(),
+                                                    examination.port)
+                            : library.getGoodListXml(profile.c_str(), &examination.list, path.c_str(), 1, url.c_str(),
+                                                     examination.port);
+}
+
+} // namespace
+
+void LibraryCheck::Run()
+{
+    const ShopLibrary library(examination_.library);
+    const Folder folder;
+    const int expected = judgement::DeviceReading(plain_).status();
+    int whole = 0;
+    std::string answers;
+    bool same = true;
+    for (int i = 0; i < kCalls; ++i) {
+        CallRecord record(judgement::Call::kDownload);
+        record.deadline = CallRecord::Clock::now() + 2 * examination_.patience;
+        const Recording recording(&record);
+        const int status = Call(library, examination_, folder.File());
+        answers += (i > 0 ? ", " : "") + std::to_string(status);
+        same = same && status == expected;
+        whole += status == PAVONIX_OK && judgement::XmlFaultOfFile(folder.File()).empty() ? 1 : 0;
+    }
+    const std::string shown =
+        "answered " + answers + "; " + std::to_string(whole) + " of " + std::to_string(kCalls) + " files are whole";
+    diagnosis_->LookedAt(judgement::Topic::kLibrary, shown);
+    const bool split = diagnosis_->HasErrors() && !diagnosis_->HasErrorsBesideSegments();
+    const bool shouldBeWhole = expected == PAVONIX_OK && !diagnosis_->HasErrors();
+    if (!split && (!same || (shouldBeWhole && whole < kCalls))) {
+        diagnosis_->Add(judgement::kLibraryDiffers,
+                        "plain: status " + std::to_string(expected) + "; library: " + shown);
+    }
+}
+
+} // namespace client

@@ -1,0 +1,136 @@
+#include "doctor/purchase_check.h"
+
+#include "judgement/device_reading.h"
+#include "judgement/printable.h"
+#include "judgement/purchase_rules.h"
+
+namespace client {
+
+namespace {
+
+using judgement::Topic;
+
+constexpr int kNoSuchGood = 2147483647;
+constexpr int kHoursOff = 5 * 3600;
+constexpr int kClockIsOff = 906;
+constexpr const char *kBadToken = // 128 bytes, as a key of 1024 bits would make, of no key at all
+    "AAECAwQFBgcICQoLDA0ODxAREhMUFRYXGBkaGxwdHh8gISIjJCUmJygpKissLS4vMDEyMzQ1Njc4OTo7PD0+P0BBQkNERUZHSElKS0xNTk9QUVJT"
+    "VFVWV1hZWltcXV5fYGFiY2RlZmdoaWprbG1ub3BxcnN0dXZ3eHl6e3x9fn8=";
+
+} // namespace
+
+PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, const sockaddr_in &address,
+                             Diagnosis *diagnosis)
+    : examination_(examination),
+      identity_(identity),
+      address_(address),
+      diagnosis_(diagnosis),
+      type_(examination.buy ? examination.buy->first : 1),
+      id_(examination.buy ? examination.buy->second : kNoSuchGood)
+{
+}
+
+void PurchaseCheck::Run()
+{
+    diagnosis_->Add(judgement::JudgeUrl(examination_.buyUrl, judgement::Call::kPurchase));
+    const std::string token = MakeToken(identity_, 0);
+    if (token.empty()) {
+        diagnosis_->Add(judgement::kTokenEmpty, "the profile's keys make none");
+        return;
+    }
+    // With a good that exists each refusal speaks for itself. Without one a refusal
+    // must differ from that of a good token for a good that does not exist.
+    Answer baseline;
+    if (!examination_.buy) {
+        baseline = Try(token);
+        if (baseline.status == PAVONIX_OK) {
+            diagnosis_->Add(judgement::kSoldNothing, baseline.shown);
+            return;
+        }
+    }
+    const Answer *compared = examination_.buy ? nullptr : &baseline;
+    TryBadToken(compared);
+    TryClock(compared, -kHoursOff);
+    TryClock(compared, kHoursOff);
+    if (examination_.buy && goOn_) {
+        const Answer bought = Try(token);
+        if (bought.status != PAVONIX_OK) {
+            diagnosis_->Add(judgement::kDeviceRefused, bought.shown);
+        }
+        diagnosis_->LookedAt(Topic::kToken, "bought: " + bought.shown);
+        TryAgain(token, bought);
+    } else {
+        TryAgain(token, baseline);
+    }
+}
+
+PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
+{
+    if (!goOn_) {
+        return {};
+    }
+    const std::string request = PurchaseRequest(examination_.buyUrl, identity_, token, type_, id_);
+    PlainExchange made = Ask(address_, request, judgement::Call::kPurchase, examination_.patience);
+    diagnosis_->Add(made.noConnection);
+    if (made.noConnection.empty()) {
+        diagnosis_->Add(judgement::Judge(made.exchange));
+        diagnosis_->LookedAt(Topic::kFormEnd, "no reset behind the reply");
+    }
+    const judgement::DeviceReading device(made.exchange);
+    goOn_ = device.status() != 0;
+    const std::string code = device.Verdict("X-Error-Code").value_or("");
+    const std::string message = device.Verdict("X-Error-Message").value_or("");
+    const std::string shown = "status " + std::to_string(device.status()) +
+                              (code.empty() ? "" : ", code" + judgement::Printable(code)) +
+                              (message.empty() ? "" : "," + judgement::Printable(message));
+    if (goOn_ && device.status() != PAVONIX_OK) {
+        diagnosis_->LookedAt(Topic::kVerdict, shown);
+    }
+    return {device.status(), judgement::DeviceNumber(code), shown};
+}
+
+void PurchaseCheck::TryBadToken(const Answer *baseline)
+{
+    const Answer answer = Try(kBadToken);
+    if (!goOn_) {
+        return;
+    }
+    diagnosis_->LookedAt(Topic::kToken, "a token of no key: " + answer.shown);
+    if (answer.status == PAVONIX_OK) {
+        diagnosis_->Add(judgement::kBadTokenSold, answer.shown);
+    } else if (baseline != nullptr && answer == *baseline) {
+        diagnosis_->Add(judgement::kTokenUntold, "with and without a good token: " + answer.shown);
+    }
+}
+
+void PurchaseCheck::TryClock(const Answer *baseline, int secondsOff)
+{
+    const std::string hours = std::to_string(secondsOff / 3600) + " hours: ";
+    const Answer answer = Try(MakeToken(identity_, secondsOff));
+    if (!goOn_) {
+        return;
+    }
+    if (answer.status == PAVONIX_OK) {
+        diagnosis_->Add(judgement::kClockNotChecked, hours + answer.shown);
+    } else if (baseline != nullptr && answer == *baseline) {
+        diagnosis_->Add(judgement::kTokenUntold, hours + answer.shown);
+    } else if (answer.code != kClockIsOff) {
+        diagnosis_->Add(judgement::kClockOtherCode, hours + answer.shown);
+    }
+}
+
+void PurchaseCheck::TryAgain(const std::string &token, const Answer &first)
+{
+    const Answer answer = Try(token);
+    if (!goOn_) {
+        return;
+    }
+    diagnosis_->LookedAt(Topic::kReplay, answer.shown);
+    if (answer.status == PAVONIX_OK) {
+        diagnosis_->Add(judgement::kReplaySold, answer.shown);
+    } else if (answer == first) {
+        diagnosis_->Add(judgement::kReplayUntold, "both times: " + answer.shown);
+    }
+}
+
+} // namespace client

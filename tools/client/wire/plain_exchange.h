@@ -1,0 +1,33 @@
+// One request and its reply over a plain socket, without the library.
+#pragma once
+
+#include "judgement/exchange.h"
+#include "judgement/judge.h"
+#include "wire/file_descriptor.h"
+
+#include <netinet/in.h>
+
+#include <chrono>
+#include <string>
+
+namespace client {
+
+// Looks a host up as the library does. Answers a finding and leaves *address
+// alone when there is no IPv4 address.
+[[nodiscard]] judgement::Findings LookUp(const std::string &host, int port, sockaddr_in *address);
+
+// Answers a finding and leaves *socket alone when nobody takes the connection.
+[[nodiscard]] judgement::Findings Connect(const sockaddr_in &address, std::chrono::milliseconds patience,
+                                          FileDescriptor *socket);
+
+struct PlainExchange {
+    judgement::Findings noConnection; // why nothing could be asked
+    judgement::Exchange exchange;
+    bool sawFirstSegment = false; // see ReplyWatch
+};
+
+// Never takes longer than `patience` to connect, and as long for the exchange.
+[[nodiscard]] PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgement::Call call,
+                                std::chrono::milliseconds patience);
+
+} // namespace client

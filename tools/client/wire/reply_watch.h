@@ -1,0 +1,42 @@
+// Receives a reply and sees in which segments it begins.
+#pragma once
+
+#include "judgement/exchange.h"
+#include "wire/segments.h"
+
+#include <string_view>
+
+namespace client {
+
+class ReplyWatch {
+public:
+    // socket: connected; the request is sent afterwards. The reply goes into
+    // *exchange, as much of it as is kept; the rest is counted.
+    ReplyWatch(int socket, judgement::Exchange *exchange);
+
+    // Waits for the first bytes, notes the segment that brought them, and how long
+    // that took. It asks the kernel again and again: segments that come within
+    // microseconds are told apart. False when nothing comes until the deadline, or
+    // the connection ends.
+    [[nodiscard]] bool WaitForFirst(const Deadline &deadline);
+
+    // Reads once, what is there or comes until the deadline. Empty at the end, which
+    // is noted. The view is good until the next call.
+    [[nodiscard]] std::string_view Read(const Deadline &deadline);
+
+    // Whether all is there that the head announces, in any spelling; false while a
+    // head without length is read on.
+    [[nodiscard]] bool IsComplete() const;
+
+    // False when the first bytes had more company than could be told apart.
+    [[nodiscard]] bool sawFirstSegment() const { return sawFirstSegment_; }
+
+private:
+    int socket_;
+    judgement::Exchange *exchange_;
+    unsigned segmentsBefore_;
+    bool sawFirstSegment_ = false;
+    char piece_[16384];
+};
+
+} // namespace client
