@@ -5,6 +5,7 @@
 #include "profile_commands.h"
 #include "purchases.h"
 #include "settings.h"
+#include "watch/watch_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -30,6 +31,7 @@ ExitCode Run(int argc, char **argv)
     client::AddDownloadCommands(app, &exitCode);
     client::AddBuyCommand(app, &exitCode);
     client::AddDoctorCommand(app, &exitCode);
+    client::AddWatchCommand(app, &exitCode);
     client::AddProfileCommands(app, &exitCode);
     if (const std::string unknown = client::UnknownWord(&app, {argv + 1, argv + argc}); !unknown.empty()) {
         throw Failure(ExitCode::kUsage, unknown + "\nRun pavonix --help for what there is.");

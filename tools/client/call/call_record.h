@@ -18,6 +18,7 @@ struct CallRecord {
 
     std::optional<Clock::time_point> deadline; // nothing is waited for beyond it
     bool showProgress = false;                 // on standard error, after a second
+    bool listensOn = true;                     // to what the library leaves unread
 
     std::string host;      // that was looked up; empty when the call did not come so far
     int nameError = 0;     // of gethostbyname (h_errno)

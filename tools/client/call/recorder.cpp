@@ -127,7 +127,7 @@ void NoteClose(CallRecord *record)
 {
     judgement::Exchange &exchange = record->exchange;
     const int socket = std::exchange(record->socket, -1);
-    if (exchange.reply.empty() || exchange.end != End::kOpen) {
+    if (!record->listensOn || exchange.reply.empty() || exchange.end != End::kOpen) {
         return;
     }
     Deadline until = CallRecord::Clock::now() + (IsWorthListening(exchange) ? kListenOn : milliseconds(0));

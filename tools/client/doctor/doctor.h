@@ -5,6 +5,7 @@
 #include "doctor/diagnosis.h"
 #include "shop_library.h"
 #include "wire/plain_exchange.h"
+#include "wire/segments.h"
 
 #include <chrono>
 #include <optional>
@@ -43,6 +44,7 @@ private:
     const Examination &examination_;
     Identity identity_;
     sockaddr_in address_ = {};
+    ArrivalTimes times_;
     judgement::Exchange last_;
     std::chrono::milliseconds slowest_{0};
     int seen_ = 0;  // tries in which the first segment was told apart

@@ -63,9 +63,11 @@ void LibraryCheck::Run()
     for (int i = 0; i < kCalls; ++i) {
         CallRecord record(judgement::Call::kDownload);
         record.deadline = CallRecord::Clock::now() + 2 * examination_.patience;
+        record.listensOn = false;
         const Recording recording(&record);
         const int status = Call(library, examination_, folder.File());
-        answers += (i > 0 ? ", " : "") + std::to_string(status);
+        answers += i > 0 ? ", " : "";
+        answers += std::to_string(status);
         same = same && status == expected;
         whole += status == PAVONIX_OK && judgement::XmlFaultOfFile(folder.File()).empty() ? 1 : 0;
     }

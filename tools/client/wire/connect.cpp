@@ -20,7 +20,7 @@ int ConnectInTime(int socket, const sockaddr_in &peer, const Deadline *deadline)
         }
     }
     fcntl(socket, F_SETFL, flags);
-    return error;
+    return error == ECONNRESET ? 0 : error; // it stood, and the server has reset it already: sending will tell
 }
 
 } // namespace client

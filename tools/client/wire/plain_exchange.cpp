@@ -23,13 +23,16 @@ using judgement::End;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kForTheEnd{300};
+constexpr milliseconds kForTheEnd{50};
+constexpr milliseconds kForTheResetOfAPurchase{300};
 
 // Bytes beyond the announced ones, the end of the connection or its reset come a
 // moment later, if they come.
 void WaitForTheEnd(ReplyWatch *watch, judgement::Exchange *exchange, const Deadline &deadline)
 {
-    const Deadline until = std::min<Deadline>(deadline, Clock::now() + kForTheEnd);
+    const bool isPurchase = exchange->call == judgement::Call::kPurchase;
+    const milliseconds patience = isPurchase ? kForTheResetOfAPurchase : kForTheEnd;
+    const Deadline until = std::min<Deadline>(deadline, Clock::now() + patience);
     while (!watch->Read(until).empty()) {
     }
     exchange->end = exchange->end == End::kTimeOut ? End::kOpen : exchange->end;
@@ -85,10 +88,6 @@ PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgem
     if (!made.noConnection.empty()) {
         return made;
     }
-    // A server that waits for the head to be acknowledged before it sends the body
-    // then has to wait long enough for the gap to be seen.
-    const int off = 0;
-    setsockopt(socket.get(), IPPROTO_TCP, TCP_QUICKACK, &off, sizeof off);
     const Deadline deadline = Clock::now() + patience;
     ReplyWatch watch(socket.get(), &made.exchange);
     if (send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL) < 0) {

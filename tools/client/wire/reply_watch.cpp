@@ -3,6 +3,8 @@
 #include "judgement/device_reading.h"
 #include "judgement/head_lines.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -18,53 +20,58 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kMostKept = 1024 * 1024;
-// Longer waits are slept through: a server that takes so long is judged by that.
-constexpr milliseconds kAskWithoutPause{2000};
-
-bool HasEnded(int socket)
-{
-    char byte = 0;
-    const ssize_t peeked = recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT);
-    return peeked == 0 || (peeked < 0 && errno != EAGAIN && errno != EINTR);
-}
 
 } // namespace
 
 ReplyWatch::ReplyWatch(int socket, judgement::Exchange *exchange)
-    : socket_(socket), exchange_(exchange), segmentsBefore_(ArrivedOn(socket).segments)
+    : socket_(socket), started_(Clock::now()), exchange_(exchange)
 {
+    TellArrivalTimes(socket);
+    // The system may join what it has acknowledged with what comes next, and the
+    // end of the first segment would be lost.
+    const int off = 0;
+    setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &off, sizeof off);
 }
 
 bool ReplyWatch::WaitForFirst(const Deadline &deadline)
 {
-    const auto started = Clock::now();
-    const Deadline pause = std::min(deadline, started + kAskWithoutPause);
-    Arrived arrived = ArrivedOn(socket_);
-    while (arrived.unread == 0 && Clock::now() < pause && !HasEnded(socket_)) {
-        arrived = ArrivedOn(socket_);
+    const bool ready = WaitToRead(socket_, &deadline);
+    const Arrived arrived = ArrivedOn(socket_);
+    exchange_->firstByteAfter = std::chrono::duration_cast<milliseconds>(Clock::now() - started_);
+    if (arrived.unread == 0) {
+        exchange_->end = ready ? exchange_->end : End::kTimeOut;
+        return false;
     }
-    const bool ready = arrived.unread > 0 || WaitToRead(socket_, &deadline);
-    arrived = arrived.unread > 0 ? arrived : ArrivedOn(socket_);
-    exchange_->firstByteAfter = std::chrono::duration_cast<milliseconds>(Clock::now() - started);
-    const unsigned segments = arrived.segments - segmentsBefore_;
-    sawFirstSegment_ = segments == 1 || arrived.unread <= kFirstReception;
-    if (segments == 1) {
-        exchange_->firstBytes = arrived.unread;
-    }
-    exchange_->segments = sawFirstSegment_ ? segments : 0;
-    if (!ready) {
-        exchange_->end = End::kTimeOut;
-    }
-    return arrived.unread > 0;
+    exchange_->segments = arrived.segments;
+    NoteFirstSegment(arrived);
+    return true;
 }
 
-std::string_view ReplyWatch::Read(const Deadline &deadline)
+void ReplyWatch::NoteFirstSegment(const Arrived &arrived)
+{
+    const std::size_t most = std::min(arrived.unread, kFirstReception);
+    if (arrived.segments == 1) {
+        sawFirstSegment_ = true;
+        exchange_->firstBytes = arrived.unread;
+        return;
+    }
+    const std::optional<std::size_t> first = FirstSegment(socket_, most);
+    if (first && *first < most) {
+        sawFirstSegment_ = true;
+        exchange_->firstBytes = firstPiece_ = *first;
+    } else if (first && most == kFirstReception) {
+        sawFirstSegment_ = true;
+        exchange_->segments = 1; // of those that the first reception comes in
+    }
+}
+
+std::string_view ReplyWatch::Read(const Deadline &deadline, std::size_t most)
 {
     if (!WaitToRead(socket_, &deadline)) {
         exchange_->end = End::kTimeOut;
         return {};
     }
-    const ssize_t received = recv(socket_, piece_, sizeof piece_, 0);
+    const ssize_t received = recv(socket_, piece_, std::min(most, sizeof piece_), 0);
     if (received <= 0) {
         exchange_->end = received == 0 ? End::kClosed : End::kReset;
         return {};

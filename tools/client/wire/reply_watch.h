@@ -10,19 +10,19 @@ namespace client {
 
 class ReplyWatch {
 public:
+    static constexpr std::size_t kMostAtOnce = 16384;
+
     // socket: connected; the request is sent afterwards. The reply goes into
     // *exchange, as much of it as is kept; the rest is counted.
     ReplyWatch(int socket, judgement::Exchange *exchange);
 
     // Waits for the first bytes, notes the segment that brought them, and how long
-    // that took. It asks the kernel again and again: segments that come within
-    // microseconds are told apart. False when nothing comes until the deadline, or
-    // the connection ends.
+    // that took. False when nothing comes until the deadline, or the connection ends.
     [[nodiscard]] bool WaitForFirst(const Deadline &deadline);
 
     // Reads once, what is there or comes until the deadline. Empty at the end, which
     // is noted. The view is good until the next call.
-    [[nodiscard]] std::string_view Read(const Deadline &deadline);
+    [[nodiscard]] std::string_view Read(const Deadline &deadline, std::size_t most = kMostAtOnce);
 
     // Whether all is there that the head announces, in any spelling; false while a
     // head without length is read on.
@@ -30,13 +30,18 @@ public:
 
     // False when the first bytes had more company than could be told apart.
     [[nodiscard]] bool sawFirstSegment() const { return sawFirstSegment_; }
+    // How many bytes may be passed on at once without joining two segments.
+    [[nodiscard]] std::size_t firstPiece() const { return firstPiece_; }
 
 private:
+    void NoteFirstSegment(const Arrived &arrived);
+
     int socket_;
+    std::chrono::steady_clock::time_point started_;
     judgement::Exchange *exchange_;
-    unsigned segmentsBefore_;
     bool sawFirstSegment_ = false;
-    char piece_[16384];
+    std::size_t firstPiece_ = kMostAtOnce;
+    char piece_[kMostAtOnce];
 };
 
 } // namespace client

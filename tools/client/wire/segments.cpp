@@ -9,6 +9,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <utility>
 
 namespace client {
 
@@ -22,6 +25,32 @@ int MillisecondsTo(const Deadline *deadline)
     }
     const auto left = std::chrono::ceil<milliseconds>(*deadline - std::chrono::steady_clock::now());
     return static_cast<int>(std::clamp(left, milliseconds(0), milliseconds(1000 * 1000)).count());
+}
+
+using Time = std::pair<std::int64_t, std::int64_t>; // seconds and nanoseconds
+
+// When the last of the first `count` bytes that wait to be read arrived.
+std::optional<Time> TimeOf(int socket, std::size_t count)
+{
+    char bytes[2048];
+    alignas(cmsghdr) char control[256];
+    iovec room = {bytes, std::min(count, sizeof bytes)};
+    msghdr message = {};
+    message.msg_iov = &room;
+    message.msg_iovlen = 1;
+    message.msg_control = control;
+    message.msg_controllen = sizeof control;
+    if (recvmsg(socket, &message, MSG_PEEK | MSG_DONTWAIT) <= 0) {
+        return std::nullopt;
+    }
+    for (cmsghdr *each = CMSG_FIRSTHDR(&message); each != nullptr; each = CMSG_NXTHDR(&message, each)) {
+        if (each->cmsg_level == SOL_SOCKET && each->cmsg_type == SCM_TIMESTAMPNS) {
+            timespec time;
+            std::memcpy(&time, CMSG_DATA(each), sizeof time);
+            return Time(time.tv_sec, time.tv_nsec);
+        }
+    }
+    return std::nullopt;
 }
 
 unsigned SegmentsOn(int socket)
@@ -55,6 +84,31 @@ Arrived ArrivedOn(int socket)
         }
         segments = now;
     }
+}
+
+ArrivalTimes::ArrivalTimes() : holder_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
+{
+    TellArrivalTimes(holder_.get());
+}
+
+void TellArrivalTimes(int socket)
+{
+    const int on = 1;
+    setsockopt(socket, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
+}
+
+std::optional<std::size_t> FirstSegment(int socket, std::size_t most)
+{
+    const std::optional<Time> first = TimeOf(socket, 1);
+    if (!first) {
+        return std::nullopt;
+    }
+    std::size_t in = 1; // bytes that came with the first one
+    for (std::size_t beyond = most + 1; beyond - in > 1;) {
+        const std::size_t middle = in + (beyond - in) / 2;
+        (TimeOf(socket, middle) == first ? in : beyond) = middle;
+    }
+    return in;
 }
 
 bool WaitToRead(int socket, const Deadline *deadline)
