@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks a built PAVONIX.dll by what objdump and nm say about it.
+"""Checks a built PAVONIX.dll by its headers and tables.
 
     check_dll.py FLAVOUR TOOLS FOLDER
 
@@ -12,65 +12,43 @@ import re
 import subprocess
 import sys
 
-EXPORTS = {1: "GetGoodListXml", 2: "GetOneGoodXml", 3: "GetBuyGood"}
+import pefile
+
+EXPORTS = {1: b"GetGoodListXml", 2: b"GetOneGoodXml", 3: b"GetBuyGood"}
 X86_SYMBOLS = {"_GetGoodListXml@24", "_GetOneGoodXml@24", "_GetBuyGood@20"}
-FORMATS = {"ce": "pei-arm-wince-little", "x64": "pei-x86-64", "x86": "pei-i386"}
-LIBRARY_MACHINES = {"ce": 0x1C2, "x64": 0x8664, "x86": 0x14C}
+MACHINES = {"ce": 0x1C0, "x64": 0x8664, "x86": 0x14C}
+LIBRARY_MACHINES = {**MACHINES, "ce": 0x1C2}
+LARGEST = {"ce": 76 * 1024, "x64": 140 * 1024, "x86": 125 * 1024}
 CE_SUBSYSTEM, CONSOLE_SUBSYSTEM = 9, 3
 NEWEST_CE = (6, 0)
-CE_SECTIONS = {".text", ".data", ".rdata", ".pdata", ".bss", ".edata", ".idata", ".rsrc", ".reloc"}
+CE_SECTIONS = {b".text", b".data", b".rdata", b".pdata", b".bss", b".edata", b".idata", b".rsrc", b".reloc"}
 DESKTOP_SYSTEM = {"kernel32.dll", "msvcrt.dll", "ws2_32.dll", "advapi32.dll"}
 
 
-def run(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
-
-
-def field(headers, name):
-    return int(re.search(r"^%s\s+([0-9a-f]+)" % name, headers, re.M)[1], 16)
-
-
-def check_kind(flavour, headers):
-    assert "file format " + FORMATS[flavour] in headers
-    assert re.search(r"^\tDLL$", headers, re.M)
-    assert "relocations stripped" not in headers
-    assert re.search(r"\] (HIGHLOW|DIR64)$", headers, re.M), "no base relocation"
-    for directory in "Resource", "Base Relocation":
-        assert re.search(r"^Entry \w [0-9a-f]+ 0*[1-9a-f][0-9a-f]* %s Dir" % directory, headers, re.M), directory
-    assert field(headers, "Subsystem") == (CE_SUBSYSTEM if flavour == "ce" else CONSOLE_SUBSYSTEM)
+def check_kind(flavour, dll):
+    header = dll.OPTIONAL_HEADER
+    assert dll.FILE_HEADER.Machine == MACHINES[flavour], hex(dll.FILE_HEADER.Machine)
+    assert dll.is_dll() and not dll.FILE_HEADER.IMAGE_FILE_RELOCS_STRIPPED
+    assert dll.DIRECTORY_ENTRY_BASERELOC and dll.DIRECTORY_ENTRY_RESOURCE
+    assert header.Subsystem == (CE_SUBSYSTEM if flavour == "ce" else CONSOLE_SUBSYSTEM)
     if flavour == "ce":
-        version = field(headers, "MajorSubsystemVersion"), field(headers, "MinorSubsystemVersion")
+        version = header.MajorSubsystemVersion, header.MinorSubsystemVersion
         assert version <= NEWEST_CE, version
+    assert not dll.get_warnings(), dll.get_warnings()
 
 
-def check_sections(flavour, dll, tools):
-    listing = run(tools + "objdump", "-h", dll)
-    sections = re.findall(r"^ +\d+ (\S+) .*\n +(.*)$", listing, re.M)
-    assert len(sections) >= 5, listing
-    for name, flags in sections:
-        assert flavour != "ce" or name in CE_SECTIONS, "unexpected section " + name
-        assert "CODE" not in flags or "READONLY" in flags, "writable code in " + name
+def check_sections(flavour, dll):
+    assert len(dll.sections) >= 5
+    for section in dll.sections:
+        name = section.Name.rstrip(b"\0")
+        assert flavour != "ce" or name in CE_SECTIONS, name
+        assert not (section.IMAGE_SCN_MEM_EXECUTE and section.IMAGE_SCN_MEM_WRITE), name
+        print("%-9s %6d" % (name.decode(), section.Misc_VirtualSize))
 
 
-def check_exports(headers):
-    base = {int(index): int(base) for index, base in re.findall(r"^\t\[ *(\d+)\] \+base\[ *(\d+)\]", headers, re.M)}
-    names = re.findall(r"^\t\[ *(\d+)\] (\w\S*)$", headers, re.M)
-    assert {base[int(index)]: name for index, name in names} == EXPORTS, names
-    assert len(base) == len(EXPORTS), base
-
-
-def imports(headers):
-    """The imported names by DLL; an import by ordinal has no name and shows as <none>."""
-    found = {}
-    for part in headers.split("DLL Name: ")[1:]:
-        library, _, rest = part.partition("\n")
-        table = rest.split("\n\n")[0]
-        found[library.strip().lower()] = set(re.findall(r"^\t[0-9a-f]+\s+\d+\s+(\S+)", table, re.M))
-    return found
-
-
-def check_imports(flavour, headers):
-    found = imports(headers)
+def check_imports(flavour, dll):
+    found = {library.dll.decode().lower(): {entry.name.decode() if entry.name else "by ordinal"
+                                            for entry in library.imports} for library in dll.DIRECTORY_ENTRY_IMPORT}
     if flavour != "ce":
         assert found and set(found) <= DESKTOP_SYSTEM, set(found)
         return
@@ -81,9 +59,10 @@ def check_imports(flavour, headers):
 
 
 def check_import_libraries(flavour, tools, folder):
-    expected = X86_SYMBOLS if flavour == "x86" else set(EXPORTS.values())
+    expected = X86_SYMBOLS if flavour == "x86" else {name.decode() for name in EXPORTS.values()}
     for library in "libPAVONIX.dll.a", "PAVONIX.lib":
-        symbols = set(re.findall(r" T (\w*Get\S+)$", run(tools + "nm", str(folder / library)), re.M))
+        listing = subprocess.run([tools + "nm", folder / library], check=True, stdout=subprocess.PIPE, text=True).stdout
+        symbols = set(re.findall(r" T (\w*Get\S+)$", listing, re.M))
         assert symbols == expected, (library, symbols)
     members = (folder / "PAVONIX.lib").read_bytes().split(b"`\n")[3:]
     for member in members:
@@ -93,12 +72,13 @@ def check_import_libraries(flavour, tools, folder):
 
 def main():
     flavour, tools, folder = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
-    dll = str(folder / "PAVONIX.dll")
-    headers = run(tools + "objdump", "-p", dll)
-    check_kind(flavour, headers)
-    check_sections(flavour, dll, tools)
-    check_exports(headers)
-    check_imports(flavour, headers)
+    size = (folder / "PAVONIX.dll").stat().st_size
+    assert size <= LARGEST[flavour], size
+    dll = pefile.PE(folder / "PAVONIX.dll")
+    check_kind(flavour, dll)
+    check_sections(flavour, dll)
+    assert {symbol.ordinal: symbol.name for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols} == EXPORTS
+    check_imports(flavour, dll)
     check_import_libraries(flavour, tools, folder)
 
 
