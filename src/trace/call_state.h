@@ -6,6 +6,7 @@
 namespace pavonix::trace {
 
 struct CallState {
+    bool started;          // Winsock was started: the URL could be used
     bool download;         // a file is to be stored
     bool replied;          // the library has looked at a reply
     bool afterFirst;       // the first reception of the connection is over

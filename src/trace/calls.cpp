@@ -66,6 +66,10 @@ void TellRecord(const BuyGoodResult *result, int status)
 
 int End(int answer)
 {
+    if (answer == PAVONIX_FAILED && !state.started) {
+        Line("nothing was sent: the URL is not of the form http://host/path with less than 256 bytes, query included,"
+             " or the request record is missing");
+    }
     Line("returned ").Number(answer);
     return answer;
 }

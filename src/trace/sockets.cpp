@@ -63,6 +63,7 @@ extern "C" {
 
 int __wrap_StartWinsock(std::uint16_t version, std::uint16_t *granted)
 {
+    state.started = true;
     const int error = __real_StartWinsock(version, granted);
     error == 0 ? void(Line("Winsock started")) : TellError("start of Winsock", static_cast<std::uint32_t>(error));
     return error;

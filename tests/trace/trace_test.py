@@ -109,8 +109,7 @@ class TraceTest(unittest.TestCase):
             bound.bind(("127.0.0.1", 0))
             self.assertRegex(self.get(bound.getsockname()[1])[1], r"connect failed, system error (111|10061)\n")
         self.assertIn("resolve no.such.name.invalid: no such name", self.get(1, "http://no.such.name.invalid/x")[1])
-        result, trace = self.get(1, "https://127.0.0.1/x")
-        self.assertEqual((result, "https://127.0.0.1/x, port 1" in trace), (0, True))
+        self.assertIn("nothing was sent: the URL", self.get(1, "https://127.0.0.1/x")[1])
 
     def test_a_purchase_is_told_without_its_secrets(self):
         result, trace = self.buy(self.listen([CLOCK_IS_OFF]))
