@@ -57,7 +57,7 @@ std::string CrtArithmetic::Apply(const std::string &block) const
                       mp_exptmod(&m, &dP_, &p_, &a) == MP_OKAY && mp_exptmod(&m, &dQ_, &q_, &b) == MP_OKAY &&
                       mp_sub(&a, &b, &t) == MP_OKAY && mp_mulmod(&t, &qP_, &p_, &t) == MP_OKAY &&
                       mp_mul(&t, &q_, &t) == MP_OKAY && mp_add(&t, &b, &c) == MP_OKAY;
-    const std::string bytes = done ? ToBytes(&c) : std::string();
+    std::string bytes = done ? ToBytes(&c) : std::string();
     mp_clear_multi(&m, &a, &b, &t, &c, nullptr);
     return bytes;
 }
@@ -70,7 +70,7 @@ std::string CrtArithmetic::Undo(const std::string &cipher) const
     }
     const bool done =
         mp_from_ubin(&c, Unsigned(cipher), cipher.size()) == MP_OKAY && mp_exptmod(&c, &e_, &n_, &m) == MP_OKAY;
-    const std::string bytes = done ? ToBytes(&m) : std::string();
+    std::string bytes = done ? ToBytes(&m) : std::string();
     mp_clear_multi(&m, &c, nullptr);
     return bytes;
 }

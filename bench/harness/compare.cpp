@@ -61,7 +61,7 @@ void Compare(benchmark::State &state, const Way &ours, const Way &theirs, double
     bool done = true;
     Measure(ours, &done); // both warm
     Measure(theirs, &done);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         Spent a, b;
         if (oursFirst) {
             a = Measure(ours, &done);

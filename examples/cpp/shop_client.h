@@ -59,8 +59,8 @@ private:
                                             const wchar_t *, int);
     typedef int(PAVONIX_CALL *GoodFunction)(const wchar_t *, const OneGoodRequest *, const wchar_t *, int,
                                             const wchar_t *, int);
-    typedef int(PAVONIX_CALL *BuyFunction)(const wchar_t *, const BuyGoodRequest *, BuyGoodResult *,
-                                           const wchar_t *, int);
+    typedef int(PAVONIX_CALL *BuyFunction)(const wchar_t *, const BuyGoodRequest *, BuyGoodResult *, const wchar_t *,
+                                           int);
 
     ShopClient(const ShopClient &);
     ShopClient &operator=(const ShopClient &);

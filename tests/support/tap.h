@@ -60,7 +60,7 @@ struct Holdings {
     bool operator==(const Holdings &) const = default;
 };
 Holdings Held();
-int SectionsEntered(); // how often any critical section has been entered
+int SectionsEntered();    // how often any critical section has been entered
 std::int64_t PeakBytes(); // largest sum of the library's allocations since Reset
 // Looks for these bytes in every block that the library frees from now on, and
 // answers in how many blocks any of them stood.

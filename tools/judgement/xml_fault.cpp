@@ -61,7 +61,7 @@ std::string XmlFaultOfFile(const std::string &path)
         return std::string("it cannot be opened: ") + std::strerror(errno);
     }
     xmlResetLastError();
-    const std::string fault = FaultOf(xmlReaderForFd(file, "stored.xml", nullptr, kOptions));
+    std::string fault = FaultOf(xmlReaderForFd(file, "stored.xml", nullptr, kOptions));
     close(file);
     return fault;
 }

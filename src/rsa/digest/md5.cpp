@@ -49,7 +49,7 @@ void Md5::Compress(const std::uint8_t *block)
     auto [a, b, c, d] = state_;
     for (unsigned round = 0; round < 64; ++round) {
         const unsigned group = round / 16;
-        const unsigned word = (kOrder[group].factor * round + kOrder[group].offset) % 16;
+        const std::size_t word = (kOrder[group].factor * round + kOrder[group].offset) % 16;
         const std::uint32_t sum = a + Mix(group, b, c, d) + kSines[round] + LoadLittleEndian(block + 4 * word);
         a = d;
         d = c;

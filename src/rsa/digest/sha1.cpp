@@ -28,7 +28,7 @@ std::uint32_t Mix(unsigned round, std::uint32_t b, std::uint32_t c, std::uint32_
 void Sha1::Compress(const std::uint8_t *block)
 {
     std::uint32_t schedule[16]; // the last 16 words of the message schedule, in a ring
-    for (unsigned i = 0; i < 16; ++i) {
+    for (std::size_t i = 0; i < 16; ++i) {
         schedule[i] = LoadBigEndian<std::uint32_t>(block + 4 * i);
     }
     auto [a, b, c, d, e] = state_;

@@ -2,7 +2,7 @@
 
 #include "rsa/text/allocate.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace pavonix {
 
@@ -39,9 +39,7 @@ bool LogEntry2::MakeRoomForChild()
     if (grown == nullptr) {
         return false;
     }
-    if (childCount_ > 0) {
-        std::memcpy(grown, children_, childCount_ * sizeof *children_);
-    }
+    std::copy_n(children_, childCount_, grown);
     delete[] children_;
     children_ = grown;
     childRoom_ = room;

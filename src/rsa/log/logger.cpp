@@ -31,8 +31,11 @@ std::unique_ptr<LogEntry2> MakeTagged(LogEntryKind kind, const char *tag)
         entry->tag().Append(tag);
         entry->tag().Trim();
         entry->tag().ReplaceChar(' ', '_');
+        if (!entry->tag().complete()) {
+            entry.reset();
+        }
     }
-    return entry != nullptr && entry->tag().complete() ? std::move(entry) : nullptr;
+    return entry;
 }
 
 // "%x"

@@ -41,10 +41,10 @@ int FreePort()
     sockaddr_in address = Loopback(0);
     socklen_t length = sizeof address;
     const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    bind(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    getsockname(probe, reinterpret_cast<sockaddr *>(&address), &length);
+    const bool bound = bind(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+                       getsockname(probe, reinterpret_cast<sockaddr *>(&address), &length) == 0;
     close(probe);
-    return ntohs(address.sin_port);
+    return bound ? ntohs(address.sin_port) : 0;
 }
 
 Service::Service(const std::vector<std::string> &command, int port, const std::string &logFile)

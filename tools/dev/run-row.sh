@@ -1,5 +1,5 @@
-# One scenario, with everything that it says.
 #: run-row NAME [windows|ce] build what it needs and run one scenario (on Linux, or through a DLL)
+name=${1:?"which row? The name in tests/e2e/rows/"}
 flavour=${2:-linux}
 case $flavour in
   linux) install_for_linux; configure linux ;;
@@ -7,8 +7,5 @@ case $flavour in
   ce) build_ce; install_for_linux; configure linux -DPAVONIX_CE_DLL="$ce_dll" ;;
   *) refuse "$flavour" linux windows ce ;;
 esac
-build_targets linux e2e_tests caller pavonix pavonix-shop
-
-mapfile -t rows < <(build/linux/tests/e2e/e2e_tests --gtest_list_tests --caller=none --library=none | sed -n 's/^  //p')
-printf '%s\n' "${rows[@]}" | grep -qxF -- "${1-}" || refuse "${1-}" "${rows[@]}"
-GTEST_FILTER="*.$1" exec ctest --test-dir build/linux --verbose --no-tests=error -R "^e2e\\.$flavour"
+build_targets linux e2e_tests caller pavonix pavonix-shop only_version_4t
+exec tools/dev/run_row.py "$name" "$flavour"

@@ -1,0 +1,29 @@
+#!/usr/bin/env python3
+"""Counts lines of code, without blanks and comments, and fails when more than a third of them are tests."""
+
+import collections
+import json
+import subprocess
+import sys
+from pathlib import Path
+
+SOURCE = Path(__file__).resolve().parents[2]
+LANGUAGES = "C++,C/C++ Header,C,C#,Python,Bourne Shell,Bourne Again Shell,CMake"
+TESTS = ("tests", "fuzz")
+
+counted = json.loads(subprocess.run(
+    ["cloc", "--quiet", "--timeout=0", "--by-file", "--json", "--exclude-dir=build,.git", "--include-lang=" + LANGUAGES, "."],
+    cwd=SOURCE, stdout=subprocess.PIPE, check=True).stdout)
+lines = collections.Counter()
+for name, file in counted.items():
+    if name not in ("header", "SUM"):
+        folders = Path(name).parts[:-1]
+        lines["/".join(folders[:2] if folders[:1] == ("tests",) else folders[:1])] += file["code"]
+
+for folder, count in sorted(lines.items()):
+    print(f"{count:7} {folder or '(top)'}")
+tests = sum(count for folder, count in lines.items() if folder.split("/")[0] in TESTS)
+excess = tests - sum(lines.values()) // 3
+print(f"{tests:7} of {sum(lines.values())} lines are tests, {100 * tests / sum(lines.values()):.1f} %")
+if excess > 0:
+    sys.exit(f"more than a third; {3 * excess // 2} lines of tests too many")
