@@ -156,11 +156,6 @@ void SetLastError(std::uint32_t error)
     lastError = error;
 }
 
-std::uint32_t GetLastError()
-{
-    return lastError;
-}
-
 } // namespace
 
 void AddSystemImports(std::vector<Import> &table)
@@ -178,7 +173,6 @@ void AddSystemImports(std::vector<Import> &table)
     table.push_back(Unfailing<&Rand>(kCoreDll, "rand"));
     table.push_back(Unfailing<&GetLastError>(kCoreDll, "GetLastError"));
     table.push_back(Unfailing<&SetLastError>(kCoreDll, "SetLastError"));
-    table.push_back(Unfailing<&GetLastError>(kCoreDll, "GetLastError"));
 }
 
 } // namespace pavonix::device

@@ -10,5 +10,5 @@ SOURCE = Path(__file__).resolve().parents[2]
 pages = [page for page in SOURCE.rglob("*.md") if SOURCE / "build" not in page.parents]
 links = [(page, link) for page in pages for link in re.findall(r"\]\(([^)#:]+)[^):]*\)", page.read_text())]
 dead = [f"{page.relative_to(SOURCE)}: {link}" for page, link in links if not (page.parent / link).exists()]
-print(len(links), "links", *dead, sep="\n")
+print(f"{len(links)} links", *dead, sep="\n")
 sys.exit(bool(dead) or len(links) == 0)
