@@ -5,12 +5,13 @@ set(PAVONIX_LIBTOMMATH ${PROJECT_SOURCE_DIR}/build/libtommath CACHE PATH
 execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_libtommath.sh ${PAVONIX_LIBTOMMATH} COMMAND_ERROR_IS_FATAL ANY)
 set(tommath_source ${PAVONIX_LIBTOMMATH}/libtommath-1.2.0)
 
-file(GLOB tommath_files ${tommath_source}/bn_*.c)
-# no files and no random numbers: the device lacks what they stand on
-list(FILTER tommath_files EXCLUDE REGEX "rand|fread|fwrite")
-
-add_library(tommath STATIC ${tommath_files})
-target_include_directories(tommath SYSTEM PUBLIC ${tommath_source})
-target_compile_definitions(tommath PUBLIC MP_NO_FILE PRIVATE MP_LOW_MEM)
-# It wipes numbers before it frees them, which a compiler that knows what free does would leave out.
-target_compile_options(tommath PRIVATE -w -fno-builtin-free -include ${CMAKE_CURRENT_LIST_DIR}/trim_tommath.h)
+function(add_trimmed_tommath name)
+  file(GLOB files ${tommath_source}/bn_*.c)
+  # no files and no random numbers: the device lacks what they stand on
+  list(FILTER files EXCLUDE REGEX "rand|fread|fwrite")
+  add_library(${name} STATIC ${files})
+  target_include_directories(${name} SYSTEM PUBLIC ${tommath_source})
+  target_compile_definitions(${name} PUBLIC MP_NO_FILE PRIVATE MP_LOW_MEM)
+  # It wipes numbers before it frees them, which a compiler that knows what free does would leave out.
+  target_compile_options(${name} PRIVATE -w -fno-builtin-free -include ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/trim_tommath.h)
+endfunction()
