@@ -180,6 +180,7 @@ void AddCommands(CLI::App &app, Options &options)
         ->capture_default_str();
     app.add_option("--fault", options.fault, "Send every reply with this fault; /fault/NAME before a path does it once")
         ->check(CheckFault);
+    app.add_flag("--window-for-all", options.windowForAll, "Show the window, the page at /, to other machines too");
 
     AddDeviceCommands(app, options);
     AddGoodsCommands(app, options);

@@ -14,6 +14,7 @@ struct Options {
     unsigned short port = 8080;
     int maxSkewSeconds = 300;
     std::string fault;
+    bool windowForAll = false;
     std::string serial;
     int userId = 0;
     std::string keyFile;

@@ -14,7 +14,9 @@ void Serve(const shop::Options &options)
 {
     shop::Database database = shop::OpenShopDatabase(options.database);
     shop::Shop goodsShop(database, std::chrono::seconds(options.maxSkewSeconds));
-    shop::Server server({goodsShop, shop::FindFault(options.fault)}, options.host, options.port);
+    boost::asio::io_context context;
+    shop::Window window(context, database, options.windowForAll);
+    shop::Server server(context, {goodsShop, window, shop::FindFault(options.fault)}, options.host, options.port);
     std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
               << judgement::Printable(options.database) << std::endl;
     server.Run();

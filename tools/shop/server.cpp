@@ -30,8 +30,9 @@ asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
 
 } // namespace
 
-Server::Server(House house, const std::string &host, unsigned short port)
-    : house_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
+Server::Server(asio::io_context &context, House house, const std::string &host, unsigned short port)
+
+    : context_(context), house_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
 {
     const asio::ip::tcp::endpoint endpoint(AddressOf(context_, host), port);
     try {

@@ -16,12 +16,26 @@ namespace http = beast::http;
 namespace {
 
 constexpr std::chrono::seconds kReadTime{30};
+constexpr std::chrono::milliseconds kNoWait{0};
 constexpr std::uint64_t kLongestBody = std::uint64_t{16} * 1024;
 
 const ErrorKind &KindOfReadError(beast::error_code error)
 {
     return error == http::error::body_limit || error == http::error::header_limit ? kRequestTooLarge
                                                                                   : kMalformedRequest;
+}
+
+judgement::End EndOf(const Transmission &sent)
+{
+    switch (sent.end) {
+    case Transmission::End::kReset:
+        return judgement::End::kReset;
+    case Transmission::End::kSilence:
+        return judgement::End::kTimeOut;
+    case Transmission::End::kClose:
+        break;
+    }
+    return judgement::End::kClosed;
 }
 
 } // namespace
@@ -34,6 +48,8 @@ Session::Session(asio::ip::tcp::socket socket, House &house) : stream_(std::move
 
 void Session::Start()
 {
+    beast::error_code ignored;
+    peer_ = stream_.socket().remote_endpoint(ignored).address();
     stream_.expires_after(kReadTime);
     Read();
 }
@@ -77,6 +93,10 @@ void Session::Parse(bool ended)
 void Session::Answer()
 {
     Request request = parser_.get();
+    if (Window::IsAskedFor(request)) {
+        AnswerForWindow(request);
+        return;
+    }
     try {
         const Fault *named = TakeFault(&request);
         const Fault *fault = named == nullptr ? house_.fault : named;
@@ -87,14 +107,46 @@ void Session::Answer()
     }
 }
 
+void Session::AnswerForWindow(const Request &request)
+{
+    if (house_.window.WantsEvents(request, peer_)) {
+        house_.window.Watch(std::move(stream_));
+        return;
+    }
+    const Response response = house_.window.Answer(request, peer_);
+    std::make_shared<ReplySender>(std::move(stream_), AsOnePiece(response))->Start();
+}
+
 void Session::Send(const Request *request, const Response &response, const Fault *fault)
 {
-    beast::error_code error;
-    const auto peer = stream_.socket().remote_endpoint(error).address().to_string();
-    std::make_shared<ReplySender>(std::move(stream_), fault == nullptr ? AsOnePiece(response) : fault->send(response))
-        ->Start();
-    // The reply is on its way by now, so that nobody waits for the log.
-    std::cout << LogLine({peer, request, &response, fault == nullptr ? "" : fault->name}) << std::endl;
+    const Transmission sent = fault == nullptr ? AsOnePiece(response) : fault->send(response);
+    std::make_shared<ReplySender>(std::move(stream_), sent)->Start();
+    // The reply is on its way by now, so that nobody waits for the log and the window.
+    std::cout << LogLine({peer_.to_string(), request, &response, fault == nullptr ? "" : fault->name}) << std::endl;
+    Show(request, response, fault, sent);
+}
+
+void Session::Show(const Request *request, const Response &response, const Fault *fault, const Transmission &sent)
+{
+    SeenExchange seen;
+    seen.at = token::WallTimeNow();
+    seen.peer = peer_.to_string();
+    seen.fault = fault == nullptr ? "" : fault->name;
+    seen.asked = request == nullptr ? "" : std::string(request->method_string()) + " " + std::string(request->target());
+    seen.status = response.result_int();
+    seen.code = std::string(response["X-Error-Code"]);
+    seen.message = std::string(response["X-Error-Message"]);
+    judgement::Exchange &exchange = seen.exchange;
+    const bool purchase = request != nullptr && request->method() == http::verb::post;
+    exchange.call = purchase ? judgement::Call::kPurchase : judgement::Call::kDownload;
+    exchange.request = std::move(received_);
+    for (const Piece &piece : sent.pieces) {
+        exchange.reply += piece.bytes;
+    }
+    exchange.end = EndOf(sent);
+    exchange.firstBytes = sent.pieces.empty() ? 0 : sent.pieces.front().bytes.size();
+    exchange.firstByteAfter = sent.pieces.empty() ? kNoWait : sent.pieces.front().wait;
+    house_.window.Add(std::move(seen));
 }
 
 } // namespace shop

@@ -3,6 +3,7 @@
 
 #include "shop/faults/fault_table.h"
 #include "shop.h"
+#include "shop/window/window.h"
 
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/parser.hpp>
@@ -15,6 +16,7 @@ namespace shop {
 // What all connections share.
 struct House {
     Shop &shop;
+    Window &window;
     const Fault *fault; // of every reply; null for none
 };
 
@@ -30,9 +32,12 @@ private:
     void OnRead(boost::beast::error_code error, std::size_t count);
     void Parse(bool ended);
     void Answer();
+    void AnswerForWindow(const Request &request);
     void Send(const Request *request, const Response &response, const Fault *fault);
+    void Show(const Request *request, const Response &response, const Fault *fault, const Transmission &sent);
 
     boost::beast::tcp_stream stream_;
+    boost::asio::ip::address peer_;
     House &house_;
     boost::beast::http::request_parser<boost::beast::http::string_body> parser_;
     std::array<char, 4096> chunk_;

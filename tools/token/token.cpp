@@ -47,37 +47,47 @@ std::optional<std::string> DecodeOaep(const Bytes &encoded)
     return message;
 }
 
-// Answers the joined texts of all blocks, or nothing if one does not open.
-std::optional<std::string> OpenBlocks(const Bytes &ciphertext, std::size_t blockSize, const PublicKey &key)
+// Opens the blocks, up to the first one that does not open.
+std::vector<OpenedBlock> OpenBlocks(const Bytes &ciphertext, std::size_t blockSize, const PublicKey &key)
 {
-    std::string text;
+    std::vector<OpenedBlock> blocks;
     for (std::size_t at = 0; at < ciphertext.size(); at += blockSize) {
-        const Bytes encoded = PublicOperation(std::span(ciphertext).subspan(at, blockSize), key);
-        const auto piece = encoded.empty() ? std::nullopt : DecodeOaep(encoded);
-        if (!piece) {
+        OpenedBlock block{PublicOperation(std::span(ciphertext).subspan(at, blockSize), key), std::nullopt};
+        block.text = block.encoded.empty() ? std::nullopt : DecodeOaep(block.encoded);
+        blocks.push_back(std::move(block));
+        if (!blocks.back().text) {
             ERR_clear_error();
-            return std::nullopt;
+            break;
         }
-        text += *piece;
     }
-    return text;
+    return blocks;
 }
 
 } // namespace
 
+Opening OpenStepByStep(const std::string &headerValue, const PublicKey &key)
+{
+    Opening opening{DecodeBase64(headerValue), {}, {}, {}};
+    const auto blockSize = static_cast<std::size_t>(EVP_PKEY_get_size(key.get()));
+    if (!opening.ciphertext || opening.ciphertext->size() % blockSize != 0) {
+        return opening;
+    }
+    opening.blocks = OpenBlocks(*opening.ciphertext, blockSize, key);
+    if (!opening.blocks.back().text) {
+        return opening;
+    }
+    opening.text = "";
+    for (const OpenedBlock &block : opening.blocks) {
+        *opening.text += *block.text;
+    }
+    opening.time = ParseTimeText(*opening.text);
+    return opening;
+}
+
 std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &key)
 {
-    const auto ciphertext = DecodeBase64(headerValue);
-    const auto blockSize = static_cast<std::size_t>(EVP_PKEY_get_size(key.get()));
-    if (!ciphertext || ciphertext->size() % blockSize != 0) {
-        return std::nullopt;
-    }
-    const auto text = OpenBlocks(*ciphertext, blockSize, key);
-    const auto time = text ? ParseTimeText(*text) : std::nullopt;
-    if (!time) {
-        return std::nullopt;
-    }
-    return Token{*ciphertext, *time};
+    const Opening opening = OpenStepByStep(headerValue, key);
+    return opening.time ? std::optional(Token{*opening.ciphertext, *opening.time}) : std::nullopt;
 }
 
 } // namespace token

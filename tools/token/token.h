@@ -10,12 +10,27 @@
 #include "token/public_key.h"
 #include "token/time_text.h"
 
+#include <vector>
+
 namespace token {
 
 struct Token {
     Bytes ciphertext; // what makes a token the same token
     WallTime time;    // the device's clock when it made the token
 };
+
+// What was found at each step; the first step that fails ends it.
+struct OpenedBlock {
+    Bytes encoded;                   // raised to the public exponent; empty when it is above the modulus
+    std::optional<std::string> text; // without OAEP
+};
+struct Opening {
+    std::optional<Bytes> ciphertext;
+    std::vector<OpenedBlock> blocks; // empty when the ciphertext is no whole blocks of the key's size
+    std::optional<std::string> text; // of all blocks
+    std::optional<WallTime> time;
+};
+[[nodiscard]] Opening OpenStepByStep(const std::string &headerValue, const PublicKey &key);
 
 // Opens the header's value with the device's key. Answers nothing when the value
 // was not made with the private key that belongs to it, or holds no time.

@@ -1,0 +1,13 @@
+// One exchange as HTML: its bytes, what is wrong with it, and its token.
+#pragma once
+
+#include "shop/database.h"
+#include "shop/window/exchange_log.h"
+
+#include <string>
+
+namespace shop {
+
+[[nodiscard]] std::string ExchangeAsHtml(Database &database, const SeenExchange &seen);
+
+} // namespace shop
