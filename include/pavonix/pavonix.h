@@ -13,8 +13,8 @@
 /* The version, as a text and as a number that grows: 65536 * major + 256 * minor +
  * patch. The build reads it here; it is written nowhere else.
  */
-#define PAVONIX_VERSION "1.0.0"
-#define PAVONIX_VERSION_NUMBER 0x010000
+#define PAVONIX_VERSION "1.1.0"
+#define PAVONIX_VERSION_NUMBER 0x010100
 
 /* PavonixChar: one UTF-16 code unit, 16 bits, in the machine's byte order. It is
  * wchar_t wherever that has 16 bits, which gcc -fshort-wchar brings to Linux: texts
