@@ -29,7 +29,7 @@ std::function<void(std::string &)> Put(std::size_t offset, std::uint32_t value, 
 }
 
 constexpr std::size_t kEntry = 40, kSubsystemMajor = 72, kImageSize = 80, kSubsystem = 92, kFirstSection = 248,
-                      kRva = 12, kCharacteristics = 36;
+                      kVirtualSize = 8, kRva = 12, kCharacteristics = 36;
 
 // The type of the first base relocation; the linker gives that section last.
 void MakeRelocationUnknown(std::string &image)
@@ -55,9 +55,11 @@ TEST(Image, IsRefusedWithItsReason)
         {"for a newer system than 6.0", Put(kSubsystemMajor, 0x10006, 4)},
         {"no multiple of a page", Put(kImageSize, 0x1A200, 4)},
         {"its entry lies outside its code", Put(kEntry, 0x800, 4)},
+        {"its entry lies outside its code", Put(kEntry, 0x14000, 4)},
         {"does not start on a page", Put(kFirstSection + kRva, 0x1200, 4)},
         {"overlaps", Put(kFirstSection + kRva, 0, 4)},
         {"beyond the image", Put(kFirstSection + kRva, 0x40000, 4)},
+        {"beyond the image", Put(kFirstSection + kVirtualSize, 0x40000, 4)},
         {"writable code", Put(kFirstSection + kCharacteristics, 0xE0000020, 4)},
         {"unknown relocation type 5", MakeRelocationUnknown},
     };

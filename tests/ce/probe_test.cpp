@@ -99,6 +99,7 @@ TEST_F(ProbeTest, FilesAreFoundAndKeptAsOnADevice)
         const char *name;
         int answer;
     };
+    const std::string tooLong = "shop/" + std::string(250, 'x'); // with the folder's own path
     const FileQuestion rows[] = {
         {kAttributesOf, "shop/LIST.xml", 0x20}, {kAttributesOf, "SHOP/list.XML", 0x20},
         {kAttributesOf, "Shop", 0x10},          {kAttributesOf, "shop/fixed.xml", 0x21},
