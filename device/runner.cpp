@@ -10,6 +10,7 @@
 #include "image/pe_image.h"
 #include "system/holdings.h"
 #include "system/import_table.h"
+#include "system_command.h"
 
 #include <iostream>
 #include <memory>
@@ -53,6 +54,11 @@ public:
 
     std::string AnswerOther(const std::string &command, std::istream &words) override
     {
+        if (command == "system") {
+            return CallSystem(words, [this](std::uint32_t function, const CallWords &arguments) {
+                return Call(function, arguments);
+            });
+        }
         return AnswerDeviceCommand(command, words);
     }
 

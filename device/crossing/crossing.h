@@ -7,9 +7,9 @@
 
 namespace pavonix::device {
 
-using CallWords = std::array<std::uint32_t, 6>;
+using CallWords = std::array<std::uint32_t, 8>;
 
-// Calls a function of the image with up to six words of arguments, on the image's
+// Calls a function of the image with up to eight words of arguments, on the image's
 // stack of this thread, and answers what it left in r0.
 std::uint32_t CallImage(std::uint32_t function, const CallWords &words);
 
