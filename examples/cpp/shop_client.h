@@ -1,8 +1,10 @@
 // The library loaded at run time, for Windows CE and desktop Windows. C++98 without
-// exceptions, as eVC4 and Visual Studio 2005 have it.
+// exceptions, as eVC4 and Visual Studio 2005 have it. Link with ws2.lib on the device,
+// with ws2_32.lib on the desktop.
 #ifndef SHOP_CLIENT_H
 #define SHOP_CLIENT_H
 
+#include <winsock2.h> // before windows.h
 #include <windows.h>
 
 #include <pavonix/pavonix.h>
@@ -34,6 +36,7 @@ public:
         list_ = reinterpret_cast<ListFunction>(GetProcAddress(library_, EXPORT_NAME("GetGoodListXml")));
         good_ = reinterpret_cast<GoodFunction>(GetProcAddress(library_, EXPORT_NAME("GetOneGoodXml")));
         buy_ = reinterpret_cast<BuyFunction>(GetProcAddress(library_, EXPORT_NAME("GetBuyGood")));
+        KeepWinsock();
         return list_ != NULL && good_ != NULL && buy_ != NULL;
     }
 
@@ -41,17 +44,21 @@ public:
     int GetList(const wchar_t *profile, const GoodListRequest &page, const wchar_t *target, bool force,
                 const wchar_t *url, int port)
     {
-        return list_(profile, &page, target, force ? 1 : 0, url, port);
+        return AfterDownload(list_(profile, &page, target, force ? 1 : 0, url, port), target);
     }
     int GetGood(const wchar_t *profile, const OneGoodRequest &good, const wchar_t *target, bool force,
                 const wchar_t *url, int port)
     {
-        return good_(profile, &good, target, force ? 1 : 0, url, port);
+        return AfterDownload(good_(profile, &good, target, force ? 1 : 0, url, port), target);
     }
     int Buy(const wchar_t *profile, const BuyGoodRequest &good, BuyGoodRoomyResult *result, const wchar_t *url,
             int port)
     {
-        return buy_(profile, &good, reinterpret_cast<BuyGoodResult *>(result), url, port);
+        const int status = buy_(profile, &good, reinterpret_cast<BuyGoodResult *>(result), url, port);
+        if (status == PAVONIX_FAILED) {
+            KeepWinsock();
+        }
+        return status;
     }
 
 private:
@@ -61,6 +68,23 @@ private:
                                             const wchar_t *, int);
     typedef int(PAVONIX_CALL *BuyFunction)(const wchar_t *, const BuyGoodRequest *, BuyGoodResult *, const wchar_t *,
                                            int);
+
+    // A call that fails gives Winsock back once or twice more than it took it. Two more
+    // starts than the program needs keep its own sockets open through that.
+    static void KeepWinsock()
+    {
+        WSADATA data;
+        WSAStartup(MAKEWORD(2, 2), &data);
+        WSAStartup(MAKEWORD(2, 2), &data);
+    }
+    static int AfterDownload(int status, const wchar_t *target)
+    {
+        const bool stored = status == PAVONIX_OK && GetFileAttributesW(target) != 0xFFFFFFFF;
+        if (!stored && status != PAVONIX_KEPT) {
+            KeepWinsock();
+        }
+        return status;
+    }
 
     ShopClient(const ShopClient &);
     ShopClient &operator=(const ShopClient &);

@@ -5,6 +5,7 @@
 // of plain values are handed over as they are by every one of these runtimes, while
 // what each makes of a text inside a structure differs.
 using System;
+using System.IO;
 using System.Runtime.InteropServices;
 using System.Text;
 
@@ -39,13 +40,15 @@ namespace Pavonix
                                       string target, bool force, string url, int port)
         {
             int[] request = new int[] { 0, 0, type, category, sort, start, max };
-            return GetGoodListXml(profile, request, target, force ? 1 : 0, url, port);
+            KeepWinsock();
+            return AfterDownload(GetGoodListXml(profile, request, target, force ? 1 : 0, url, port), target);
         }
 
         public static int GetOneGood(string profile, int type, int id, string target, bool force, string url, int port)
         {
             int[] request = new int[] { 0, 0, type, id };
-            return GetOneGoodXml(profile, request, target, force ? 1 : 0, url, port);
+            KeepWinsock();
+            return AfterDownload(GetOneGoodXml(profile, request, target, force ? 1 : 0, url, port), target);
         }
 
         public static Verdict Buy(string profile, int type, int id, bool force, string url, int port)
@@ -53,12 +56,48 @@ namespace Pavonix
             int[] request = new int[] { 0, 0, type, id, force ? 1 : 0 };
             byte[] record = new byte[RecordSize];
             Verdict verdict = new Verdict();
+            KeepWinsock();
             verdict.Status = GetBuyGood(profile, request, record, url, port);
+            winsockIsKept = verdict.Status != Failed;
             verdict.ErrorCode = BitConverter.ToInt32(record, CodeAt);
             verdict.Message = TextAt(record, MessageAt);
             verdict.ServerTimestamp = verdict.ErrorCode == ClockIsOff ? TextAt(record, TimestampAt) : "";
             return verdict;
         }
+
+        // A call that fails gives Winsock back once or twice more than it took it. Two
+        // more starts than the program needs keep its own sockets open through that.
+        static bool winsockIsKept = false;
+
+        static void KeepWinsock()
+        {
+            PlatformID system = Environment.OSVersion.Platform;
+            byte[] data = new byte[512]; // more than the record has on any system
+            for (int start = 0; start < 2 && !winsockIsKept; ++start)
+            {
+                if (system == PlatformID.WinCE)
+                {
+                    StartOnDevice(0x202, data);
+                }
+                else if (system == PlatformID.Win32NT)
+                {
+                    StartOnDesktop(0x202, data);
+                }
+            }
+            winsockIsKept = true;
+        }
+
+        static int AfterDownload(int status, string target)
+        {
+            winsockIsKept = status == Kept || status == Ok && File.Exists(target);
+            return status;
+        }
+
+        [DllImport("ws2.dll", EntryPoint = "WSAStartup")]
+        static extern int StartOnDevice(short version, byte[] data);
+
+        [DllImport("ws2_32.dll", EntryPoint = "WSAStartup")]
+        static extern int StartOnDesktop(short version, byte[] data);
 
         // Header values come with the blank that follows the colon.
         static string TextAt(byte[] record, int offset)

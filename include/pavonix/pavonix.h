@@ -6,6 +6,12 @@
  * The three calls share process-wide state and take no lock: a caller makes one
  * call at a time. Every call blocks; there are no time-outs. No call throws,
  * and none reports anything by the thread's error value.
+ *
+ * Windows: a call that stores or keeps a file, sells, or is refused a sale leaves
+ * the process's count of WSAStartup as it was. Any other, also one that answers 200
+ * and could not write the file, may take one or two from it. An application that
+ * uses Winsock itself calls WSAStartup twice more before its first call, and twice
+ * again after each call that failed so; otherwise its own sockets are closed.
  */
 #ifndef PAVONIX_PAVONIX_H
 #define PAVONIX_PAVONIX_H

@@ -13,7 +13,8 @@ class CppTest(ExampleTest):
         for machine in ("i686", "x86_64"):
             self.assertEqual(run(f"{machine}-w64-mingw32-g++", "-std=c++98", "-pedantic-errors", "-Wall", "-Wextra",
                                  "-Wshadow", "-Werror", "-Wno-cast-function-type", "-municode", "-static",
-                                 "-I", SOURCE / "include", SOURCE / "examples/cpp/shop.cpp", "-o", program), (0, []))
+                                 "-I", SOURCE / "include", SOURCE / "examples/cpp/shop.cpp", "-o", program, "-lws2_32"),
+                             (0, []))
         page = b"<goods>" + b"x" * 5000 + b"</goods>"
         refusal = reply("403 Forbidden", b"<error/>", X_Error_Code="906", X_Error_Message="The clock is off",
                         X_Server_Timestamp="2026-11-21 9:7:3.042")
@@ -28,6 +29,14 @@ class CppTest(ExampleTest):
                          ["GET /shop/list?type=1&category=1&sort=4&start=0&max=10", "GET /shop/good?type=1&id=7",
                           "POST /shop/buy"])
         self.assertTrue(self.requests[2].endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
+
+    def test_keeps_the_winsock_of_its_application(self):
+        program = self.folder / "own_winsock.exe"
+        self.assertEqual(run("x86_64-w64-mingw32-g++", "-municode", "-static", "-I", SOURCE / "include",
+                             "-I", SOURCE / "examples/cpp", SOURCE / "tests/examples/own_winsock.cpp", "-o", program,
+                             "-lws2_32"), (0, []))
+        self.assertEqual(run(os.environ["WINE64"], program, os.environ["PAVONIX_WINDOWS_DLL"], cwd=self.folder,
+                             stderr=subprocess.DEVNULL), (0, []))
 
 
 if __name__ == "__main__":
