@@ -1,5 +1,6 @@
 """The command-line client: what it says and how it ends, against the sample shop and against odd servers."""
 
+import json
 import os
 import pty
 import signal
@@ -182,6 +183,14 @@ class CommandTest(ClientTest):
             done = run(f"{PROGRAMS}/pavonix", *arguments)
             self.assertEqual((done.returncode, words in done.stderr), (2, True), done.stderr)
         self.assertRegex(run(f"{PROGRAMS}/pavonix", "--version").stdout, r"^pavonix \d+\.\d+\.\d+\n$")
+
+    def test_trace(self):
+        """Only what this call adds to the trace is shown, and the output stays JSON."""
+        self.write("device.profile.trace.txt", "an older trace\n")
+        done = run(f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/x", "--port", "1", "--profile",
+                   self.profile, "--type", "1", "--id", "1", "--out", self.target, "--trace", "--json")
+        self.assertEqual((done.returncode, json.loads(done.stdout)["cause"]), (11, "refused"))
+        self.assertEqual(("connect failed" in done.stderr, "older" in done.stderr), (True, False), done.stderr)
 
     def test_settings(self):
         """The command line goes before the environment, and that before the file."""

@@ -10,10 +10,12 @@ namespace client {
 
 namespace {
 
-std::string BesideThisProgram(bool tracing)
+// Beside this program, as in the build folder, or else where the system looks.
+std::string OwnLibrary(bool tracing)
 {
     const char *name = tracing ? "libpavonix-trace.so" : "libpavonix.so";
-    return std::filesystem::read_symlink("/proc/self/exe").replace_filename(name).string();
+    const std::filesystem::path beside = std::filesystem::read_symlink("/proc/self/exe").replace_filename(name);
+    return std::filesystem::exists(beside) ? beside.string() : tracing ? name : "libpavonix.so.1";
 }
 
 template <class Function>
@@ -28,7 +30,7 @@ void Find(void *handle, const char *name, Function *function)
 } // namespace
 
 ShopLibrary::ShopLibrary(const std::string &file, bool tracing)
-    : handle_(dlopen(file.empty() ? BesideThisProgram(tracing).c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL))
+    : handle_(dlopen(file.empty() ? OwnLibrary(tracing).c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL))
 {
     if (handle_ == nullptr) {
         throw Failure(ExitCode::kLocalFailure, dlerror());

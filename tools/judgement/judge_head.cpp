@@ -75,7 +75,7 @@ void JudgeSegments(const Exchange &exchange, const DeviceReading &device, Findin
         const std::string head = "the head has " + Count(device.headLength());
         findings->push_back({&kHeadAlone, came + " came first, " + head + ": the file has " +
                                               std::to_string(device.zeros()) + " zeros in place of its beginning"});
-    } else if (split && exchange.call == Call::kPurchase && device.status() != 200 &&
+    } else if (split && exchange.call == Call::kPurchase && device.status() >= 400 &&
                DeviceNumber(device.Verdict("X-Error-Code").value_or("")) == 0) {
         findings->push_back({&kMessageApart, came + " came first"});
     } else if (!split && exchange.segments > 1) {

@@ -21,6 +21,11 @@ using judgement::Call;
 using judgement::Topic;
 
 constexpr int kMostTriesForEach = 4; // blind ones included
+constexpr int kTriesToTheEnd = 3;
+// A server behind another one may join head and body now and then: as long as tries
+// are quick and nothing is found, many are made.
+constexpr int kQuickTriesForEach = 10;
+constexpr std::chrono::seconds kForQuickTries{2};
 
 std::string HostIn(const std::string &url)
 {
@@ -90,8 +95,13 @@ bool Doctor::FindServer()
 bool Doctor::TryDownloads()
 {
     const std::string request = DownloadRequest(examination_.url + QueryOf(examination_), identity_);
-    const int most = examination_.tries * kMostTriesForEach;
-    for (int tried = 0; tried < most && seen_ < examination_.tries; ++tried) {
+    const int tries = examination_.tries;
+    const auto untilQuick = std::chrono::steady_clock::now() + kForQuickTries;
+    const auto goesOn = [&] {
+        const bool quick = !diagnosis_.HasErrors() && std::chrono::steady_clock::now() < untilQuick;
+        return seen_ < (quick ? tries * kQuickTriesForEach : tries) && blind_ < tries * (kMostTriesForEach - 1);
+    };
+    while (goesOn()) {
         if (!TryDownload(request)) {
             return false;
         }
@@ -106,7 +116,8 @@ bool Doctor::TryDownloads()
 
 bool Doctor::TryDownload(const std::string &request)
 {
-    PlainExchange made = Ask(address_, request, Call::kDownload, examination_.patience);
+    PlainExchange made =
+        Ask(address_, request, Call::kDownload, examination_.patience, seen_ + blind_ < kTriesToTheEnd);
     diagnosis_.LookedAt(Topic::kConnection, "port " + std::to_string(examination_.port));
     diagnosis_.Add(made.noConnection);
     if (!made.noConnection.empty()) {

@@ -80,9 +80,13 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
     goOn_ = device.status() != 0;
     const std::string code = device.Verdict("X-Error-Code").value_or("");
     const std::string message = device.Verdict("X-Error-Message").value_or("");
-    const std::string shown = "status " + std::to_string(device.status()) +
-                              (code.empty() ? "" : ", code" + judgement::Printable(code)) +
-                              (message.empty() ? "" : "," + judgement::Printable(message));
+    std::string shown = "status " + std::to_string(device.status());
+    if (!code.empty()) {
+        shown.append(", code").append(judgement::Printable(code));
+    }
+    if (!message.empty()) {
+        shown.append(",").append(judgement::Printable(message));
+    }
     if (goOn_ && device.status() != PAVONIX_OK) {
         diagnosis_->LookedAt(Topic::kVerdict, shown);
     }
@@ -114,7 +118,7 @@ void PurchaseCheck::TryClock(const Answer *baseline, int secondsOff)
         diagnosis_->Add(judgement::kClockNotChecked, hours + answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
         diagnosis_->Add(judgement::kTokenUntold, hours + answer.shown);
-    } else if (answer.code != kClockIsOff) {
+    } else if (answer.code != 0 && answer.code != kClockIsOff) {
         diagnosis_->Add(judgement::kClockOtherCode, hours + answer.shown);
     }
 }

@@ -38,7 +38,7 @@ void WaitForTheEnd(ReplyWatch *watch, judgement::Exchange *exchange, const Deadl
     exchange->end = exchange->end == End::kTimeOut ? End::kOpen : exchange->end;
 }
 
-void Receive(ReplyWatch *watch, const Deadline &deadline, PlainExchange *made)
+void Receive(ReplyWatch *watch, const Deadline &deadline, bool toTheEnd, PlainExchange *made)
 {
     judgement::Exchange &exchange = made->exchange;
     bool more = watch->WaitForFirst(deadline) || exchange.end != End::kTimeOut;
@@ -46,7 +46,7 @@ void Receive(ReplyWatch *watch, const Deadline &deadline, PlainExchange *made)
         more = !watch->Read(deadline).empty();
     }
     made->sawFirstSegment = watch->sawFirstSegment();
-    if (more) {
+    if (more && toTheEnd) {
         WaitForTheEnd(watch, &exchange, deadline);
     }
 }
@@ -79,7 +79,8 @@ judgement::Findings Connect(const sockaddr_in &address, milliseconds patience, F
     return {};
 }
 
-PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgement::Call call, milliseconds patience)
+PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgement::Call call, milliseconds patience,
+                  bool toTheEnd)
 {
     PlainExchange made;
     made.exchange.call = call;
@@ -95,7 +96,7 @@ PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgem
         return made;
     }
     made.exchange.request = request;
-    Receive(&watch, deadline, &made);
+    Receive(&watch, deadline, toTheEnd, &made);
     return made;
 }
 

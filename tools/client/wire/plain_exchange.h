@@ -26,8 +26,9 @@ struct PlainExchange {
     bool sawFirstSegment = false; // see ReplyWatch
 };
 
-// Never takes longer than `patience` to connect, and as long for the exchange.
+// Never takes longer than `patience` to connect, and as long for the exchange. What
+// comes behind the announced body is waited for a moment longer if `toTheEnd`.
 [[nodiscard]] PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgement::Call call,
-                                std::chrono::milliseconds patience);
+                                std::chrono::milliseconds patience, bool toTheEnd = true);
 
 } // namespace client

@@ -1,0 +1,125 @@
+#!/usr/bin/env python3
+"""Asks the sample shop for each of its faults with list, good and buy, and has it examined; writes a table of what the
+library returned, how pavonix ended and which cause it named, and what doctor found. Ends with 1 when a cause is named
+that is not the fault's.
+
+    python3 tools/evidence/judge_faults.py [FAULT...]
+"""
+
+import json
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import time
+
+PROGRAMS = os.environ.get("PAVONIX_PROGRAMS",
+                          os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "build", "linux"))
+TIME_OUT = 8  # seconds; "late" answers after six
+
+# The cause of a download's failure and of a purchase's. None: there is nothing to explain, as the call did what it
+# should or was refused properly. A third entry is for "good", whose reply fits into the device's first reception.
+CAUSES = {
+    "head-apart": ("head-alone", None),
+    "head-in-pieces": ("head-in-pieces", "head-in-pieces"),
+    "late": (None, None),
+    "slow": (None, None),
+    "short": ("length-too-large", None),
+    "long": ("length-too-small", None, None),
+    "no-length": ("length-missing", None),
+    "chunked": ("chunked", None),
+    "compressed": ("compressed", None),
+    "long-head": ("head-too-long", "head-too-long"),
+    "lower-case": ("length-case", None),
+    "hidden": ("length-hidden", None),
+    "silent": ("silent", "silent"),
+    "nothing": ("closed-empty", "closed-empty"),
+    "reset": ("reset-early", "reset-early"),
+    "reset-in-body": ("body-reset", None, None),
+    "not-http": ("not-http", "not-http"),
+    "tls": ("tls", "tls"),
+    "bare-line-feeds": ("bare-line-feeds", "bare-line-feeds"),
+    "head-without-end": ("head-without-end", "head-without-end"),
+    "interim": ("interim", "interim"),
+    "sold-with-code": (None, None),
+    "redirect": ("redirect", "redirect"),
+    "code-999": ("server-failed", "server-failed"),
+}
+REFUSED = ("request-refused", None)
+
+
+def run(*words, **options):
+    return subprocess.run(words, capture_output=True, text=True, timeout=120, **options)
+
+
+class Shop:
+    def __init__(self, folder):
+        self.profile = os.path.join(folder, "device.profile")
+        database = os.path.join(folder, "shop.db")
+        run(f"{PROGRAMS}/pavonix", "profile", "new", "--out", self.profile, "--serial", "PX-1", "--user-id", "42",
+            check=True)
+        run(f"{PROGRAMS}/pavonix-shop", "--db", database, "device", "add", "--serial", "PX-1", "--user-id", "42",
+            "--public-key", self.profile + ".pub.xml", "--balance", "1000000", check=True)
+        log = os.path.join(folder, "shop.log")
+        with open(log, "w") as output:
+            self.process = subprocess.Popen([f"{PROGRAMS}/pavonix-shop", "--db", database, "--port", "0"],
+                                            stdout=output)
+        listening = None
+        while not listening:
+            time.sleep(0.05)
+            with open(log) as lines:
+                listening = re.search(r"http://[^:]*:(\d+)/", lines.readline())
+        self.port = listening[1]
+        self.target = os.path.join(folder, "stored.xml")
+
+    def end(self):
+        self.process.terminate()
+        self.process.wait()
+
+    def url(self, fault, what):
+        return f"http://127.0.0.1/fault/{fault}/shop/{what}"
+
+    def call(self, fault, command):
+        """Answers what the library returned, the exit code and the cause."""
+        words = {"list": ["--type", "1", "--out", self.target, "--force"],
+                 "good": ["--type", "1", "--id", "1", "--out", self.target, "--force"],
+                 "buy": ["--type", "1", "--id", "1", "--force"]}[command]
+        done = run(f"{PROGRAMS}/pavonix", command, "--url", self.url(fault, command), "--port", self.port, "--profile",
+                   self.profile, "--timeout", str(TIME_OUT), "--json", *words)
+        answer = json.loads(done.stdout)
+        return answer["status"], done.returncode, answer.get("cause")
+
+    def doctor(self, fault):
+        done = run(f"{PROGRAMS}/pavonix", "doctor", self.url(fault, "list"), "--port", self.port, "--profile",
+                   self.profile, "--tries", "2", "--timeout", str(TIME_OUT), "--json")
+        return [finding["rule"] for point in json.loads(done.stdout)["points"] for finding in point["findings"]]
+
+
+def main():
+    names = sys.argv[1:] or re.findall(r"^([a-z0-9-]+)  ", run(f"{PROGRAMS}/pavonix-shop", "faults").stdout, re.M)
+    wrong = []
+    print("| fault | list | good | buy | doctor |\n|---|---|---|---|---|")
+    with tempfile.TemporaryDirectory() as folder:
+        shop = Shop(folder)
+        try:
+            for name in names:
+                if name == "fault":
+                    continue
+                download, purchase, *good = CAUSES.get(name, REFUSED)
+                cells = []
+                for command, expected in (("list", download), ("good", (good or [download])[0]), ("buy", purchase)):
+                    status, code, cause = shop.call(name, command)
+                    cells.append(f"{status}, ends with {code}" + (f": {cause}" if cause else ""))
+                    if cause != expected:
+                        wrong.append(f"{name} {command}: {cause}, not {expected}")
+                print(f"| {name} | {' | '.join(cells)} | {', '.join(shop.doctor(name)) or 'nothing wrong'} |", flush=True)
+        finally:
+            shop.end()
+    for line in wrong:
+        print(line, file=sys.stderr)
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
