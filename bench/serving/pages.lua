@@ -1,5 +1,5 @@
--- For wrk: asks for one page a connection, as the devices do, out of wrk's arguments FIRST and COUNT of goods, one after
--- the other. At the end it prints requests a second, how many failed, and the latency in ms at the percentiles.
+-- For wrk: asks for one page a connection, as the devices do: the goods from the argument FIRST on, COUNT of them, one
+-- after the other. At the end it prints requests a second, how many failed, and the latency in ms at the percentiles.
 local first, count, number
 
 function init(arguments)

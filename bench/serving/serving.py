@@ -3,6 +3,7 @@
 that it has, and nginx with the same bytes as a file; then purchases. Run by ./dev bench serving [PICTURE.svg]."""
 
 import base64
+import getpass
 import os
 import statistics
 import subprocess
@@ -35,8 +36,9 @@ def file_server(folder, page):
     """nginx with one file for every path."""
     port, path = engines.free_port(), Path(folder) / "file.conf"
     (Path(folder) / "page.xml").write_bytes(page)
-    path.write_text(f"user root; worker_processes auto; pid {folder}/file.pid; events {{}} http {{ access_log off; "
-                    f"server {{ listen 127.0.0.1:{port}; root {folder}; location / {{ try_files /page.xml =404; }} }} }}")
+    path.write_text(f"user {getpass.getuser()}; worker_processes auto; pid {folder}/file.pid; events {{}} "
+                    f"http {{ access_log off; server {{ listen 127.0.0.1:{port}; root {folder}; "
+                    "location / { try_files /page.xml =404; } } }")
     return engines.Engine(folder, "file", ["nginx", "-c", str(path), "-e", "stderr", "-g", "daemon off;"], port)
 
 
@@ -110,7 +112,7 @@ def check_tokens(bits, count=500):
 
 
 def show(size, rounds):
-    print(f"a page of {size} bytes, {CONNECTIONS} connections at a time, medians of {ROUNDS} rounds of {SECONDS} s each")
+    print(f"a page of {size} bytes, {CONNECTIONS} connections at a time, medians of {ROUNDS} rounds of {SECONDS} s")
     print(f"{'':14}{'pages/s':>10}{'p50 ms':>10}{'p99 ms':>10}{'CPU us/page':>13}{'times the application, by CPU':>32}")
 
     def median(value):
@@ -122,8 +124,9 @@ def show(size, rounds):
         faster = median(lambda each: each[name][0] / each["application"][0])
         cheaper = median(lambda each: each["application"][1] / each[name][1])
         print(f"{name:14}{rate:10.0f}{p50:10.2f}{p99:10.2f}{cost:13.0f}{faster:24.1f}{cheaper:8.1f}")
-    print(f"nginx with a file is {median(lambda each: each['file'][0] / each['warm'][0]):.2f} times as fast as the front "
-          f"with pages that it has, {median(lambda each: each['warm'][1] / each['file'][1]):.2f} by CPU")
+    faster, cheaper = (median(lambda each: each["file"][0] / each["warm"][0]),
+                       median(lambda each: each["warm"][1] / each["file"][1]))
+    print(f"nginx with a file is {faster:.2f} times as fast as the front with pages that it has, {cheaper:.2f} by CPU")
 
 
 def draw(folder, rounds, picture):

@@ -36,7 +36,7 @@ def one_good(query, text):
 
 def good_element(row):
     element = ElementTree.Element("good", type=str(row[0]), id=str(row[1]))
-    for name, value in (("title", row[2]), ("maker", row[3]), ("category", row[5]), ("price", row[6]), ("added", row[7])):
-        ElementTree.SubElement(element, name).text = str(value)
+    for name, column in (("title", 2), ("maker", 3), ("category", 5), ("price", 6), ("added", 7)):
+        ElementTree.SubElement(element, name).text = str(row[column])
     element.find("category").set("id", str(row[4]))
     return element

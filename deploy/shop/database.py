@@ -16,7 +16,8 @@ class Database:
         if place.startswith(("postgresql:", "postgres:")):
             import psycopg2  # needed by those who have a server
 
-            self.open, self.mark, self.failures = lambda: psycopg2.connect(place, connect_timeout=5), "%s", psycopg2.Error
+            self.open = lambda: psycopg2.connect(place, connect_timeout=5)
+            self.mark, self.failures = "%s", psycopg2.Error
         else:
             self.open, self.mark, self.failures = lambda: open_file(place), "?", sqlite3.Error
 

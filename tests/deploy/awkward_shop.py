@@ -2,6 +2,7 @@
 that leave apart from each other."""
 
 import gzip
+import re
 import socket
 import threading
 import time
@@ -28,7 +29,8 @@ PAGES = {
     "good": [HEAD + PAGE],
     "head_apart": [HEAD, PAGE],
     "head_in_two": [HEAD[:30], HEAD[30:] + PAGE],
-    "in_pieces": [OK + b"Vary: Cookie\r\n" + LENGTH + b"\r\n" + PAGE[:10], *[PAGE[i:i + 700] for i in range(10, len(PAGE), 700)]],
+    "in_pieces": [OK + b"Vary: Cookie\r\n" + LENGTH + b"\r\n" + PAGE[:10],
+                  *[PAGE[i:i + 700] for i in range(10, len(PAGE), 700)]],
     "chunked": [CHUNKED + b"\r\n", *chunks(PAGE)],
     "chunked_at_once": [CHUNKED + b"\r\n" + b"".join(chunks(PAGE))],
     "no_length": [OK + b"\r\n" + PAGE],
@@ -37,11 +39,12 @@ PAGES = {
     "compressed": [OK + b"Content-Encoding: gzip\r\nContent-Length: %d\r\n\r\n" % len(GZIPPED) + GZIPPED],
     "compressed_in_chunks": [CHUNKED + b"Content-Encoding: gzip\r\n\r\n", *chunks(GZIPPED, 100)],
     "long_head": [OK + b"X-Policy: " + b"p" * 1200 + b"\r\n" + LENGTH + b"\r\n" + PAGE],
-    "head_of_8_kb": [OK + b"".join(b"X-Policy-%d: %s\r\n" % (i, b"p" * 400) for i in range(20)) + LENGTH + b"\r\n" + PAGE],
+    "head_of_8_kb": [OK + b"".join(b"X-Policy-%d: %s\r\n" % (i, b"p" * 400) for i in range(20)) + LENGTH + b"\r\n" +
+                     PAGE],
     "many_headers": [OK + b"X-A: 1\r\n" * 50 + LENGTH + b"\r\n" + PAGE],
     "cookies": [OK + b"Set-Cookie: a=%s\r\nVary: *\r\n" % (b"c" * 900) + LENGTH + b"\r\n" + PAGE],
     "redirect": [b"HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1/good?type=1&id=1\r\nContent-Length: 0\r\n\r\n"],
-    "redirect_to_itself": [b"HTTP/1.1 301 Moved\r\nLocation: https://h/redirect_to_itself\r\nContent-Length: 0\r\n\r\n"],
+    "redirect_to_itself": [b"HTTP/1.1 301 No\r\nLocation: https://h/redirect_to_itself\r\nContent-Length: 0\r\n\r\n"],
     "of_20_mb": [OK + b"Content-Length: 20971520\r\n\r\n" + b"<a>" + b"x" * (20971520 - 7) + b"</a>"],
     "interim": [b"HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n", HEAD + PAGE],
     "empty": [OK + b"Content-Length: 0\r\n\r\n"],
@@ -60,7 +63,8 @@ VERDICTS = {
     "overlong": refusal(b"X-Error-Message: %s\r\nX-Server-Timestamp: %s\r\nX-Error-Code: 906\r\n" %
                         (b"m" * 300, b"t" * 300)),
     "names_in_the_message": refusal(b"X-Error-Message: no X-Error-Code: 7\r\nX-Error-Code: 8\r\n"),
-    "utf8": refusal(b"X-Error-Code: 17\r\nX-Error-Message: %s\r\n" % "a%C3%BC=FC \u00c3\u00bc 日本 \u0416\U0001f600".encode()),
+    "utf8": refusal(b"X-Error-Code: 17\r\nX-Error-Message: %s\r\n" %
+                    "a%C3%BC=FC \u00c3\u00bc 日本 \u0416\U0001f600".encode()),
     "windows_1252": refusal(b"X-Error-Code: 17\r\nX-Error-Message: %s\r\n" % "Grüße, 5 €".encode("cp1252")),
     "html": refusal(b"Content-Type: text/html\r\n", b"<html>" + b"x" * 2000),
     "short_html": refusal(b"Content-Type: text/html\r\n", b"<html>closed today</html>"),
@@ -115,8 +119,8 @@ class AwkwardShop:
                 return b""
             request += piece
         head, body = request.split(b"\r\n\r\n", 1)
-        length = [int(line.split(b":")[1]) for line in head.lower().split(b"\r\n") if line.startswith(b"content-length:")]
-        while length and len(body) < length[0]:
+        length = re.search(rb"(?i)\r\ncontent-length: *(\d+)", head)
+        while length and len(body) < int(length[1]):
             body += connection.recv(65536)
         return head + b"\r\n\r\n" + body
 

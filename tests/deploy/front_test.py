@@ -4,6 +4,7 @@ import os
 import shutil
 import socket
 import struct
+import subprocess
 import sys
 import tempfile
 import threading
@@ -16,7 +17,7 @@ from unittest import mock
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools/demo"))
 import engines
 from awkward_shop import PAGE, PAGES, VERDICTS, AwkwardShop
-from caller import Caller
+from caller import BUILD, Caller
 
 FLAVOURS = os.environ["PAVONIX_FLAVOURS"].split(",")
 PROFILE = Path(__file__).resolve().parents[1] / "data/device.profile"
@@ -133,6 +134,14 @@ class FrontTest(unittest.TestCase):
                 self.assertEqual((seen[0], record and tuple(seen[1])), (status, record))
                 self.assertEqual(len(self.shop.requests), 1, "asked once and not again")
 
+    def test_verdict_of_the_doctor(self):
+        port = self.varnish()
+        for name in ("head_apart", "chunked", "long_head"):
+            command = [BUILD / "linux/pavonix", "doctor", "--tries", "2", f"http://127.0.0.1/{name}", "--port"]
+            verdicts = [subprocess.run([*command, str(place)], capture_output=True).returncode
+                        for place in (self.shop.port, port)]
+            self.assertEqual(verdicts, [8, 0], name)
+
     def test_every_letter_of_the_code_page(self):
         letters = "".join(bytes([i]).decode("cp1252", "ignore") for i in range(0x20, 0x100) if i != 0x7F)
         VERDICTS["letters"] = [b"HTTP/1.1 403 No\r\nX-Error-Code: 1\r\nX-Error-Message: %s\r\nContent-Length: 0\r\n\r\n"
@@ -149,7 +158,8 @@ class FrontTest(unittest.TestCase):
             connection.sendall(b"\r\n")
             connection.sendall(b"GET /in_pieces HTTP/1.1\r\nHost: h\r\n\r\n")
             self.assertTrue(connection.recv(65536).endswith(PAGE))
-            segments = struct.unpack_from("=I", connection.getsockopt(socket.IPPROTO_TCP, socket.TCP_INFO, 232), DATA_SEGMENTS_IN)
+            state = connection.getsockopt(socket.IPPROTO_TCP, socket.TCP_INFO, 232)
+            segments = struct.unpack_from("=I", state, DATA_SEGMENTS_IN)
             self.assertEqual(segments, (2,), "one for each reply")
 
     def test_pages_outlive_the_shop(self):

@@ -1,4 +1,4 @@
-"""The whole path, Varnish to PostgreSQL: purchases while parts of it are killed, and what a device gets when one is down."""
+"""The whole path, Varnish to PostgreSQL: purchases while parts are killed, and what a device gets when one is down."""
 
 import os
 import sys
@@ -10,7 +10,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools/demo"))
 import engines
 from caller import Caller
-from scaled_shop import BUY, TYPE, Rush, ScaledShop, audit, replay
+from scaled_shop import BUY, TYPE, Rush, ScaledShop, audit, examine, replay
 
 FLAVOURS = os.environ["PAVONIX_FLAVOURS"].split(",")
 FAILED = (503, 999, " The shop failed or cannot be reached, try again without force")
@@ -53,6 +53,7 @@ class ScaleTest(unittest.TestCase):
             servers(engines.Engine.start)
 
         self.assertEqual(page(1), 200)
+        self.assertEqual(examine(shop).returncode, 0)
         stranger = engines.Authority(shop.folder, "stranger")
         faults = [("application", lambda: servers(engines.Engine.kill), lambda: servers(engines.Engine.start)),
                   ("database", shop.database.stop, shop.database.start),

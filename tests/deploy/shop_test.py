@@ -21,11 +21,11 @@ LIST = "/shop/list?type={}&category={}&sort={}&start={}&max={}"
 FORM = "application/x-www-form-urlencoded"
 
 CATALOGUE = [LIST.format(*values) for values in (
-    (1, 0, 0, 0, 100), (1, 0, 1, 2, 3), (3, 0, 2, 0, 9), (2, 2, 3, 0, 9), (2, 0, 4, 1, 2), (3, 0, 0, 7, 5), (9, 0, 0, 0, 1),
-    (1, 9, 0, 0, 1), (1, 0, 5, 0, 1), (1, 0, -1, 0, 1), (1, 0, 0, 0, 0), (1, 0, 0, 0, 101), (1, 0, 0, 2**31, 1),
+    (1, 0, 0, 0, 100), (1, 0, 1, 2, 3), (3, 0, 2, 0, 9), (2, 2, 3, 0, 9), (2, 0, 4, 1, 2), (3, 0, 0, 7, 5),
+    (9, 0, 0, 0, 1), (1, 9, 0, 0, 1), (1, 0, 5, 0, 1), (1, 0, -1, 0, 1), (1, 0, 0, 0, 0), (1, 0, 0, 0, 101), (1, 0, 0, 2**31, 1),
     (1, 0, 0, "", 1), (1, 0, 0, "1x", 1), (1, 0, 0, "%31%", 1), ("%31", 0, 0, 0, 1), (1, 0, 0, 0, "1&max=1"))] + [
     "/shop/good?type=3&id=5", "/shop/good?id=5&type=3", "/shop/good?type=2&id=5", "/shop/good?type=1&id=99",
-    "/shop/good?type=1", "/shop/good?type=1&id=1&x=1", "/shop/good", "/shop/goods?type=1&id=1", "/", "/shop/buy"]
+    "/shop/good?type=1", "/shop/good?type=1&id=1&x=1", "/shop/good", "/shop/goods?type=1&id=1", "/shop", "/shop/buy"]
 
 
 class ShopApplicationTest(ShopTest):
@@ -33,8 +33,8 @@ class ShopApplicationTest(ShopTest):
         super().setUp()
         key = Path(self.folder, "device.pub")
         key.write_text(KEY.public_xml())
-        done = run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "PX-1", "--user-id",
-                   "42", "--public-key", str(key), "--balance", "1000")
+        done = run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "PX-1",
+                   "--user-id", "42", "--public-key", str(key), "--balance", "1000")
         self.assertEqual(done.returncode, 0, done.stderr)
         self.databases = {"sqlite": Path(self.folder, "copy.db"), "postgresql": self.enterContext(
             engines.PostgreSQL(self.folder)).url}
@@ -84,8 +84,8 @@ class ShopApplicationTest(ShopTest):
             (904, self.buy(User_ID="43")), (905, self.buy("*" * 172)), (905, self.buy(User_Cert="")),
             (905, self.buy(Key().token(time_text()))), (905, self.buy(KEY.token("hello"))),
             (906, self.buy(KEY.token(time_text(310)))), (906, self.buy(KEY.token(time_text(-310)))),
-            (200, self.buy(KEY.token(time_text(-290)), "type=1&id=9&force=0")), (913, self.buy(Content_Type="text/plain")),
-            (912, self.buy(good="x" * 17000)),
+            (200, self.buy(KEY.token(time_text(-290)), "type=1&id=9&force=0")),
+            (913, self.buy(Content_Type="text/plain")), (912, self.buy(good="x" * 17000)),
         ]
         for code, request in table:
             with self.subTest(code, form=request[3][:30], headers=request[2]):

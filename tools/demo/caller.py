@@ -72,4 +72,5 @@ class Caller:
         """Answers what the library returned, and the record."""
         status, record = self._call("buy", *type_id, int(force), _wide(url), port)
         record = bytes.fromhex(record)
-        return int(status), Record(struct.unpack_from("<i", record, 8)[0], _wide_text(record, 12), _wide_text(record, 524))
+        code = struct.unpack_from("<i", record, 8)[0]
+        return int(status), Record(code, _wide_text(record, 12), _wide_text(record, 524))

@@ -41,8 +41,8 @@ def listens(port):
 
 
 class Engine:
-    """One process in a group of its own, so that its children end with it. Its output goes to NAME.log. It is up when it
-    listens at its port, if it has one."""
+    """One process in a group of its own, so that its children end with it. Its output goes to NAME.log. It is up when
+    it listens at its port, if it has one."""
 
     def __init__(self, folder, name, command, port, **options):
         self.name, self.command, self.port, self.options = name, command, port, options
@@ -98,9 +98,9 @@ def front(folder, shop_port, page_seconds=10):
     (home / "backend.vcl").write_text(f'backend shop {{ .host = "127.0.0.1"; .port = "{shop_port}"; }}\n')
     main = (DEPLOY / "front/pavonix.vcl").read_text()
     (home / "main.vcl").write_text(main.replace("= 10s;", f"= {page_seconds}s;"))
-    return Engine(folder, "varnish", ["varnishd", "-F", "-j", "none", "-n", str(home / "run"), "-a", f"127.0.0.1:{port}",
-                                      "-p", f"vcl_path={home}:{DEPLOY / 'front'}", "-f", "main.vcl",
-                                      "-s", "malloc,128m"], port)
+    command = ["varnishd", "-F", "-j", "none", "-n", str(home / "run"), "-a", f"127.0.0.1:{port}",
+               "-p", f"vcl_path={home}:{DEPLOY / 'front'}", "-f", "main.vcl", "-s", "malloc,128m"]
+    return Engine(folder, "varnish", command, port)
 
 
 def nginx_front(folder, shop_port):
@@ -166,7 +166,8 @@ class PostgreSQL:
             shutil.chown(self.home, "postgres")
             Path(folder).chmod(0o755)
         self.url = f"postgresql:///postgres?host={self.home}&user=shop"
-        self._run("initdb", "--auth=trust", "--username=shop", "--encoding=UTF8", "--locale=C.UTF-8", "--no-sync", "data")
+        self._run("initdb", "--auth=trust", "--username=shop", "--encoding=UTF8", "--locale=C.UTF-8", "--no-sync",
+                  "data")
         self._control("start")
 
     def _run(self, program, *words):

@@ -9,7 +9,7 @@ from collections import Counter
 from pathlib import Path
 
 from caller import Caller
-from scaled_shop import ScaledShop, Rush, audit, replay
+from scaled_shop import Rush, ScaledShop, audit, examine, replay
 
 
 def step(words):
@@ -36,8 +36,8 @@ def trouble(words, *actions):
 def tell(rush, seconds):
     answers = Counter(status for told in rush.told.values() for status in told)
     again = answers.total() - len(rush.told)
-    print(f"   {len(rush.told)} purchases in {seconds:.1f} s: {answers[200]} answered with 200, {answers[908]} found to be "
-          f"sold when the device asked again; {again} answers were lost or were errors, and were asked for again")
+    print(f"   {len(rush.told)} purchases in {seconds:.1f} s: {answers[200]} answered with 200, {answers[908]} found to "
+          f"be sold when the device asked again; {again} answers were lost or were errors, and were asked for again")
 
 
 def main(flavour="linux"):
@@ -45,8 +45,10 @@ def main(flavour="linux"):
         Path(folder).chmod(0o755)
         step("1. PostgreSQL, two application servers, HAProxy with TLS to them, Varnish in front; 20 devices")
         with ScaledShop(folder, 20, 25) as shop:
-            step("2. A device reads a page of the catalogue")
+            step("2. A device reads a page of the catalogue, and the doctor examines the front")
             good = browse(shop, flavour)
+            verdict = examine(shop)
+            print(f"   pavonix doctor: {verdict.stdout.splitlines()[-1]}")
             step("3. 20 devices buy 25 goods each, and the shop has a bad day")
             one, two = shop.servers
             rush, start = Rush(shop, [flavour]), time.monotonic()
@@ -61,7 +63,7 @@ def main(flavour="linux"):
             count, accepted = replay(shop)
             print("   " + ("\n   ".join(accepted) or f"{count} tokens: each refused"))
             step("6. Everything stops")
-    return 0 if good and not wrong and not accepted else 1
+    return 0 if good and verdict.returncode == 0 and not wrong and not accepted else 1
 
 
 if __name__ == "__main__":
