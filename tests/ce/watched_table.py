@@ -11,7 +11,7 @@ import sys
 import tempfile
 
 PAGE = 4096
-DEEPEST = 16 * 1024  # of the 56 KB that a thread has
+DEEPEST = 8 * 1024  # of the 56 KB that a thread has
 
 
 def main():
