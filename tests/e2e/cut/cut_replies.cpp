@@ -1,9 +1,9 @@
 // Every reply of the table, ended by the server at each of its first bytes: what
 // is returned, what is stored and what the record holds. The library runs in this
 // process, with scripted sockets in front of it.
-#include "cut/reply_model.h"
 #include "driver/record_bytes.h"
 #include "driver/tree.h"
+#include "model/reply_model.h"
 #include "rows/rows.h"
 #include "support/sandbox.h"
 #include "support/tap.h"
@@ -13,8 +13,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <iconv.h>
 #include <memory>
+#include <numeric>
 #include <set>
 
 namespace pavonix::e2e {
@@ -30,49 +30,8 @@ constexpr std::size_t kDeepestCut = 1100;
 
 std::string ExpectedFile(const Receptions &receptions)
 {
-    const ReplyModel reply(receptions);
-    const std::size_t wanted = reply.announced == 0 ? reply.behind.size() : reply.announced;
-    std::string file = reply.behind.substr(0, wanted);
-    for (std::size_t i = 1; i < receptions.size() && file.size() < wanted; ++i) {
-        file += receptions[i];
-    }
-    return file;
-}
-
-std::u16string Wide(const std::string &text)
-{
-    std::string bytes = text.c_str(); // up to the first NUL
-    std::u16string units(bytes.size(), u'\0');
-    char *from = bytes.data(), *to = reinterpret_cast<char *>(units.data());
-    std::size_t left = bytes.size(), room = 2 * units.size();
-    const iconv_t conversion = iconv_open("UTF-16LE", "CP1252");
-    iconv(conversion, &from, &left, &to, &room);
-    iconv_close(conversion);
-    return units;
-}
-
-// An error value is looked for in all that came with the head, the body too.
-Record ExpectedRecord(const ReplyModel &reply)
-{
-    if (reply.status == PAVONIX_OK) {
-        return {};
-    }
-    const bool announcesLess = reply.announced != 0 && reply.announced < reply.behind.size();
-    const std::string body = announcesLess ? reply.behind.substr(0, reply.announced) : reply.behind;
-    const std::string text = (reply.head + body).c_str();
-    Record record;
-    record.errorCode = std::atoi(ReplyModel::Value(text, "X-Error-Code").value_or("0").c_str());
-    if (const auto message = ReplyModel::Value(text, "X-Error-Message")) {
-        record.message = Wide(*message);
-    }
-    const auto timestamp = ReplyModel::Value(text, "X-Server-Timestamp");
-    if (record.errorCode == 906 && timestamp) {
-        record.timestamp = Wide(*timestamp);
-    }
-    if (record.errorCode == 0) {
-        record.body = Wide(body);
-    }
-    return record;
+    const Receptions writes = BodyWrites(receptions);
+    return std::accumulate(writes.begin(), writes.end(), std::string());
 }
 
 class CutReplies : public testing::TestWithParam<Scenario> {
@@ -139,7 +98,7 @@ TEST_P(CutPurchases, ReportWhatArrived)
         const ReplyModel reply(receptions);
         EXPECT_EQ(reply.status, result);
         const std::string found(reinterpret_cast<const char *>(record.get()), sizeof *record);
-        EXPECT_EQ("", RecordDifference(ExpectedRecord(reply), found));
+        EXPECT_EQ("", RecordDifference(reply.Verdict(), found));
     });
 }
 

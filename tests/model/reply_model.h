@@ -1,6 +1,8 @@
 // A second reading of the rules by which a reply is taken apart, for comparison.
 #pragma once
 
+#include "driver/scenario.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -24,6 +26,15 @@ struct ReplyModel {
 
     // The value of a header, looked for in this text; nullopt when there is none.
     static std::optional<std::string> Value(const std::string &text, const std::string &name);
+
+    // What a purchase leaves in its record.
+    Record Verdict() const;
 };
+
+// What a download writes, write by write.
+Receptions BodyWrites(const Receptions &receptions);
+
+// The number at the start of a text, 0 for none, limited to 32 bits.
+int NumberOf(const std::string &text);
 
 } // namespace pavonix::e2e
