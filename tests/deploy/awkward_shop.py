@@ -27,6 +27,7 @@ def refusal(headers, body=b"no", length=b"Content-Length"):
 
 PAGES = {
     "good": [HEAD + PAGE],
+    "health": [HEAD + PAGE],
     "head_apart": [HEAD, PAGE],
     "head_in_two": [HEAD[:30], HEAD[30:] + PAGE],
     "in_pieces": [OK + b"Vary: Cookie\r\n" + LENGTH + b"\r\n" + PAGE[:10],
@@ -75,10 +76,10 @@ VERDICTS = {
 
 
 class AwkwardShop:
-    """Serves until the with statement ends. requests holds what came, as bytes."""
+    """Serves until the with statement ends, with TLS when it is given a context. requests holds what came, as bytes."""
 
-    def __init__(self):
-        self.port, self.requests = 0, []
+    def __init__(self, context=None):
+        self.port, self.requests, self.context = 0, [], context
         self.start()
 
     def start(self):
@@ -127,6 +128,8 @@ class AwkwardShop:
     def _serve(self, connection):
         """Keeps the connection open, as every server of today, unless its end is the end of the reply."""
         try:
+            if self.context:
+                connection = self.context.wrap_socket(connection, server_side=True)
             with connection:
                 connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
                 while request := self._read_request(connection):

@@ -3,6 +3,7 @@
 import os
 import shutil
 import socket
+import ssl
 import struct
 import subprocess
 import sys
@@ -175,6 +176,25 @@ class FrontTest(unittest.TestCase):
         self.shop.start()
         engines.wait_until(lambda: self.download(device, port, "head_apart") == "right", "the shop's page")
         self.assertEqual(device.buy("http://127.0.0.1/sold", port, (1, 1))[0], 200)
+
+    def test_the_balancer_repeats_pages_and_no_purchase(self):
+        authority = engines.Authority(self.folder)
+        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        context.load_cert_chain(*authority.sign("server"))
+        shops = [self.enterContext(AwkwardShop(context)) for _ in range(2)]
+        balancer = self.enterContext(engines.balancer(self.folder, [shop.port for shop in shops], authority))
+        port, device = self.enterContext(engines.front(self.folder, balancer.port)).port, self.device()
+        engines.wait_until(lambda: self.download(device, port, "good") == "right", "the servers")
+
+        def asked(method):
+            start = method + b" /no_words"
+            return [request for shop in shops for request in shop.requests if request.startswith(start)]
+
+        status, record = device.buy("http://127.0.0.1/no_words", port, (1, 1))
+        self.assertIn(status, (502, 503))  # as HAProxy says so, or only hangs up
+        self.assertEqual((tuple(record), len(asked(b"POST"))), (FAILED, 1))
+        self.assertEqual(self.download(device, port, "no_words"), "503")
+        self.assertGreater(len(asked(b"GET")), 1)
 
     def check_old_page(self, device, port):
         for _ in range(3):

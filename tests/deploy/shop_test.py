@@ -25,7 +25,8 @@ CATALOGUE = [LIST.format(*values) for values in (
     (9, 0, 0, 0, 1), (1, 9, 0, 0, 1), (1, 0, 5, 0, 1), (1, 0, -1, 0, 1), (1, 0, 0, 0, 0), (1, 0, 0, 0, 101), (1, 0, 0, 2**31, 1),
     (1, 0, 0, "", 1), (1, 0, 0, "1x", 1), (1, 0, 0, "%31%", 1), ("%31", 0, 0, 0, 1), (1, 0, 0, 0, "1&max=1"))] + [
     "/shop/good?type=3&id=5", "/shop/good?id=5&type=3", "/shop/good?type=2&id=5", "/shop/good?type=1&id=99",
-    "/shop/good?type=1", "/shop/good?type=1&id=1&x=1", "/shop/good", "/shop/goods?type=1&id=1", "/shop", "/shop/buy"]
+    "/shop/good?type=1", "/shop/good?type=1&id=1&x=1", "/shop/good", "/shop/goods?type=1&id=1", "/shop",
+    "/shop/buy"]
 
 
 class ShopApplicationTest(ShopTest):
