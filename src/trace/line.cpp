@@ -93,7 +93,7 @@ void Line::Escape(char kind, unsigned value, int digits)
     for (int i = 0; i < digits; ++i) {
         text[2 + i] = kDigits[(value >> (4 * (digits - 1 - i))) & 15];
     }
-    Write(text, static_cast<std::size_t>(2 + digits));
+    Write(text, 2 + static_cast<std::size_t>(digits));
 }
 
 Line &Line::Bytes(const char *bytes, std::size_t count)
