@@ -6,6 +6,8 @@ include(CMakePackageConfigHelpers)
 set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/Pavonix)
 install(TARGETS pavonix EXPORT PavonixTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
+# not for linking: the client loads it by itself
+install(TARGETS pavonix_trace LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/pavonix COMPONENT tools)
 install(FILES ${PROJECT_SOURCE_DIR}/include/pavonix/pavonix.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/pavonix COMPONENT development)
 
@@ -26,3 +28,11 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/pavonix COMPONENT development PATTERN __pycache__ EXCLUDE)
 install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/pavonix COMPONENT library)
 install(TARGETS pavonix-cli pavonix-shop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+file(GLOB man_pages ${PROJECT_SOURCE_DIR}/docs/man/*.1)
+install(FILES ${man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/man/pavonix.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+# the completion is looked up by the name of the command
+foreach(program pavonix pavonix-shop)
+  install(FILES ${PROJECT_SOURCE_DIR}/tools/completion/pavonix.bash RENAME ${program}
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+endforeach()

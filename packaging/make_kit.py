@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
 """Makes the kit under build/kit/: archives, the cabinet, Debian packages, the source, checksums and the SPDX list.
 
-Usage: make_kit.py
+Usage: make_kit.py [--without-debian] [FOLDER]
+FOLDER, build/kit by default, is made anew. --without-debian leaves out the packages, which are a build of their own.
 The DLLs stand in build/ already. The same commit gives the same bytes: every time is that of the commit.
 """
 
+import argparse
 import glob
 import gzip
 import hashlib
@@ -22,7 +24,6 @@ from pages import Links, is_outside, render
 from spdx import document
 
 SOURCE = pathlib.Path(__file__).resolve().parents[1]
-KIT = SOURCE / "build/kit"
 VERSION = re.search(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[1]
 
 
@@ -46,63 +47,73 @@ def place_pages(places):
     return files | {place: text.encode() for place, text in made.items()}
 
 
-def write_zip(name, files, epoch):
+def write_zip(kit, name, files, epoch):
     moment = time.gmtime(epoch)[:6]
-    with zipfile.ZipFile(KIT / f"{name}.zip", "w", zipfile.ZIP_DEFLATED) as archive:
+    with zipfile.ZipFile(kit / f"{name}.zip", "w", zipfile.ZIP_DEFLATED) as archive:
         for place in sorted(files):
             entry = zipfile.ZipInfo(f"{name}/{place}", moment)
             entry.compress_type, entry.external_attr = zipfile.ZIP_DEFLATED, 0o644 << 16
             archive.writestr(entry, files[place])
 
 
-def make_archives(epoch):
+def make_archives(kit, epoch):
     for flavour, places in ARCHIVES.items():
         files = {place: (SOURCE / origin).read_bytes() for place, origin in places.items()}
-        write_zip(f"pavonix-{VERSION}-{flavour}", files | place_pages(places), epoch)
+        write_zip(kit, f"pavonix-{VERSION}-{flavour}", files | place_pages(places), epoch)
 
 
-def make_source(epoch):
-    """The source archive; answers the folder it unpacks to."""
+def make_source(kit, epoch):
+    """Makes the source archive; answers it before it was packed."""
     name = f"pavonix-{VERSION}"
     tar = git("archive", "--format=tar", f"--prefix={name}/", "HEAD")
-    with open(KIT / f"{name}.tar.gz", "wb") as target:
+    with open(kit / f"{name}.tar.gz", "wb") as target:
         with gzip.GzipFile("", "wb", 9, target, mtime=epoch) as packed:
             packed.write(tar)
-    work = KIT / "work"
-    shutil.rmtree(work, ignore_errors=True)
+    return tar
+
+
+def make_debian_packages(kit, tar, epoch):
+    work = kit / "work"
     work.mkdir()
     subprocess.run(["tar", "-x", "-C", work], input=tar, check=True)
-    return work / name
-
-
-def make_debian_packages(tree, epoch):
+    tree = work / f"pavonix-{VERSION}"
     shutil.copytree(tree / "packaging/debian", tree / "debian")
     date = time.strftime("%a, %d %b %Y %H:%M:%S +0000", time.gmtime(epoch))
     (tree / "debian/changelog").write_text(
         f"pavonix ({VERSION}) unstable; urgency=medium\n\n  * Version {VERSION}: see CHANGELOG.md.\n\n"
         f" -- The Pavonix authors <maintainers@pavonix.example>  {date}\n")
-    with open(KIT / "work/debian.log", "wb") as log:
-        subprocess.run(["dpkg-buildpackage", "-b", "-uc", "-us", "-d"], cwd=tree, check=True, stdout=log,
-                       stderr=subprocess.STDOUT, env={**os.environ, "DEB_BUILD_OPTIONS": "noautodbgsym"})
-    for package in KIT.glob("work/*.deb"):
-        shutil.move(package, KIT / package.name)
+    subprocess.run(["dpkg-buildpackage", "-b", "-uc", "-us"], cwd=tree, check=True,
+                   env={**os.environ, "DEB_BUILD_OPTIONS": "noautodbgsym"})
+    for package in work.glob("*.deb"):
+        shutil.move(package, kit / package.name)
+    shutil.rmtree(work)
+
+
+def write_lists(kit, epoch):
+    names = sorted(path.name for path in kit.iterdir())
+    (kit / f"pavonix-{VERSION}.spdx").write_text(document(VERSION, epoch, {name: kit / name for name in names}))
+    names.append(f"pavonix-{VERSION}.spdx")
+    sums = [f"{hashlib.sha256((kit / name).read_bytes()).hexdigest()}  {name}\n" for name in sorted(names)]
+    (kit / "SHA256SUMS").write_text("".join(sums))
 
 
 def main():
-    shutil.rmtree(KIT, ignore_errors=True)
-    KIT.mkdir(parents=True)
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--without-debian", action="store_true")
+    parser.add_argument("folder", nargs="?", type=pathlib.Path, default=SOURCE / "build/kit")
+    options = parser.parse_args()
+    kit = options.folder
+    shutil.rmtree(kit, ignore_errors=True)
+    kit.mkdir(parents=True)
     epoch = int(git("log", "-1", "--format=%ct"))
     os.environ["SOURCE_DATE_EPOCH"] = str(epoch)
-    make_archives(epoch)
-    make_cab(KIT / f"pavonix-{VERSION}-ce-armv4.cab", SOURCE / "build/ce-armv4/PAVONIX.dll",
+    make_archives(kit, epoch)
+    make_cab(kit / f"pavonix-{VERSION}-ce-armv4.cab", SOURCE / "build/ce-armv4/PAVONIX.dll",
              [SOURCE / origin for origin in LICENCES.values()])
-    make_debian_packages(make_source(epoch), epoch)
-    shutil.rmtree(KIT / "work")
-    names = sorted(path.name for path in KIT.iterdir())
-    (KIT / f"pavonix-{VERSION}.spdx").write_text(document(VERSION, epoch, {name: KIT / name for name in names}))
-    names.append(f"pavonix-{VERSION}.spdx")
-    sums = [f"{hashlib.sha256((KIT / name).read_bytes()).hexdigest()}  {name}\n" for name in sorted(names)]
-    (KIT / "SHA256SUMS").write_text("".join(sums))
+    tar = make_source(kit, epoch)
+    if not options.without_debian:
+        make_debian_packages(kit, tar, epoch)
+    write_lists(kit, epoch)
 
 
 if __name__ == "__main__":

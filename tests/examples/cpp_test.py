@@ -4,7 +4,7 @@ import os
 import subprocess
 import unittest
 
-from scripted_shop import SOURCE, ExampleTest, reply, run
+from scripted_shop import ORIGIN, SOURCE, ExampleTest, reply, run
 
 
 class CppTest(ExampleTest):
@@ -13,7 +13,7 @@ class CppTest(ExampleTest):
         for machine in ("i686", "x86_64"):
             self.assertEqual(run(f"{machine}-w64-mingw32-g++", "-std=c++98", "-pedantic-errors", "-Wall", "-Wextra",
                                  "-Wshadow", "-Werror", "-Wno-cast-function-type", "-municode", "-static",
-                                 "-I", SOURCE / "include", SOURCE / "examples/cpp/shop.cpp", "-o", program, "-lws2_32"),
+                                 "-I", ORIGIN / "include", ORIGIN / "examples/cpp/shop.cpp", "-o", program, "-lws2_32"),
                              (0, []))
         page = b"<goods>" + b"x" * 5000 + b"</goods>"
         refusal = reply("403 Forbidden", b"<error/>", X_Error_Code="906", X_Error_Message="The clock is off",
@@ -32,8 +32,8 @@ class CppTest(ExampleTest):
 
     def test_keeps_the_winsock_of_its_application(self):
         program = self.folder / "own_winsock.exe"
-        self.assertEqual(run("x86_64-w64-mingw32-g++", "-municode", "-static", "-I", SOURCE / "include",
-                             "-I", SOURCE / "examples/cpp", SOURCE / "tests/examples/own_winsock.cpp", "-o", program,
+        self.assertEqual(run("x86_64-w64-mingw32-g++", "-municode", "-static", "-I", ORIGIN / "include",
+                             "-I", ORIGIN / "examples/cpp", SOURCE / "tests/examples/own_winsock.cpp", "-o", program,
                              "-lws2_32"), (0, []))
         self.assertEqual(run(os.environ["WINE64"], program, os.environ["PAVONIX_WINDOWS_DLL"], cwd=self.folder,
                              stderr=subprocess.DEVNULL), (0, []))

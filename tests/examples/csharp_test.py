@@ -2,14 +2,14 @@
 
 import unittest
 
-from scripted_shop import SOURCE, PROGRAMS, ExampleTest, reply, run
+from scripted_shop import ORIGIN, PROGRAMS, ExampleTest, reply, run
 
 
 class CsharpTest(ExampleTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.sources = [SOURCE / "examples/csharp" / name for name in ("PavonixClient.cs", "Shop.cs")]
+        cls.sources = [ORIGIN / "examples/csharp" / name for name in ("PavonixClient.cs", "Shop.cs")]
 
     def shop(self, *replies):
         """Compiles the example as its oldest readers would, and runs it; answers its exit code and its lines."""

@@ -10,6 +10,8 @@ import threading
 import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
+# where the examples and the header are taken from: the source, or an unpacked kit
+ORIGIN = pathlib.Path(os.environ.get("PAVONIX_ORIGIN", SOURCE))
 PROGRAMS = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
 
 

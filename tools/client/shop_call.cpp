@@ -37,7 +37,9 @@ void ShopCall::AddOptions(CLI::App &command)
     command.add_option("--timeout", seconds, "Give up after so many seconds; the library itself waits for ever")
         ->envname("PAVONIX_TIMEOUT")
         ->check(CLI::Range(0.001, kLongestTimeOut));
-    command.add_option("--library", library, "The library to load; without it libpavonix.so beside this program, or the installed one")
+    command
+        .add_option("--library", library,
+                    "The library to load; without it the one beside this program or installed with it")
         ->envname("PAVONIX_LIBRARY");
     command.add_flag("--trace", trace, "Load libpavonix-trace.so instead and show the trace that it writes");
     command.add_flag("--json", json, "Answer with one JSON object");

@@ -10,12 +10,22 @@ namespace client {
 
 namespace {
 
-// Beside this program, as in the build folder, or else where the system looks.
-std::string OwnLibrary(bool tracing)
+// Beside this program, as in a build folder, or where both were installed; else
+// the loader looks for the name.
+std::string FindLibrary(bool tracing)
 {
-    const char *name = tracing ? "libpavonix-trace.so" : "libpavonix.so";
-    const std::filesystem::path beside = std::filesystem::read_symlink("/proc/self/exe").replace_filename(name);
-    return std::filesystem::exists(beside) ? beside.string() : tracing ? name : "libpavonix.so.1";
+    const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const std::filesystem::path installed = folder / CLIENT_TO_LIBRARIES;
+    const std::filesystem::path places[] = {
+        folder / (tracing ? "libpavonix-trace.so" : "libpavonix.so"),
+        installed / (tracing ? "pavonix/libpavonix-trace.so" : "libpavonix.so.1"),
+    };
+    for (const std::filesystem::path &place : places) {
+        if (std::filesystem::exists(place)) {
+            return place.string();
+        }
+    }
+    return tracing ? "libpavonix-trace.so" : "libpavonix.so.1";
 }
 
 template <class Function>
@@ -30,7 +40,7 @@ void Find(void *handle, const char *name, Function *function)
 } // namespace
 
 ShopLibrary::ShopLibrary(const std::string &file, bool tracing)
-    : handle_(dlopen(file.empty() ? OwnLibrary(tracing).c_str() : file.c_str(), RTLD_NOW | RTLD_LOCAL))
+    : handle_(dlopen((file.empty() ? FindLibrary(tracing) : file).c_str(), RTLD_NOW | RTLD_LOCAL))
 {
     if (handle_ == nullptr) {
         throw Failure(ExitCode::kLocalFailure, dlerror());

@@ -9,8 +9,8 @@ namespace client {
 
 class ShopLibrary {
 public:
-    // file: the library; empty for the one beside this program or, if there is none, the
-    // installed one; the tracing one if `tracing`. Throws Failure(kLocalFailure) when it cannot be loaded or lacks an
+    // file: the library; empty for the one beside this program or installed with it,
+    // the tracing one if `tracing`. Throws Failure(kLocalFailure) when it cannot be loaded or lacks an
     // export.
     explicit ShopLibrary(const std::string &file, bool tracing = false);
     ~ShopLibrary();

@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# check_debian.sh KIT (as root): tries the Debian packages of a kit. lintian reads them; then they are installed over
+# this system in a layer of its own, used as other projects use them, and removed; nothing of it stays here.
+set -euo pipefail
+
+check_hardening() { # FILE...: what Debian's flags bring
+  local file
+  for file in "$@"; do
+    readelf -dW "$file" | grep -qE 'BIND_NOW|FLAGS_1.*NOW' || { echo "$file: symbols are bound late"; exit 1; }
+    readelf -lW "$file" | grep -q GNU_RELRO || { echo "$file: relocations stay writable"; exit 1; }
+    nm -D --undefined-only "$file" | grep -q __stack_chk_fail || { echo "$file: no stack protector"; exit 1; }
+    nm -D --undefined-only "$file" | grep -qE '_chk(@|$)' || echo "$file: no fortified call"
+  done
+}
+
+use_them() { # inside the layer
+  local version
+  version=$(dpkg-deb --field /kit/libpavonix1_*.deb Version)
+  dpkg -i /kit/*.deb
+  [ "$(pkg-config --modversion pavonix)" = "$version" ]
+  [ "$(pavonix --version)" = "pavonix $version" ]
+  man -w pavonix pavonix-shop 3 pavonix
+
+  cd /kit
+  printf '%s\n' '#include <pavonix/pavonix.h>' '#include <stdio.h>' 'int main(void)' '{' \
+    '    OneGoodRequest good = {0, 0, 1, 7};' \
+    '    printf("%s %d\n", PAVONIX_VERSION, GetOneGoodXml(L"none", &good, L"none", 1, L"https://h/x", 1));' \
+    '    return 0;' '}' >consumer.c
+  # shellcheck disable=SC2046
+  gcc -std=c89 -fshort-wchar consumer.c -o by-pkg-config $(pkg-config --cflags --libs pavonix)
+  printf '%s\n' 'cmake_minimum_required(VERSION 3.16)' 'project(consumer C)' "find_package(Pavonix $version REQUIRED)" \
+    'add_executable(by-cmake consumer.c)' 'target_compile_options(by-cmake PRIVATE -fshort-wchar)' \
+    'target_link_libraries(by-cmake Pavonix::pavonix)' >CMakeLists.txt
+  cmake -S . -B build
+  cmake --build build
+  [ "$(./by-pkg-config)" = "$version 0" ]
+  [ "$(build/by-cmake)" = "$version 0" ]
+
+  pavonix profile new --out my.profile --serial PX-1 --user-id 42
+  pavonix good --type 1 --id 7 --trace --profile my.profile --out good.xml --url http://127.0.0.1/shop/good --port 9 &&
+    exit 1
+  [ -s my.profile.trace.txt ] # by the tracing library, which the client found
+  check_hardening /usr/bin/pavonix /usr/bin/pavonix-shop /usr/lib/*/libpavonix.so.1 \
+    /usr/lib/*/pavonix/libpavonix-trace.so
+  dpkg -P pavonix-tools libpavonix-dev libpavonix1
+}
+
+if [ "$1" = inside ]; then
+  use_them
+  exit
+fi
+lintian --fail-on error "$1"/*.deb
+layer=$(mktemp -d)
+export layer
+unshare --mount bash -euc '
+  mount -t tmpfs layer "$layer"
+  mkdir "$layer"/upper "$layer"/work "$layer"/root
+  mount -t overlay layer -o "lowerdir=/,upperdir=$layer/upper,workdir=$layer/work" "$layer/root"
+  mount --rbind /proc "$layer/root/proc"
+  mount --rbind /dev "$layer/root/dev"
+  mkdir "$layer/root/kit"
+  cp "$1"/*.deb "$0" "$layer/root/kit"
+  chroot "$layer/root" bash "/kit/${0##*/}" inside
+  rm -r "$layer/root/kit"
+  left=$(find "$layer/upper" -iname "*pavonix*" -not -type c)
+  [ -z "$left" ] || { echo "left behind: $left"; exit 1; }
+' "$0" "$1"
+rmdir "$layer"
+echo "the Debian packages install, work and leave nothing behind"

@@ -1,0 +1,141 @@
+"""What the kit holds, read back with other programs than those that made it."""
+
+import html.parser
+import os
+import pathlib
+import re
+import struct
+import subprocess
+import tempfile
+import unittest
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+KIT = pathlib.Path(os.environ["PAVONIX_KIT"])
+UNPACKED = pathlib.Path(os.environ["PAVONIX_UNPACKED"])
+VERSION = re.search(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[1]
+
+
+def output_of(*command, **options):
+    return subprocess.run([str(word) for word in command], check=True, stdout=subprocess.PIPE, timeout=100,
+                          **options).stdout
+
+
+def files_below(folder):
+    return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
+
+
+class Page(html.parser.HTMLParser):
+    def __init__(self, path):
+        super().__init__()
+        self.targets, self.anchors = [], set()
+        self.feed(path.read_text())
+
+    def handle_starttag(self, tag, attributes):
+        for name, value in attributes:
+            if name in ("href", "src"):
+                self.targets.append(value)
+            elif name == "id":
+                self.anchors.add(value)
+
+
+class SetupRecord:
+    """The first file of the cabinet, read as a device does."""
+
+    def __init__(self, record):
+        (self.magic, _, self.length, _, _, self.processor, *self.versions) = struct.unpack_from("<4s9I", record)
+        counts, places = struct.unpack_from("<6H", record, 48), struct.unpack_from("<6I", record, 60)
+        strings = dict(self._sized(record, places[0], counts[0], "<H"))
+        folders = {number: [strings[part].rstrip(b"\0").decode() for part, in struct.iter_unpack("<H", parts[:-2])]
+                   for number, parts in self._sized(record, places[1], counts[1], "<H")}
+        self.files, at = {}, places[2]
+        for _ in range(counts[2]):
+            number, folder, _, _, length = struct.unpack_from("<HHHIH", record, at)
+            name = record[at + 12:at + 12 + length]
+            self.files[number] = "\\".join([*folders[folder], name.rstrip(b"\0").decode()])
+            at += 12 + length
+        self.end = at
+
+    @staticmethod
+    def _sized(record, at, count, number):
+        for _ in range(count):
+            identifier, length = struct.unpack_from("<HH", record, at)
+            yield identifier, record[at + 4:at + 4 + length]
+            at += 4 + length
+
+
+class ContentsTest(unittest.TestCase):
+    def test_checksums_and_the_list_of_contents(self):
+        output_of("sha256sum", "--check", "--strict", "SHA256SUMS", cwd=KIT)
+        sums = dict(reversed(line.split("  ")) for line in (KIT / "SHA256SUMS").read_text().splitlines())
+        self.assertEqual(set(sums), {path.name for path in KIT.iterdir()} - {"SHA256SUMS"})
+        inside = dict(re.findall(r"PackageName: (\S+)\n(?:.+\n)+PackageChecksum: SHA256: (\w+)",
+                                 (KIT / f"pavonix-{VERSION}.spdx").read_text()))
+        self.assertEqual(inside, {name: value for name, value in sums.items() if not name.endswith(".spdx")})
+
+    def test_made_again_it_is_the_same(self):
+        with tempfile.TemporaryDirectory() as folder:
+            again = pathlib.Path(folder, "elsewhere")
+            output_of("python3", "-B", SOURCE / "packaging/make_kit.py", "--without-debian", again,
+                      env={**os.environ, "TZ": "Asia/Tokyo", "LC_ALL": "C"})
+            self.assertEqual((again / "SHA256SUMS").read_text(), (KIT / "SHA256SUMS").read_text())
+
+    def test_links_lead_inside_the_archive(self):
+        for flavour in ("ce-armv4", "windows"):
+            pages = {path: Page(path) for path in (UNPACKED / flavour).glob("html/*.html")}
+            self.assertIn(UNPACKED / flavour / "html/index.html", pages)
+            for path, page in pages.items():
+                for target in page.targets:
+                    with self.subTest(flavour=flavour, page=path.name, target=target):
+                        place, _, anchor = target.partition("#")
+                        if re.match("(https?|mailto):", target):
+                            continue
+                        found = (path.parent / place).resolve() if place else path
+                        self.assertTrue(found.is_relative_to(UNPACKED / flavour) and found.exists())
+                        self.assertTrue(not anchor or found not in pages or anchor in pages[found].anchors)
+
+    def test_versions_are_equal(self):
+        header = (SOURCE / "include/pavonix/pavonix.h").read_text()
+        major, minor, patch = map(int, VERSION.split("."))
+        self.assertIn(f"PAVONIX_VERSION_NUMBER 0x{major:02x}{minor:02x}{patch:02x}", header)
+        changes = (SOURCE / "CHANGELOG.md").read_text()
+        self.assertEqual(re.search(r"(?m)^## (\S+), \d{4}-\d\d-\d\d$", changes)[1], VERSION)
+        program = pathlib.Path(os.environ["PAVONIX_PROGRAMS"], "pavonix")
+        self.assertEqual(output_of(program, "--version").decode(), f"pavonix {VERSION}\n")
+        wanted = "FileVersion\0".encode("utf-16-le"), f"\0{VERSION}\0".encode("utf-16-le")
+        for library in UNPACKED.rglob("PAVONIX.dll"):
+            with self.subTest(library):
+                for text in wanted:
+                    self.assertIn(text, library.read_bytes())
+
+    def test_cabinet_installs_the_library_where_applications_look(self):
+        cabinet = KIT / f"pavonix-{VERSION}-ce-armv4.cab"
+        with tempfile.TemporaryDirectory() as folder:
+            output_of("cabextract", "-q", "-d", folder, cabinet)
+            raw = files_below(pathlib.Path(folder))
+        names = [line.split(b"|")[2].strip().decode() for line in output_of("cabextract", "-l", cabinet).splitlines()
+                 if line.count(b"|") == 2 and b"." in line.split(b"|")[2]]
+        numbers = [int(name[-3:]) for name in names]
+        self.assertEqual(numbers, [0, *range(len(names) - 1, 0, -1)])
+        self.assertTrue(all(re.fullmatch(r"[0-9A-Za-z]{8}\.\d{3}", name) for name in names), names)
+
+        record = SetupRecord(raw[names[0]])
+        self.assertEqual((record.magic, record.length, record.end), (b"MSCE", len(raw[names[0]]), len(raw[names[0]])))
+        self.assertEqual((record.processor, record.versions[:2]), (2577, [5, 0]))
+        installed = {place: raw[name] for name in names[1:] for place in [record.files.pop(int(name[-3:]))]}
+        self.assertEqual(record.files, {})
+        licence = "%CE1%\\Pavonix\\"
+        self.assertEqual(installed, {
+            "%CE2%\\PAVONIX.dll": (UNPACKED / "ce-armv4/PAVONIX.dll").read_bytes(),
+            licence + "LICENSE": (SOURCE / "LICENSE").read_bytes(),
+            licence + "LibTomMath.txt": (SOURCE / "licenses/LibTomMath.txt").read_bytes()})
+
+    def test_source_archive_is_the_commit(self):
+        name = f"pavonix-{VERSION}"
+        listed = output_of("tar", "-tzf", KIT / f"{name}.tar.gz").decode().splitlines()
+        tree = output_of("git", "-C", SOURCE, "ls-tree", "-r", "--name-only", "HEAD").decode().splitlines()
+        self.assertEqual(sorted(path for path in listed if not path.endswith("/")),
+                         sorted(f"{name}/{path}" for path in tree))
+
+
+if __name__ == "__main__":
+    unittest.main()

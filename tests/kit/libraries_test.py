@@ -1,0 +1,56 @@
+"""The libraries as they come out of the archives: what links to them links, and what is linked runs."""
+
+import os
+import pathlib
+import subprocess
+import unittest
+
+from scripted_shop import ExampleTest, reply, run
+
+WINDOWS = pathlib.Path(os.environ["PAVONIX_UNPACKED"], "windows")
+HEADERS = ["-I", WINDOWS / "include"]
+
+# Needs no run-time library, as there is none of Microsoft's here.
+BARE = r"""
+#include <pavonix/pavonix.h>
+__declspec(dllimport) void __stdcall ExitProcess(unsigned);
+void start(void)
+{
+    OneGoodRequest good = {0, 0, 1, 7};
+    ExitProcess(40 + GetOneGoodXml(L"shop\\profile", &good, L"shop\\new.xml", 1, L"https://127.0.0.1/x", 1));
+}
+"""
+
+
+class LibrariesTest(ExampleTest):
+    def build(self, *command):
+        self.assertEqual(run(*command, cwd=self.folder), (0, []))
+
+    def run_beside_the_library(self, program):
+        (self.folder / "PAVONIX.dll").write_bytes((WINDOWS / "x64/PAVONIX.dll").read_bytes())
+        return run(os.environ["WINE64"], self.folder / program, cwd=self.folder, stderr=subprocess.DEVNULL)
+
+    def test_gnu_tools_link_both_import_libraries(self):
+        for library in ("PAVONIX.lib", "libPAVONIX.dll.a"):
+            port = self.start_shop(reply("200 OK", b"<goods/>"))
+            source = (WINDOWS / "examples/c/shop.c").read_text().replace("8080", str(port))
+            (self.folder / "shop.c").write_text(source)
+            for machine, folder in (("i686", "x86"), ("x86_64", "x64")):
+                self.build(f"{machine}-w64-mingw32-gcc", *HEADERS, "shop.c", WINDOWS / folder / library, "-o", "shop.exe")
+            self.assertEqual(self.run_beside_the_library("shop.exe"), (0, ["stored (200)"]))
+            self.assertEqual((self.folder / "shop/list.xml").read_bytes(), b"<goods/>")
+
+    def test_microsofts_way_of_linking(self):
+        (self.folder / "bare.c").write_text(BARE)
+        for machine, folder, mingw in (("i386", "x86", "i686"), ("x86_64", "x64", "x86_64")):
+            with self.subTest(machine):
+                self.build("clang", "--driver-mode=cl", f"--target={machine}-pc-windows-msvc", "/c", "/GS-",
+                           f"/I{WINDOWS / 'include'}", "bare.c", "/Fobare.obj")
+                self.build("lld-link", "/entry:start", "/subsystem:console", "/nodefaultlib", "/safeseh:no", "bare.obj",
+                           WINDOWS / folder / "PAVONIX.lib", f"/usr/{mingw}-w64-mingw32/lib/libkernel32.a",
+                           "/out:bare.exe")
+        self.assertEqual(self.run_beside_the_library("bare.exe"), (40, []))
+
+
+if __name__ == "__main__":
+    unittest.main()
