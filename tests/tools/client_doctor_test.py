@@ -4,6 +4,7 @@ import http.server
 import json
 import os
 import re
+import signal
 import socket
 import subprocess
 import threading
@@ -52,6 +53,20 @@ class DoctorTest(ClientTest):
                 self.assertTrue(set(rules) <= expected if name == "dripping" else set(rules) - {"library-differs"} ==
                                 expected - {"library-differs"}, rules)
                 self.assertEqual(code, 8 if expected else 0)
+
+    def test_segments_that_wait_together_are_told_apart(self):
+        """The doctor is held up until head and body both lie before it."""
+        def answer(connection):
+            os.kill(doctor.pid, signal.SIGSTOP)
+            connection.sendall(HEAD)
+            connection.sendall(PAGE)
+            os.kill(doctor.pid, signal.SIGCONT)
+
+        server = OddServer(self, answer)
+        doctor = subprocess.Popen([f"{PROGRAMS}/pavonix", "doctor", f"http://127.0.0.1:{server.port}/x", "--tries", "3"],
+                                  stdout=subprocess.PIPE, text=True)
+        output = doctor.communicate(timeout=20)[0]
+        self.assertEqual((doctor.returncode, f"seen: {len(HEAD)} bytes of" in output), (8, True), output)
 
     def test_what_comes_before_a_reply(self):
         self.stop_shop()
