@@ -36,7 +36,7 @@ void Viewer::Send(std::string_view name, std::string_view html)
 
 void Viewer::Queue(std::string text)
 {
-    if (waiting_.size() + text.size() <= kMostWaiting) {
+    if (waiting_.size() <= kMostWaiting) {
         waiting_ += text;
     }
     if (underWay_.empty()) {

@@ -146,8 +146,8 @@ void Window::Watch(boost::beast::tcp_stream stream)
     const auto viewer = std::make_shared<Viewer>(std::move(stream));
     viewers_.push_back(viewer);
     viewer->Start();
-    viewer->Send("exchanges", Exchanges());
     viewer->Send("shop", ShopAsHtml(database_));
+    viewer->Send("exchanges", Exchanges());
     if (!ticking_) {
         ticking_ = true;
         Tick();
