@@ -1,13 +1,11 @@
 #include "caller_process.h"
 
-#include "execute.h"
+#include <boost/process.hpp>
 
-#include <csignal>
-#include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <poll.h>
 #include <sstream>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
@@ -15,62 +13,48 @@ namespace pavonix::e2e {
 
 namespace {
 
+namespace process = boost::process;
+
 constexpr std::chrono::seconds kStartPatience(120); // a first start of Wine sets up its folder
 
-[[noreturn]] void Become(const std::vector<std::string> &command, int input, int output, const std::string &errorFile)
-{
-    const int errors = open(errorFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(input, STDIN_FILENO);
-    dup2(output, STDOUT_FILENO);
-    dup2(errors, STDERR_FILENO);
-    Execute(command);
-}
-
 } // namespace
+
+struct CallerProcess::Running {
+    process::pipe input, output;
+    process::child program; // its end is that of the program
+    std::string pending;
+};
 
 CallerProcess::CallerProcess(std::vector<std::string> command, std::string errorFile)
     : command_(std::move(command)), errorFile_(std::move(errorFile))
 {
 }
 
-CallerProcess::~CallerProcess()
-{
-    if (pid_ != 0) {
-        kill(pid_, SIGKILL);
-        Reap();
-    }
-}
+CallerProcess::~CallerProcess() = default;
 
 bool CallerProcess::Start()
 {
-    int toCaller[2], fromCaller[2];
-    if (pipe2(toCaller, O_CLOEXEC) != 0 || pipe2(fromCaller, O_CLOEXEC) != 0) {
-        return false;
-    }
-    pid_ = fork();
-    if (pid_ == 0) {
-        Become(command_, toCaller[0], fromCaller[1], errorFile_);
-    }
-    close(toCaller[0]);
-    close(fromCaller[1]);
-    input_ = toCaller[1];
-    output_ = fromCaller[0];
-    pending_.clear();
-    return ReadLine(kStartPatience) == "ready";
+    running_ = std::make_unique<Running>();
+    std::filesystem::remove(errorFile_); // what an earlier program wrote
+    std::error_code error;
+    running_->program = process::child(command_, process::std_in<running_->input, process::std_out> running_->output,
+                                       process::std_err > errorFile_, error);
+    return !error && ReadLine(kStartPatience) == "ready";
+}
+
+bool CallerProcess::Write(const std::string &line)
+{
+    return write(running_->input.native_sink(), line.data(), line.size()) == static_cast<ssize_t>(line.size());
 }
 
 std::optional<std::string> CallerProcess::Ask(const std::string &command, std::chrono::seconds patience)
 {
     std::optional<std::string> answer;
-    if (pid_ != 0 || Start()) {
-        const std::string line = command + "\n";
-        if (write(input_, line.data(), line.size()) == static_cast<ssize_t>(line.size())) {
-            answer = ReadLine(patience);
-        }
+    if ((running_ || Start()) && Write(command + "\n")) {
+        answer = ReadLine(patience);
     }
-    if (!answer && pid_ != 0) {
-        kill(pid_, SIGKILL);
-        Reap();
+    if (!answer) {
+        running_.reset();
     }
     return answer;
 }
@@ -78,23 +62,25 @@ std::optional<std::string> CallerProcess::Ask(const std::string &command, std::c
 std::optional<std::string> CallerProcess::ReadLine(std::chrono::seconds patience)
 {
     const auto deadline = std::chrono::steady_clock::now() + patience;
+    const int output = running_->output.native_source();
+    std::string &pending = running_->pending;
     std::size_t end;
-    while ((end = pending_.find('\n')) == std::string::npos) {
+    while ((end = pending.find('\n')) == std::string::npos) {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-        pollfd ready = {output_, POLLIN, 0};
+        pollfd ready = {output, POLLIN, 0};
         if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) != 1) {
             return std::nullopt;
         }
         char bytes[8192];
-        const ssize_t count = read(output_, bytes, sizeof bytes);
+        const ssize_t count = read(output, bytes, sizeof bytes);
         if (count <= 0) {
             return std::nullopt;
         }
-        pending_.append(bytes, static_cast<std::size_t>(count));
+        pending.append(bytes, static_cast<std::size_t>(count));
     }
-    std::string line = pending_.substr(0, end);
-    pending_.erase(0, end + 1);
+    std::string line = pending.substr(0, end);
+    pending.erase(0, end + 1);
     if (!line.empty() && line.back() == '\r') { // Windows ends its lines so
         line.pop_back();
     }
@@ -103,22 +89,14 @@ std::optional<std::string> CallerProcess::ReadLine(std::chrono::seconds patience
 
 bool CallerProcess::Quit()
 {
-    if (pid_ == 0) {
+    if (!running_) {
         return true;
     }
-    const bool sent = write(input_, "quit\n", 5) == 5;
-    const int status = Reap();
-    return sent && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-int CallerProcess::Reap()
-{
-    close(input_);
-    close(output_);
-    int status = 0;
-    waitpid(pid_, &status, 0);
-    pid_ = 0;
-    return status;
+    const bool sent = Write("quit\n");
+    running_->program.wait();
+    const bool well = running_->program.exit_code() == 0; // a signal's number if one ended it
+    running_.reset();
+    return sent && well;
 }
 
 std::string CallerProcess::Complaints() const

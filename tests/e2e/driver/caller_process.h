@@ -3,11 +3,10 @@
 #pragma once
 
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include <sys/types.h>
 
 namespace pavonix::e2e {
 
@@ -23,7 +22,7 @@ public:
     // when it does not run. Nullopt when it died or stayed silent for too long;
     // it is then gone.
     std::optional<std::string> Ask(const std::string &command,
-                                   std::chrono::seconds patience = std::chrono::seconds(20));
+                                   std::chrono::seconds patience = std::chrono::seconds(60));
 
     // Ends the program by `quit`; true when it did not run or exited with 0.
     bool Quit();
@@ -32,16 +31,15 @@ public:
     std::string Complaints() const;
 
 private:
+    struct Running;
+
     bool Start();
+    bool Write(const std::string &line);
     std::optional<std::string> ReadLine(std::chrono::seconds patience);
-    int Reap(); // closes the pipes, waits, and returns the wait status
 
     std::vector<std::string> command_;
     std::string errorFile_;
-    pid_t pid_ = 0;
-    int input_ = -1;  // the program's standard input
-    int output_ = -1; // the program's standard output
-    std::string pending_;
+    std::unique_ptr<Running> running_; // null while it does not run
 };
 
 } // namespace pavonix::e2e

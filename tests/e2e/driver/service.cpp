@@ -1,77 +1,55 @@
 #include "service.h"
 
-#include "execute.h"
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/process.hpp>
 
-#include <arpa/inet.h>
 #include <chrono>
 #include <csignal>
-#include <fcntl.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace pavonix::e2e {
 
 namespace {
 
-sockaddr_in Loopback(int port)
+namespace process = boost::process;
+using boost::asio::ip::tcp;
+
+tcp::endpoint Loopback(int port)
 {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
+    return {boost::asio::ip::address_v4::loopback(), static_cast<unsigned short>(port)};
 }
 
 bool CanConnect(int port)
 {
-    const sockaddr_in address = Loopback(port);
-    const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool connected = connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
-    close(probe);
-    return connected;
+    boost::asio::io_context context;
+    boost::system::error_code error;
+    tcp::socket(context).connect(Loopback(port), error);
+    return !error;
 }
 
 } // namespace
 
 int FreePort()
 {
-    sockaddr_in address = Loopback(0);
-    socklen_t length = sizeof address;
-    const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool bound = bind(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
-                       getsockname(probe, reinterpret_cast<sockaddr *>(&address), &length) == 0;
-    close(probe);
-    return bound ? ntohs(address.sin_port) : 0;
+    boost::asio::io_context context;
+    return tcp::acceptor(context, Loopback(0)).local_endpoint().port();
 }
 
 Service::Service(const std::vector<std::string> &command, int port, const std::string &logFile)
-    : pid_(fork()), port_(port)
+    : program_(std::make_unique<process::child>(command, (process::std_out & process::std_err) > logFile)), port_(port)
 {
-    if (pid_ != 0) {
-        return;
-    }
-    const int log = open(logFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    dup2(log, STDOUT_FILENO);
-    dup2(log, STDERR_FILENO);
-    Execute(command);
 }
 
 Service::~Service()
 {
-    kill(pid_, SIGTERM);
-    waitpid(pid_, nullptr, 0);
+    kill(program_->id(), SIGTERM); // so that it can end its own workers
+    program_->wait();
 }
 
 bool Service::IsUp() const
 {
-    for (int i = 0; i < 500; ++i) {
-        siginfo_t ended = {};
-        if (waitid(P_PID, static_cast<id_t>(pid_), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 || ended.si_pid != 0) {
-            return false;
-        }
+    for (int i = 0; i < 500 && program_->running(); ++i) {
         if (CanConnect(port_)) {
             return true;
         }

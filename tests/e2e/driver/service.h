@@ -1,10 +1,13 @@
 // A server program that runs beside a test.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
-#include <sys/types.h>
+namespace boost::process {
+class child;
+}
 
 namespace pavonix::e2e {
 
@@ -26,7 +29,7 @@ public:
     bool IsUp() const;
 
 private:
-    pid_t pid_;
+    std::unique_ptr<boost::process::child> program_;
     int port_;
 };
 
