@@ -146,6 +146,11 @@ int Rand()
     return platform::NextRand() & 0x7FFF;
 } // 15 bits on the device
 
+std::uint32_t GetLastError()
+{
+    return lastError;
+}
+
 void SetLastError(std::uint32_t error)
 {
     lastError = error;
@@ -166,6 +171,7 @@ void AddSystemImports(std::vector<Import> &table)
     table.push_back(Unfailing<&CryptReleaseContext>(kCoreDll, "CryptReleaseContext"));
     table.push_back(Unfailing<&Srand>(kCoreDll, "srand"));
     table.push_back(Unfailing<&Rand>(kCoreDll, "rand"));
+    table.push_back(Unfailing<&GetLastError>(kCoreDll, "GetLastError"));
     table.push_back(Unfailing<&SetLastError>(kCoreDll, "SetLastError"));
 }
 
