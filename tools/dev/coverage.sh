@@ -1,0 +1,6 @@
+#: coverage                  lines and branches of each room that the tests on Linux reach; details in build/coverage/html/
+install_for_linux
+install_missing "${coverage_packages[@]}"
+configure coverage
+build_targets coverage unit_tests e2e_tests caller pavonix pavonix-shop
+exec tools/check/coverage.py
