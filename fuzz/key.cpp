@@ -18,6 +18,7 @@ std::string Part(e2e::Choices *choices, const std::string &tag, std::string byte
     const std::size_t way = choices->Below(16);
     bytes = way == 1 ? std::string(choices->Below(40), '\0') + bytes : bytes;
     std::string base64 = test::ToBase64(bytes);
+    *sound = *sound && way < 3;
     if (way == 2) {
         base64.insert(choices->Below(base64.size()), choices->Text({" ", "\r\n", "\t", "<!-- -->", "&#32;"}));
     } else if (way == 3) {
@@ -29,7 +30,6 @@ std::string Part(e2e::Choices *choices, const std::string &tag, std::string byte
     } else if (way == 6) {
         base64.resize(choices->Below(base64.size()));
     }
-    *sound = *sound && way < 3;
     const std::string attribute = choices->Text({"", "", " ", " a='>'"});
     return "<" + tag + attribute + ">" + base64 + "</" + tag + (way == 7 ? " >" : ">");
 }
