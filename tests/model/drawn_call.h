@@ -11,8 +11,8 @@ namespace pavonix::e2e {
 const DeviceKey &DrawnKey();
 
 // A call with whatever profile, address, target and reply; the server closes after
-// its last piece. Only one call that came before it matters: by then the library
-// must have read DrawnKey, which a call of kPlainPurchase makes it do.
+// its last piece. Of the calls before it one matters: the library
+// must have read DrawnKey, as PlainPurchase makes it do.
 Scenario DrawCall(const RowName &name, Choices *choices);
 Scenario PlainPurchase();
 
