@@ -101,11 +101,10 @@ class ContentsTest(unittest.TestCase):
         self.assertEqual(re.search(r"(?m)^## (\S+), \d{4}-\d\d-\d\d$", changes)[1], VERSION)
         program = pathlib.Path(os.environ["PAVONIX_PROGRAMS"], "pavonix")
         self.assertEqual(output_of(program, "--version").decode(), f"pavonix {VERSION}\n")
-        wanted = "FileVersion\0".encode("utf-16-le"), f"\0{VERSION}\0".encode("utf-16-le")
+        wanted = [text.encode("utf-16-le") for text in ("FileVersion\0", f"\0{VERSION}\0")]
         for library in UNPACKED.rglob("PAVONIX.dll"):
             with self.subTest(library):
-                for text in wanted:
-                    self.assertIn(text, library.read_bytes())
+                self.assertTrue(all(text in library.read_bytes() for text in wanted))
 
     def test_cabinet_installs_the_library_where_applications_look(self):
         cabinet = KIT / f"pavonix-{VERSION}-ce-armv4.cab"
