@@ -126,9 +126,10 @@ TEST_F(System, SearchesFollowTheDevicesRules)
         int count, attributes;
     };
     const Search rows[] = {
-        {"SHOP/list.XML", 1, 0x20}, {"Shop", 1, 0x10}, {"shop/fixed.xml", 1, 0x21}, {"shop/none.xml", 0, 0},
-        {"shop/*", 2, -1},          {"*.*", 3, -1},    {"shop/*.x?l", 2, -1},       {"l[i]*", 1, 0x20},
-        {"shop/[fl]*", 0, 0},       {"shop/?", 0, 0},
+        {"SHOP/list.XML", 1, 0x20}, {"Shop", 1, 0x10},  {"shop/fixed.xml", 1, 0x21},
+        {"shop/none.xml", 0, 0},    {"shop/*", 2, -1},  {"*.*", 3, -1},
+        {"shop/*.x?l", 2, -1},      {"l[i]*", 1, 0x20}, {"shop/[fl]*", 0, 0},
+        {"shop/[ist.*", 0, 0},      {"shop/?", 0, 0},
     };
     for (const Search &row : rows) {
         SCOPED_TRACE(row.name);
