@@ -9,7 +9,7 @@ import time
 import unittest
 
 from client_fixture import ClientTest, OddServer, reset
-from shop_fixture import PROGRAMS, answer_once, run
+from shop_fixture import PROGRAMS, run
 
 HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n"
 SILENCE = 5  # seconds; the client gives up before
@@ -144,24 +144,25 @@ class CommandTest(ClientTest):
 
     def test_terminal_is_safe_from_the_server(self):
         body = "<a>\x1b[2Jäöü€</a>".encode() + "ä".encode() * 200
-        port, _ = answer_once(self, b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n%s" % (len(body), body))
+        port = OddServer(self, b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n%s" % (len(body), body)).port
         code, words = self.good(port=port)
         self.assertEqual((code, "\x1b" in words, "?[2Jäöü€" in words), (5, False, True))
 
     def test_request(self):
         """The port comes from --port, else from the URL; the identity from the profile."""
         reply = b"HTTP/1.1 404 Not Found\r\n\r\n"
-        port, request = answer_once(self, reply)
-        done = run(f"{PROGRAMS}/pavonix", "good", "--url", f"http://127.0.0.1:{port}/g", "--profile", self.profile,
+        server = OddServer(self, reply)
+        done = run(f"{PROGRAMS}/pavonix", "good", "--url", f"http://127.0.0.1:{server.port}/g", "--profile", self.profile,
                    "--type", "-1", "--id", "2147483647", "--out", self.target)
         self.assertEqual(done.returncode, 4, done.stderr)
-        self.assertTrue(request[0].startswith(f"GET /g?type=-1&id=2147483647 HTTP/1.1\r\nHost: 127.0.0.1:{port}\r\n"))
-        self.assertIn("\r\nUser-Agent: Test/1\r\n", request[0])
-        self.assertIn("\r\nUser-Serial: PX-1\r\nUser-ID: 42\r\n", request[0])
-        port, request = answer_once(self, reply)
-        code, words = self.good(port=port, profile=os.path.join(self.folder, "none"))
+        head = f"GET /g?type=-1&id=2147483647 HTTP/1.1\r\nHost: 127.0.0.1:{server.port}\r\n"
+        self.assertTrue(server.requests[0].startswith(head))
+        self.assertIn("\r\nUser-Agent: Test/1\r\n", server.requests[0])
+        self.assertIn("\r\nUser-Serial: PX-1\r\nUser-ID: 42\r\n", server.requests[0])
+        server = OddServer(self, reply)
+        code, words = self.good(port=server.port, profile=os.path.join(self.folder, "none"))
         self.assertEqual((code, "cannot be read" in words), (4, True))
-        self.assertIn("\r\nUser-Serial: \r\nUser-ID: 0\r\n", request[0])
+        self.assertIn("\r\nUser-Serial: \r\nUser-ID: 0\r\n", server.requests[0])
 
     def test_usage_and_library(self):
         table = [
@@ -241,7 +242,7 @@ class CommandTest(ClientTest):
         for status, headers, body, words in table:
             with self.subTest(headers=headers):
                 reply = b"HTTP/1.1 %s\r\n%sContent-Length: %d\r\n\r\n%s" % (status, headers, len(body), body)
-                exit_code, output = self.buy(port=answer_once(self, reply)[0])
+                exit_code, output = self.buy(port=OddServer(self, reply).port)
                 self.assertEqual((exit_code, words in output), (4, True), output)
 
 

@@ -6,9 +6,9 @@ import stat
 import unittest
 from tempfile import TemporaryDirectory
 
-from shop_fixture import PROGRAMS, Key, answer_once, run
+from client_fixture import KEY, OddServer
+from shop_fixture import PROGRAMS, Key, run
 
-KEY = Key()
 PUBLIC = KEY.public_xml()
 PRIVATE = KEY.private_xml()
 
@@ -35,10 +35,10 @@ class ProfileTest(unittest.TestCase):
 
     def sent(self):
         """The user agent, serial and id that the library reads from the profile, seen in a request."""
-        port, request = answer_once(self, b"HTTP/1.1 404 No\r\n\r\n")
-        run(f"{PROGRAMS}/pavonix", "good", "--url", f"http://127.0.0.1:{port}/g", "--profile", self.path, "--type", "1",
+        server = OddServer(self, b"HTTP/1.1 404 No\r\n\r\n")
+        run(f"{PROGRAMS}/pavonix", "good", "--url", f"http://127.0.0.1:{server.port}/g", "--profile", self.path, "--type", "1",
             "--id", "1", "--out", os.path.join(self.folder, "x"))
-        return tuple(re.search(f"\r\n{name}: (.*?)\r\n", request[0])[1]
+        return tuple(re.search(f"\r\n{name}: (.*?)\r\n", server.requests[0])[1]
                      for name in ("User-Agent", "User-Serial", "User-ID"))
 
     def test_sound_profiles(self):

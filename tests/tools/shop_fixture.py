@@ -11,7 +11,6 @@ import socket
 import sqlite3
 import subprocess
 import tempfile
-import threading
 import time
 import unittest
 
@@ -22,25 +21,6 @@ PROGRAMS = os.environ.get("PAVONIX_PROGRAMS", os.path.join(HERE, "..", "..", "bu
 def run(*arguments, **options):
     """Runs a program to its end; answers its exit code, output and error output."""
     return subprocess.run(arguments, capture_output=True, text=True, timeout=20, **options)
-
-
-def answer_once(test, reply):
-    """Starts a server for one connection; answers its port and a list that receives the request."""
-    listener = socket.create_server(("127.0.0.1", 0))
-    listener.settimeout(5)
-    request = []
-
-    def serve():
-        with listener:
-            connection, _ = listener.accept()
-            with connection:
-                request.append(connection.recv(65536).decode("latin-1"))
-                connection.sendall(reply)
-
-    server = threading.Thread(target=serve)
-    server.start()
-    test.addCleanup(server.join)
-    return listener.getsockname()[1], request
 
 
 class Key:
