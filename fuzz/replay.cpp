@@ -1,20 +1,37 @@
-// Runs a fuzzer over the files of a folder, once each: the seeds as a test, where
+// Runs a fuzzer over the files of a folder and, for the longest lengths at which a
+// coding begins something new, over each beginning of them: the seeds as a test, where
 // there is no libFuzzer.
 #include "demand.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <vector>
+
+namespace {
+
+constexpr std::size_t kLongestBeginning = 160; // bytes
+
+// In a block of just this size, so that a read beyond is seen.
+void Run(const std::vector<std::uint8_t> &bytes)
+{
+    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+}
+
+} // namespace
 
 int main(int count, char **arguments)
 {
     int runs = 0;
     for (const auto &entry : std::filesystem::directory_iterator(count > 1 ? arguments[1] : ".")) {
         std::ifstream file(entry.path(), std::ios::binary);
-        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+        const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
         std::cerr << entry.path().filename() << std::endl;
-        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()), bytes.size());
+        for (std::size_t length = 0; length < std::min(bytes.size(), kLongestBeginning); ++length) {
+            Run({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length)});
+        }
+        Run(bytes);
         ++runs;
     }
     std::cerr << runs << " inputs" << std::endl;

@@ -1,5 +1,5 @@
-// The encoder and its names, and what codec_oracle_test.py cannot see of the codecs:
-// what they do to what was there before, and without memory.
+// The encoder and its names, and what fuzz/encoding.cpp does not see of the codecs: what
+// they do to what was there before, and without memory.
 #include "rsa/encoding/cls_encode.h"
 
 #include "rsa/encoding/content_coding.h"
