@@ -1,4 +1,4 @@
-// e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM] [--only=rows]
+// e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--only=rows]
 //
 // Plays the table of scenarios, and the longer tests beside it, through one build
 // of the library. COMMAND starts the caller for that build and may hold arguments.
@@ -53,7 +53,6 @@ std::vector<std::string> ReadOptions(int count, char **arguments)
     Suite &suite = TheSuite();
     const std::string flavour = Option(count, arguments, "flavour");
     suite.flavour = flavour == "windows" ? Flavour::kWindows : flavour == "ce" ? Flavour::kCe : Flavour::kLinux;
-    suite.shopServer = Option(count, arguments, "shop");
     std::vector<std::string> command = Words(Option(count, arguments, "caller"));
     const std::string library = Option(count, arguments, "library");
     if (command.empty() || library.empty()) {
@@ -73,7 +72,7 @@ int main(int count, char **arguments)
     testing::InitGoogleTest(&count, arguments);
     const std::vector<std::string> command = ReadOptions(count, arguments);
     if (command.empty()) {
-        std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--shop=PROGRAM] "
+        std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] "
                      "[--only=rows]\n";
         return 2;
     }

@@ -16,7 +16,6 @@ struct Suite {
     Flavour flavour = Flavour::kLinux;
     std::string scratch; // a folder of this run
     std::unique_ptr<CallerProcess> caller;
-    std::string shopServer; // the sample shop's program; empty when it is not there
 };
 
 Suite &TheSuite();

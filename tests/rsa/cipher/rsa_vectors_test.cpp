@@ -1,4 +1,6 @@
-// Ciphertexts for given seeds, which OpenSSL made, for every kind of modulus.
+// Ciphertexts for given seeds, which OpenSSL made, for every kind of modulus: OAEP with the
+// seed passed through its random source, then the public operation, or the private one
+// without padding; of the private rows the seed is one whose result begins with a zero byte.
 #include "rsa/cipher/rsa_encrypt.h"
 #include "rsa/digest/hash_table.h"
 #include "rsa/log/logger.h"
