@@ -40,6 +40,7 @@ std::vector<Scenario> TargetRows()
         Download("an_old_file_is_replaced", {{"list.xml", "something old and longer"}}, u"list.xml",
                  {{"list.xml", "<xml/>"}}),
         Kept("force_0_keeps_a_file", u"list.xml"),
+        Kept("force_0_keeps_a_file_named_like_a_folder", u"list.xml\\"),
         Kept("force_0_keeps_when_a_pattern_matches_a_file_among_folders", u"*.xml"),
         WithoutForce(Download("force_0_with_nothing_there", {{"list.xm", "other"}}, u"list.xml",
                               {{"list.xm", "other"}, {"list.xml", "<xml/>"}})),
