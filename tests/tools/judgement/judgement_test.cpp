@@ -202,10 +202,23 @@ TEST(Judgement, EachExchangeBreaksItsRules)
 }
 
 // Rules that an observer with sockets applies; its own tests show them.
-const Names kAppliedElsewhere = {
-    "name-unknown",     "name-no-answer", "name-no-ipv4",    "refused",        "unreachable",
-    "connect-time-out", "send-failed",    "library-differs", "bad-token-sold", "clock-not-checked",
-    "clock-other-code", "replay-sold",    "token-untold",    "device-refused", "sold-nothing", "replay-untold", "slow"};
+const Names kAppliedElsewhere = {"name-unknown",
+                                 "name-no-answer",
+                                 "name-no-ipv4",
+                                 "refused",
+                                 "unreachable",
+                                 "connect-time-out",
+                                 "send-failed",
+                                 "library-differs",
+                                 "bad-token-sold",
+                                 "clock-not-checked",
+                                 "clock-other-code",
+                                 "replay-sold",
+                                 "token-untold",
+                                 "device-refused",
+                                 "sold-nothing",
+                                 "replay-untold",
+                                 "slow"};
 
 TEST(Judgement, EveryRuleHasARow)
 {
