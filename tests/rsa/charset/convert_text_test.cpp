@@ -43,6 +43,7 @@ Converted Convert(int codePage, const std::u16string &text)
 TEST(ConvertText, Windows1252ConvertsEveryUnitAndServesIso88591Too)
 {
     std::map<char16_t, std::string> expected;
+    // Python's cp1252; the five bytes that it leaves undefined are the controls of that value
     std::ifstream lines(TEST_DATA_DIR "/cp1252.txt");
     for (unsigned byte, unit; lines >> std::hex >> byte >> unit;) {
         expected[static_cast<char16_t>(unit)] = std::string(1, static_cast<char>(byte));
