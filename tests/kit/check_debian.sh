@@ -4,12 +4,13 @@
 set -euo pipefail
 
 check_hardening() { # FILE...: what Debian's flags bring
-  local file
+  local file facts
   for file in "$@"; do
-    readelf -dW "$file" | grep -qE 'BIND_NOW|FLAGS_1.*NOW' || { echo "$file: symbols are bound late"; exit 1; }
-    readelf -lW "$file" | grep -q GNU_RELRO || { echo "$file: relocations stay writable"; exit 1; }
-    nm -D --undefined-only "$file" | grep -q __stack_chk_fail || { echo "$file: no stack protector"; exit 1; }
-    nm -D --undefined-only "$file" | grep -qE '_chk(@|$)' || echo "$file: no fortified call"
+    facts=$(readelf -dlW "$file"; nm -D --undefined-only "$file")
+    grep -qE 'BIND_NOW|FLAGS_1.*NOW' <<<"$facts" || { echo "$file: symbols are bound late"; exit 1; }
+    grep -q GNU_RELRO <<<"$facts" || { echo "$file: relocations stay writable"; exit 1; }
+    grep -q __stack_chk_fail <<<"$facts" || { echo "$file: no stack protector"; exit 1; }
+    grep -qE '_chk(@|$)' <<<"$facts" || echo "$file: no fortified call"
   done
 }
 
@@ -51,6 +52,7 @@ if [ "$1" = inside ]; then
 fi
 lintian --fail-on error "$1"/*.deb
 layer=$(mktemp -d)
+trap 'rmdir "$layer"' EXIT
 export layer
 unshare --mount bash -euc '
   mount -t tmpfs layer "$layer"
@@ -65,5 +67,4 @@ unshare --mount bash -euc '
   left=$(find "$layer/upper" -iname "*pavonix*" -not -type c)
   [ -z "$left" ] || { echo "left behind: $left"; exit 1; }
 ' "$0" "$1"
-rmdir "$layer"
 echo "the Debian packages install, work and leave nothing behind"
