@@ -23,6 +23,7 @@ ARCHIVES = {
         "examples/cpp/ShopCe.vcproj": "packaging/vs2005/ShopCe.vcproj",
         "examples/csharp/ShopCe.csproj": "packaging/vs2005/ShopCe.csproj"},
     "windows": COMMON | C_EXAMPLE | library("x64/", "windows-x64") | library("x86/", "windows-x86") | {
+        "x64/pavonix.exe": "build/windows-x64/pavonix.exe",
         "examples/cpp/Shop.vcproj": "packaging/vs2005/Shop.vcproj",
         "examples/csharp/Shop.csproj": "packaging/vs2005/Shop.csproj"},
 }

@@ -83,9 +83,9 @@ ExitCode Run(const std::string &command, const Download &download, Function Shop
              const Request &request)
 {
     const StoredFile stored(download.target);
-    const std::u16string profile = download.call.WideProfile();
-    const std::u16string target = ToWidePath(download.target);
-    const std::u16string url = ToWide(download.call.Url());
+    const WideText profile = download.call.WideProfile();
+    const WideText target = ToWidePath(download.target);
+    const WideText url = ToWide(download.call.Url());
     const Outcome outcome = [&] {
         const Interruption interruption(stored);
         return download.call.Make(judgement::Call::kDownload, [&](const ShopLibrary &library) {

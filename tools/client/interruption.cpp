@@ -18,9 +18,9 @@ void Write(const char *text)
 // Calls only what a signal handler may call.
 void End(int signal)
 {
-    struct stat now = {};
     Write("\npavonix: interrupted");
-    if (stat(current->path().c_str(), &now) == 0 && IsOther(current->before(), now)) {
+    const FileState now = StateOf(current->path().c_str());
+    if (now.kind == FileState::Kind::kFile && now != current->before()) {
         Write("; ");
         Write(current->path().c_str());
         Write(" is only half there, --force downloads it again");

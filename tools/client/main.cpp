@@ -1,14 +1,12 @@
 // pavonix: calls the client library from the command line.
 #include "command_words.h"
-#include "doctor/doctor_command.h"
-#include "downloads.h"
-#include "profile_commands.h"
-#include "purchases.h"
+#include "exit_code.h"
 #include "settings.h"
-#include "watch/watch_command.h"
+#include "system.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <iostream>
 
 namespace {
@@ -21,24 +19,22 @@ constexpr const char *kSettingsHelp =
     "(PAVONIX_URL and so on) and from lines \"profile = FILE\" in ~/.config/pavonix.conf or the file that\n"
     "PAVONIX_CONFIG names.\n\n";
 
-ExitCode Run(int argc, char **argv)
+ExitCode Run(std::vector<std::string> words)
 {
-    CLI::App app("Asks a goods shop through the client library and explains the answer.");
+    CLI::App app("Asks a goods shop through the client library and explains the answer.", "pavonix");
+    app.allow_windows_style_options(false); // a path may begin with a slash
     app.footer(std::string(kSettingsHelp) + client::kExitCodeHelp);
     app.set_version_flag("--version", "pavonix " CLIENT_VERSION);
     app.require_subcommand(1);
     ExitCode exitCode = ExitCode::kDone;
-    client::AddDownloadCommands(app, &exitCode);
-    client::AddBuyCommand(app, &exitCode);
-    client::AddDoctorCommand(app, &exitCode);
-    client::AddWatchCommand(app, &exitCode);
-    client::AddProfileCommands(app, &exitCode);
-    if (const std::string unknown = client::UnknownWord(&app, {argv + 1, argv + argc}); !unknown.empty()) {
+    client::AddCommands(app, &exitCode);
+    if (const std::string unknown = client::UnknownWord(&app, words); !unknown.empty()) {
         throw Failure(ExitCode::kUsage, unknown + "\nRun pavonix --help for what there is.");
     }
     client::ReadSettings();
     try {
-        app.parse(argc, argv);
+        std::reverse(words.begin(), words.end()); // as the parser takes them
+        app.parse(std::move(words));
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? ExitCode::kDone : ExitCode::kUsage;
     }
@@ -50,7 +46,7 @@ ExitCode Run(int argc, char **argv)
 int main(int argc, char **argv)
 {
     try {
-        return static_cast<int>(Run(argc, argv));
+        return static_cast<int>(Run(client::CommandLine(argc, argv)));
     } catch (const Failure &failure) {
         std::cerr << "pavonix: " << failure.what() << '\n';
         return static_cast<int>(failure.code());

@@ -3,6 +3,8 @@
 
 #include "exit_code.h"
 
+#include <CLI/App.hpp>
+
 #include <string>
 
 namespace client {
@@ -25,5 +27,8 @@ struct NewProfile {
 private:
     void CheckReadsBack(const std::string &text) const;
 };
+
+// Adds the command "new" to "profile"; when it runs it sets *exitCode.
+void AddNewProfileCommand(CLI::App &profile, ExitCode *exitCode);
 
 } // namespace client

@@ -1,4 +1,4 @@
-// The commands "profile new" and "profile check".
+// The command "profile check".
 #pragma once
 
 #include "exit_code.h"
@@ -7,7 +7,8 @@
 
 namespace client {
 
-// Adds both to the program; a command that runs sets *exitCode.
-void AddProfileCommands(CLI::App &app, ExitCode *exitCode);
+// Adds "profile" with "check" to the program, and answers "profile"; a command that
+// runs sets *exitCode.
+CLI::App *AddProfileCommands(CLI::App &app, ExitCode *exitCode);
 
 } // namespace client

@@ -73,6 +73,8 @@ std::vector<std::string> TryToken(pavonix::ZtRsa &engine, const token::PublicKey
 
 } // namespace
 
+const char *const kNoProblems = "no problems, a shop that knows the public key accepts its tokens";
+
 std::vector<std::string> CheckKeys(const std::string &publicXml, const std::string &privateXml)
 {
     pavonix::ZtRsa engine;

@@ -6,6 +6,9 @@
 
 namespace client {
 
+// What is known when nothing is wrong.
+extern const char *const kNoProblems;
+
 // Imports both keys into the library's engine, as every call does, makes a token
 // and opens it like a shop. Answers what is wrong in words, the engine's log with it.
 [[nodiscard]] std::vector<std::string> CheckKeys(const std::string &publicXml, const std::string &privateXml);

@@ -15,9 +15,10 @@ namespace {
 std::string TextAt(const BuyGoodRoomyResult &result, const PavonixChar *text)
 {
     const auto *end = reinterpret_cast<const PavonixChar *>(&result + 1);
-    std::u16string_view shown(text, static_cast<std::size_t>(end - text));
-    shown = shown.substr(0, shown.find(u'\0'));
-    shown.remove_prefix(std::min(shown.find_first_not_of(u' '), shown.size())); // the blank behind the colon
+    std::basic_string_view<PavonixChar> shown(text, static_cast<std::size_t>(end - text));
+    shown = shown.substr(0, shown.find(PavonixChar(0)));
+    shown.remove_prefix(
+        std::min(shown.find_first_not_of(PavonixChar(' ')), shown.size())); // the blank behind the colon
     return Printable(ToUtf8(shown));
 }
 
@@ -72,8 +73,8 @@ ExitCode Buy(const ShopCall &call, const BuyGoodRequest &request)
 {
     const auto result = std::make_unique<BuyGoodRoomyResult>();
     result->errorCode = kUntouched;
-    const std::u16string profile = call.WideProfile();
-    const std::u16string url = ToWide(call.Url());
+    const WideText profile = call.WideProfile();
+    const WideText url = ToWide(call.Url());
     const Outcome outcome = call.Make(judgement::Call::kPurchase, [&](const ShopLibrary &library) {
         return library.getBuyGood(profile.c_str(), &request, reinterpret_cast<BuyGoodResult *>(result.get()),
                                   url.c_str(), call.Port());

@@ -1,6 +1,7 @@
 #include "settings.h"
 
 #include "exit_code.h"
+#include "system.h"
 #include "wide_text.h"
 
 #include <CLI/CLI.hpp>
@@ -25,7 +26,7 @@ std::string SettingsFile()
         return named;
     }
     const std::string folder = Variable("XDG_CONFIG_HOME");
-    const std::string file = (folder.empty() ? Variable("HOME") + "/.config" : folder) + "/pavonix.conf";
+    const std::string file = (folder.empty() ? SettingsFolder() : folder) + "/pavonix.conf";
     return std::filesystem::exists(file) ? file : "";
 }
 
@@ -43,7 +44,7 @@ void Apply(const CLI::ConfigItem &item, const std::string &file)
                                             " is no setting; there are url, port, profile, library and timeout, each "
                                             "with one value");
     }
-    setenv(variable->second, item.inputs.front().c_str(), 0);
+    SetUnlessSet(variable->second, item.inputs.front());
 }
 
 } // namespace

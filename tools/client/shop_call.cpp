@@ -1,6 +1,7 @@
 #include "shop_call.h"
 
 #include "call/progress.h"
+#include "path.h"
 #include "trace_file.h"
 #include "wide_text.h"
 
@@ -45,9 +46,9 @@ void ShopCall::AddOptions(CLI::App &command)
     command.add_flag("--json", json, "Answer with one JSON object");
 }
 
-std::u16string ShopCall::WideProfile() const
+WideText ShopCall::WideProfile() const
 {
-    if (!std::ifstream(profile)) {
+    if (!std::ifstream(PathOf(profile))) {
         std::cerr << "warning: " << profile << " cannot be read, the request goes out without an identity\n";
     }
     return ToWidePath(profile);

@@ -5,6 +5,7 @@
 #include "exit_code.h"
 #include "report.h"
 #include "shop_library.h"
+#include "wide_text.h"
 
 #include <CLI/App.hpp>
 
@@ -35,7 +36,7 @@ struct ShopCall {
 
     // Writes a warning for a profile that cannot be read: the library does not
     // mind, it sends the request without an identity.
-    [[nodiscard]] std::u16string WideProfile() const;
+    [[nodiscard]] WideText WideProfile() const;
 
     // Loads the library, makes one call and watches it.
     [[nodiscard]] Outcome Make(judgement::Call kind, const std::function<int(const ShopLibrary &)> &call) const;

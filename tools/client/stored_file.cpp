@@ -3,13 +3,10 @@
 #include "exit_code.h"
 #include "judgement/exchange.h"
 #include "judgement/xml_fault.h"
+#include "path.h"
 #include "wide_text.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -39,23 +36,23 @@ StoredFile::StoredFile(const std::string &path) : path_(path)
     if (path.empty() || path == "-") {
         throw Failure(ExitCode::kUsage, "--out must name a file; the library stores nothing elsewhere");
     }
-    if (stat(path.c_str(), &before_) == 0 && !S_ISREG(before_.st_mode)) {
-        throw Failure(ExitCode::kLocalFailure, path + " is " +
-                                                   (S_ISDIR(before_.st_mode) ? "a folder" : "no regular file") +
-                                                   ": the library could not store there, or would replace it");
+    before_ = StateOf(path.c_str());
+    if (before_.kind != FileState::Kind::kNothing && before_.kind != FileState::Kind::kFile) {
+        throw Failure(ExitCode::kLocalFailure,
+                      path + " is " + (before_.kind == FileState::Kind::kFolder ? "a folder" : "no regular file") +
+                          ": the library could not store there, or would replace it");
     }
 }
 
 bool StoredFile::IsNew() const
 {
-    struct stat now = {};
-    return stat(path_.c_str(), &now) == 0 && S_ISREG(now.st_mode) && IsOther(before_, now);
+    const FileState now = StateOf(path_.c_str());
+    return now.kind == FileState::Kind::kFile && now != before_;
 }
 
 std::uint64_t StoredFile::Size() const
 {
-    struct stat now = {};
-    return stat(path_.c_str(), &now) == 0 ? static_cast<std::uint64_t>(now.st_size) : 0;
+    return StateOf(path_.c_str()).size;
 }
 
 std::string StoredFile::Fault() const
@@ -66,7 +63,7 @@ std::string StoredFile::Fault() const
 std::string StoredFile::Beginning() const
 {
     std::string text(kBytesRead, '\0');
-    std::ifstream file(path_, std::ios::binary);
+    std::ifstream file(PathOf(path_), std::ios::binary);
     file.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(file.gcount()));
     return text;
@@ -93,9 +90,9 @@ std::string StoredFile::FirstLines() const
 
 std::string StoredFile::WhyNotStored() const
 {
-    const std::filesystem::path path = std::filesystem::absolute(path_);
+    const std::filesystem::path path = std::filesystem::absolute(PathOf(path_));
     const std::filesystem::path folder = path.parent_path();
-    const std::optional<std::size_t> narrow = NarrowLength(path.string());
+    const std::optional<std::size_t> narrow = NarrowLength(TextOf(path));
     if (!narrow) {
         return "its path has letters that code page 1252 lacks";
     }
@@ -106,21 +103,14 @@ std::string StoredFile::WhyNotStored() const
     std::error_code error;
     if (!std::filesystem::exists(folder, error) && !std::filesystem::exists(folder.parent_path(), error)) {
         return "more than one folder of its path is missing, and the library makes only the last one: " +
-               folder.string();
+               TextOf(folder);
     }
     for (const std::filesystem::path &place : {folder, folder.parent_path()}) {
         if (std::filesystem::exists(place, error)) {
-            return access(place.c_str(), W_OK | X_OK) == 0 ? "it cannot be opened for writing"
-                                                           : place.string() + ": " + std::strerror(errno);
+            return WhyNoFileIn(TextOf(place));
         }
     }
     return "it cannot be written";
-}
-
-bool IsOther(const struct stat &before, const struct stat &now)
-{
-    return before.st_ino != now.st_ino || before.st_size != now.st_size ||
-           before.st_mtim.tv_sec != now.st_mtim.tv_sec || before.st_mtim.tv_nsec != now.st_mtim.tv_nsec;
 }
 
 } // namespace client

@@ -1,9 +1,10 @@
 // What a download left at its target path.
 #pragma once
 
+#include "system.h"
+
 #include <cstdint>
 #include <string>
-#include <sys/stat.h>
 
 namespace client {
 
@@ -28,16 +29,13 @@ public:
     [[nodiscard]] std::string WhyNotStored() const;
 
     const std::string &path() const { return path_; }
-    const struct stat &before() const { return before_; }
+    const FileState &before() const { return before_; }
 
 private:
     [[nodiscard]] std::string Beginning() const;
 
     std::string path_;
-    struct stat before_ = {}; // zeros when nothing was there
+    FileState before_;
 };
-
-// Whether a file differs from what was there before, also to a signal handler.
-[[nodiscard]] bool IsOther(const struct stat &before, const struct stat &now);
 
 } // namespace client

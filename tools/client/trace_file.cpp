@@ -1,5 +1,6 @@
 #include "trace_file.h"
 
+#include "path.h"
 #include "wide_text.h"
 
 #include <filesystem>
@@ -13,7 +14,7 @@ namespace {
 std::uint64_t LengthOf(const std::string &path)
 {
     std::error_code none;
-    const std::uintmax_t length = std::filesystem::file_size(path, none);
+    const std::uintmax_t length = std::filesystem::file_size(PathOf(path), none);
     return none ? 0 : length;
 }
 
@@ -29,7 +30,7 @@ void TraceFile::Show() const
     if (path_.empty()) {
         return;
     }
-    std::ifstream file(path_, std::ios::binary);
+    std::ifstream file(PathOf(path_), std::ios::binary);
     if (!file) {
         std::cerr << "warning: the library wrote no trace " << path_ << '\n';
         return;

@@ -1,65 +1,21 @@
 #include "wide_text.h"
 
 #include "exit_code.h"
-
-#include <iconv.h>
+#include "path.h"
 
 #include <algorithm>
 #include <filesystem>
 
 namespace client {
 
-namespace {
-
-// Answers false when the input is not valid in its own encoding; the output is
-// then what came before. Texts are sequences of the encoding's code units.
-template <class Output, class Input>
-bool Convert(const char *from, const char *to, Input input, Output *output)
-{
-    output->resize(input.size() * 3); // enough between UTF-8 and UTF-16, either way
-    auto *source = const_cast<char *>(reinterpret_cast<const char *>(input.data()));
-    auto *target = reinterpret_cast<char *>(output->data());
-    std::size_t sourceLeft = input.size() * sizeof input[0];
-    std::size_t targetLeft = output->size() * sizeof(*output)[0];
-    iconv_t converter = iconv_open(to, from);
-    const bool valid = iconv(converter, &source, &sourceLeft, &target, &targetLeft) != static_cast<std::size_t>(-1);
-    iconv_close(converter);
-    output->resize(output->size() - targetLeft / sizeof(*output)[0]);
-    return valid;
-}
-
-} // namespace
-
-std::u16string ToWide(std::string_view utf8)
-{
-    std::u16string wide;
-    if (!Convert("UTF-8", "UTF-16LE", utf8, &wide)) {
-        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + Printable(std::string(utf8)));
-    }
-    return wide;
-}
-
-std::string ToUtf8(std::u16string_view wide)
-{
-    std::string utf8;
-    (void)Convert("UTF-16LE", "UTF-8", wide, &utf8);
-    return utf8;
-}
-
-std::u16string ToWidePath(const std::string &path)
+WideText ToWidePath(const std::string &path)
 {
     if (path.find_first_of("*?") != std::string::npos) {
         throw Failure(ExitCode::kUsage, path + ": '*' and '?' would be taken for a search pattern");
     }
-    std::u16string wide = ToWide(std::filesystem::absolute(path).string());
-    std::replace(wide.begin(), wide.end(), u'/', u'\\');
+    WideText wide = ToWide(TextOf(std::filesystem::absolute(PathOf(path))));
+    std::replace(wide.begin(), wide.end(), PavonixChar('/'), PavonixChar('\\'));
     return wide;
-}
-
-std::optional<std::size_t> NarrowLength(const std::string &path)
-{
-    std::string narrow;
-    return Convert("UTF-8", "CP1252", path, &narrow) ? std::optional(narrow.size()) : std::nullopt;
 }
 
 std::string Printable(std::string text)

@@ -1,22 +1,26 @@
 // UTF-8, as people type it, and UTF-16, as the library takes it.
 #pragma once
 
+#include <pavonix/pavonix.h>
+
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace client {
 
+using WideText = std::basic_string<PavonixChar>;
+
 // Throws Failure(kUsage) for a text that is not UTF-8.
-[[nodiscard]] std::u16string ToWide(std::string_view utf8);
+[[nodiscard]] WideText ToWide(std::string_view utf8);
 
 // Ends before a lone surrogate, which the library's code page cannot produce.
-[[nodiscard]] std::string ToUtf8(std::u16string_view wide);
+[[nodiscard]] std::string ToUtf8(std::basic_string_view<PavonixChar> wide);
 
 // Answers the path as the library takes it: absolute, so that its folder is part
 // of it, and with '\' for '/'. Throws Failure(kUsage), also for '*' and '?', which
 // the library would take for a search pattern.
-[[nodiscard]] std::u16string ToWidePath(const std::string &path);
+[[nodiscard]] WideText ToWidePath(const std::string &path);
 
 // The bytes that a UTF-8 path has in code page 1252, the library's own; nothing
 // when it has letters that the page lacks.

@@ -2,10 +2,8 @@
 
 #include "judgement/connection_rules.h"
 #include "judgement/printable.h"
+#include "system.h"
 #include "wire/name_fault.h"
-
-#include <cerrno>
-#include <cstring>
 
 namespace client {
 
@@ -33,9 +31,9 @@ judgement::Findings CallRecord::Judge(const std::string &url) const
     if (address.empty()) {
         findings.push_back({&NameRule(host, nameError), judgement::Printable(host)});
     } else if (connectError != 0) {
-        findings.push_back({&ConnectRule(connectError), address + ": " + std::strerror(connectError)});
+        findings.push_back({&ConnectRule(connectError), address + ": " + NetworkErrorText(connectError)});
     } else if (sendError != 0) {
-        findings.push_back({&judgement::kSendFailed, address + ": " + std::strerror(sendError)});
+        findings.push_back({&judgement::kSendFailed, address + ": " + NetworkErrorText(sendError)});
     } else {
         judgement::Findings more = judgement::Judge(exchange);
         std::move(more.begin(), more.end(), std::back_inserter(findings));

@@ -41,9 +41,9 @@ private:
 
 int Call(const ShopLibrary &library, const Examination &examination, const std::string &target)
 {
-    const std::u16string profile = ToWidePath(examination.profile.empty() ? target + ".none" : examination.profile);
-    const std::u16string path = ToWidePath(target);
-    const std::u16string url = ToWide(examination.url);
+    const WideText profile = ToWidePath(examination.profile.empty() ? target + ".none" : examination.profile);
+    const WideText path = ToWidePath(target);
+    const WideText url = ToWide(examination.url);
     return examination.good ? library.getOneGoodXml(profile.c_str(), &*examination.good, path.c_str(), 1, url.c_str(),
                                                     examination.port)
                             : library.getGoodListXml(profile.c_str(), &examination.list, path.c_str(), 1, url.c_str(),

@@ -1,0 +1,73 @@
+"""pavonix.exe out of the archive, under Wine, against the sample shop with the archive's sample profile."""
+
+import json
+import os
+import pathlib
+import socket
+import subprocess
+import unittest
+
+from shop_fixture import PROGRAMS, ShopTest, run
+
+WINDOWS = pathlib.Path(os.environ["PAVONIX_UNPACKED"], "windows")
+PROFILE = WINDOWS / "profile/sample.profile"
+VERSION = run(f"{PROGRAMS}/pavonix", "--version").stdout
+
+
+class WindowsClientTest(ShopTest):
+    def setUp(self):
+        super().setUp()
+        run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "SAMPLE-1",
+            "--user-id", "1", "--public-key", f"{PROFILE}.pub.xml", "--balance", "5000")
+
+    def pavonix(self, *words):
+        """Answers the exit code and all that it wrote."""
+        done = subprocess.run([os.environ["WINE64"], WINDOWS / "x64/pavonix.exe", *map(str, words)], cwd=self.folder,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=100,
+                              env={**os.environ, "LC_ALL": "C.UTF-8"})
+        return done.returncode, done.stdout.decode().replace("\r\n", "\n")
+
+    def call(self, command, *words, port=None, url="http://127.0.0.1/shop/{}"):
+        return self.pavonix(command, "--url", url, "--port", port or self.port,
+                            "--profile", PROFILE, *words)
+
+    def test_says_what_it_is(self):
+        self.assertEqual(self.pavonix("--version"), (0, VERSION))
+        code, text = self.pavonix("doctor")
+        self.assertEqual(code, 2)
+        self.assertIn("no command doctor", text)
+        code, text = self.pavonix("profile", "check", PROFILE)
+        self.assertEqual(code, 0, text)
+        self.assertIn("no problems in the text", text)
+
+    def test_lists_stores_and_buys(self):
+        for command, words, target in (("list", "type=1&category=0&sort=0&start=0&max=10", "Bücher.xml"),
+                                       ("good", "type=1&id=7", "good.xml")):
+            options = ["--type", 1] if command == "list" else ["--type", 1, "--id", 7]
+            code, text = self.call(command, *options, "--out", target)
+            self.assertEqual(code, 0, text)
+            wanted = run("curl", "-s", f"http://127.0.0.1:{self.port}/shop/{command}?{words}").stdout
+            self.assertEqual(pathlib.Path(self.folder, target).read_text(), wanted)
+            self.assertEqual(self.call(command, *options, "--out", target)[0], 1)
+        self.assertEqual(self.call("buy", "--type", 1, "--id", 7), (0, "bought (200): type 1, id 7\n"))
+        code, text = self.call("buy", "--type", 1, "--id", 7, "--json")
+        self.assertEqual((code, json.loads(text)["status"]), (4, 409))
+
+    def test_says_why_it_failed(self):
+        with socket.create_server(("127.0.0.1", 0)) as silent:
+            port = silent.getsockname()[1]
+            code, text = self.call("good", "--type", 1, "--id", 7, "--out", "x.xml", "--timeout", 0.3, port=port)
+            self.assertEqual(code, 9, text)
+        code, text = self.call("good", "--type", 1, "--id", 7, "--out", "x.xml", port=port)
+        self.assertEqual(code, 11, text)
+        self.assertIn("refuse", text)
+        self.assertIn(f"127.0.0.1:{port}", text)
+        code, text = self.call("good", "--type", 1, "--id", 7, "--out", "x.xml", "--trace")
+        self.assertEqual(code, 0, text)
+        self.assertIn("GET /shop/good", text)
+        code, text = self.call("list", "--type", 1, "--out", "cut.xml", url="http://127.0.0.1/fault/short/shop/{}")
+        self.assertEqual(code, 5, text)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,109 @@
+#include "system.h"
+
+#include "doctor/doctor_command.h"
+#include "downloads.h"
+#include "new_profile.h"
+#include "profile_commands.h"
+#include "purchases.h"
+#include "watch/watch_command.h"
+
+#include <dlfcn.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+namespace client {
+
+std::vector<std::string> CommandLine(int argc, char **argv)
+{
+    return {argv + 1, argv + argc};
+}
+
+void AddCommands(CLI::App &app, ExitCode *exitCode)
+{
+    AddDownloadCommands(app, exitCode);
+    AddBuyCommand(app, exitCode);
+    AddDoctorCommand(app, exitCode);
+    AddWatchCommand(app, exitCode);
+    AddNewProfileCommand(*AddProfileCommands(app, exitCode), exitCode);
+}
+
+void SetUnlessSet(const char *variable, const std::string &value)
+{
+    setenv(variable, value.c_str(), 0);
+}
+
+std::string SettingsFolder()
+{
+    const char *home = std::getenv("HOME");
+    return std::string(home == nullptr ? "" : home) + "/.config";
+}
+
+std::string FindShopLibrary(bool tracing)
+{
+    const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+    const std::filesystem::path installed = folder / CLIENT_TO_LIBRARIES;
+    const std::filesystem::path places[] = {
+        folder / (tracing ? "libpavonix-trace.so" : "libpavonix.so"),
+        installed / (tracing ? "pavonix/libpavonix-trace.so" : "libpavonix.so.1"),
+    };
+    for (const std::filesystem::path &place : places) {
+        if (std::filesystem::exists(place)) {
+            return place.string();
+        }
+    }
+    return tracing ? "libpavonix-trace.so" : "libpavonix.so.1";
+}
+
+void *OpenLibrary(const std::string &file)
+{
+    void *library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (library == nullptr) {
+        throw Failure(ExitCode::kLocalFailure, dlerror());
+    }
+    return library;
+}
+
+void *FindExport(void *library, const char *name)
+{
+    void *found = dlsym(library, name);
+    if (found == nullptr) {
+        throw Failure(ExitCode::kLocalFailure, dlerror());
+    }
+    return found;
+}
+
+void CloseLibrary(void *library)
+{
+    dlclose(library);
+}
+
+FileState StateOf(const char *path)
+{
+    using Kind = FileState::Kind;
+    struct stat now = {};
+    if (stat(path, &now) != 0) {
+        return {};
+    }
+    const Kind kind = S_ISREG(now.st_mode) ? Kind::kFile : S_ISDIR(now.st_mode) ? Kind::kFolder : Kind::kOther;
+    const auto seconds = static_cast<std::uint64_t>(now.st_mtim.tv_sec);
+    return {kind, static_cast<std::uint64_t>(now.st_size), now.st_ino,
+            seconds * 1'000'000'000 + static_cast<std::uint64_t>(now.st_mtim.tv_nsec)};
+}
+
+std::string WhyNoFileIn(const std::string &folder)
+{
+    return access(folder.c_str(), W_OK | X_OK) == 0 ? "it cannot be opened for writing"
+                                                    : folder + ": " + std::strerror(errno);
+}
+
+std::string NetworkErrorText(int error)
+{
+    return std::strerror(error);
+}
+
+} // namespace client

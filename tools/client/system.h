@@ -1,0 +1,54 @@
+// What the client needs of the system that it runs on: linux/ or windows/.
+#pragma once
+
+#include "exit_code.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace client {
+
+// The words of the command line behind the program's name, in UTF-8.
+[[nodiscard]] std::vector<std::string> CommandLine(int argc, char **argv);
+
+// Adds all commands that there are on this system.
+void AddCommands(CLI::App &app, ExitCode *exitCode);
+
+// An environment variable keeps the value that it has.
+void SetUnlessSet(const char *variable, const std::string &value);
+// The folder for settings files when no variable names it.
+[[nodiscard]] std::string SettingsFolder();
+
+// The library beside this program or installed with it, else a name that the
+// system's loader looks for.
+[[nodiscard]] std::string FindShopLibrary(bool tracing);
+// Both throw Failure(kLocalFailure). What the library calls is noted in the record
+// that is being made (call/call_record.h).
+[[nodiscard]] void *OpenLibrary(const std::string &file);
+[[nodiscard]] void *FindExport(void *library, const char *name);
+void CloseLibrary(void *library);
+
+// What lies at a path. Two states differ when the file was written or replaced.
+struct FileState {
+    enum class Kind { kNothing, kFile, kFolder, kOther } kind = Kind::kNothing;
+    std::uint64_t size = 0;
+    std::uint64_t identity = 0;
+    std::uint64_t written = 0; // a time of the system's own
+
+    bool operator==(const FileState &) const = default;
+};
+
+// Also to be called by a signal handler.
+[[nodiscard]] FileState StateOf(const char *path);
+// Why no file can be made in a folder that exists.
+[[nodiscard]] std::string WhyNoFileIn(const std::string &folder);
+
+// The words for the error of a connect or a send.
+[[nodiscard]] std::string NetworkErrorText(int error);
+
+} // namespace client

@@ -1,0 +1,135 @@
+#include "system.h"
+
+#include "downloads.h"
+#include "profile_commands.h"
+#include "purchases.h"
+#include "windows/call_hooks.h"
+#include "windows/utf16.h"
+
+#include <winsock2.h>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace client {
+
+namespace {
+
+std::string ErrorText(DWORD error)
+{
+    wchar_t text[512];
+    const DWORD english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error,
+                                        english, text, std::size(text), nullptr);
+    std::string words = Utf8Of({text, length});
+    words.erase(words.find_last_not_of("\r\n. ") + 1);
+    return words.empty() ? "error " + std::to_string(error) : words;
+}
+
+std::uint64_t Joined(DWORD high, DWORD low)
+{
+    return std::uint64_t(high) << 32 | low;
+}
+
+} // namespace
+
+std::vector<std::string> CommandLine(int, char **)
+{
+    int count = 0;
+    wchar_t **words = CommandLineToArgvW(GetCommandLineW(), &count);
+    std::vector<std::string> texts;
+    for (int i = 1; i < count; ++i) {
+        texts.push_back(Utf8Of(words[i]));
+    }
+    LocalFree(words);
+    return texts;
+}
+
+void AddCommands(CLI::App &app, ExitCode *exitCode)
+{
+    AddDownloadCommands(app, exitCode);
+    AddBuyCommand(app, exitCode);
+    AddProfileCommands(app, exitCode);
+    app.footer(app.get_footer() + "\nOnly pavonix for Linux has doctor, watch and profile new.\n");
+}
+
+void SetUnlessSet(const char *variable, const std::string &value)
+{
+    if (std::getenv(variable) == nullptr) {
+        _putenv_s(variable, value.c_str());
+    }
+}
+
+std::string SettingsFolder()
+{
+    const wchar_t *folder = _wgetenv(L"APPDATA");
+    return folder == nullptr ? "" : Utf8Of(folder);
+}
+
+std::string FindShopLibrary(bool tracing)
+{
+    wchar_t program[32768];
+    const DWORD length = GetModuleFileNameW(nullptr, program, std::size(program));
+    const std::filesystem::path folder = std::filesystem::path(std::wstring(program, length)).parent_path();
+    const std::filesystem::path beside = folder / (tracing ? L"trace\\PAVONIX.dll" : L"PAVONIX.dll");
+    return tracing || std::filesystem::exists(beside) ? Utf8Of(beside.native()) : "PAVONIX.dll";
+}
+
+void *OpenLibrary(const std::string &file)
+{
+    const HMODULE library = LoadLibraryW(Utf16Of(file).c_str());
+    if (library == nullptr) {
+        throw Failure(ExitCode::kLocalFailure, file + ": " + ErrorText(GetLastError()));
+    }
+    HookCallsOf(library);
+    return library;
+}
+
+void *FindExport(void *library, const char *name)
+{
+    const FARPROC found = GetProcAddress(static_cast<HMODULE>(library), name);
+    if (found == nullptr) {
+        throw Failure(ExitCode::kLocalFailure, std::string(name) + ": " + ErrorText(GetLastError()));
+    }
+    return reinterpret_cast<void *>(found);
+}
+
+void CloseLibrary(void *library)
+{
+    FreeLibrary(static_cast<HMODULE>(library));
+}
+
+FileState StateOf(const char *path)
+{
+    using Kind = FileState::Kind;
+    const HANDLE file = CreateFileW(Utf16Of(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    BY_HANDLE_FILE_INFORMATION found = {};
+    if (file == INVALID_HANDLE_VALUE) {
+        return {};
+    }
+    const bool isOnDisk = GetFileType(file) == FILE_TYPE_DISK && GetFileInformationByHandle(file, &found) != 0;
+    CloseHandle(file);
+    if (!isOnDisk) {
+        return {Kind::kOther};
+    }
+    return {(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::kFolder : Kind::kFile,
+            Joined(found.nFileSizeHigh, found.nFileSizeLow), Joined(found.nFileIndexHigh, found.nFileIndexLow),
+            Joined(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime)};
+}
+
+std::string WhyNoFileIn(const std::string &)
+{
+    return "it cannot be opened for writing";
+}
+
+std::string NetworkErrorText(int error)
+{
+    return ErrorText(static_cast<DWORD>(error));
+}
+
+} // namespace client

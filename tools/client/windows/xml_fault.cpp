@@ -1,0 +1,40 @@
+// Boost's reader stands in for libxml2, of which there is none here. It stops at a
+// zero byte and takes no document for one, so both are looked for before.
+#include "judgement/xml_fault.h"
+
+#include "judgement/printable.h"
+
+#include <boost/property_tree/xml_parser.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace judgement {
+
+std::string XmlFault(std::string_view document)
+{
+    if (document.empty()) {
+        return "it is empty";
+    }
+    if (const std::size_t zero = document.find('\0'); zero != std::string_view::npos) {
+        return "it holds a zero byte, the first at " + std::to_string(zero);
+    }
+    try {
+        boost::property_tree::ptree tree;
+        std::istringstream stream{std::string(document)};
+        boost::property_tree::read_xml(stream, tree, boost::property_tree::xml_parser::no_comments);
+        return tree.size() == 1 ? "" : "it has no single element that holds all others";
+    } catch (const boost::property_tree::xml_parser_error &error) {
+        return "line " + std::to_string(error.line()) + ": " + Printable(error.message());
+    }
+}
+
+std::string XmlFaultOfFile(const std::string &path)
+{
+    std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    return file ? XmlFault(std::string(std::istreambuf_iterator<char>(file), {})) : "it cannot be opened";
+}
+
+} // namespace judgement
