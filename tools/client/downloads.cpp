@@ -13,7 +13,6 @@ namespace client {
 namespace {
 
 using judgement::Finding;
-using judgement::Topic;
 
 struct Download {
     ShopCall call;
