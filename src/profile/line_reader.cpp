@@ -22,7 +22,7 @@ bool LineReader::Fill()
 
 const char *LineReader::ReadLine()
 {
-    if (failed_ || (next_ == end_ && !Fill())) {
+    if (next_ == end_ && !Fill()) {
         return nullptr;
     }
     std::size_t length = 0;
@@ -30,7 +30,6 @@ const char *LineReader::ReadLine()
         const char *lineFeed = std::find(next_, end_, '\n');
         const std::size_t count = static_cast<std::size_t>(lineFeed - next_);
         if (count > sizeof line_ - 1 - length) {
-            failed_ = true;
             return nullptr;
         }
         std::memcpy(line_ + length, next_, count);

@@ -16,8 +16,8 @@ public:
     LineReader(const LineReader &) = delete;
     LineReader &operator=(const LineReader &) = delete;
 
-    // The next line, NUL-terminated, until the next call. Null at the end of the
-    // stream, and for good at a line of 1024 characters or more.
+    // The next line, NUL-terminated, until the next call. Null ends the reading: at the
+    // end of the stream, and at a line of 1024 characters or more.
     const char *ReadLine();
 
 private:
@@ -28,7 +28,6 @@ private:
     char piece_[1024];
     const char *next_ = piece_; // what is left of the piece
     const char *end_ = piece_;
-    bool failed_ = false;
 };
 
 } // namespace pavonix

@@ -41,7 +41,7 @@ protected:
         any.sin_family = AF_INET;
         any.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t length = sizeof any;
-        bind(listener_, reinterpret_cast<sockaddr *>(&any), length);
+        EXPECT_EQ(bind(listener_, reinterpret_cast<sockaddr *>(&any), length), 0);
         getsockname(listener_, reinterpret_cast<sockaddr *>(&any), &length);
         std::memcpy(address_.port, &any.sin_port, sizeof address_.port);
         listen(listener_, 0);
