@@ -46,7 +46,7 @@ std::uint32_t Mix(unsigned group, std::uint32_t b, std::uint32_t c, std::uint32_
 
 void Md5::Compress(const std::uint8_t *block)
 {
-    auto [a, b, c, d] = state_;
+    std::uint32_t a = state_[0], b = state_[1], c = state_[2], d = state_[3];
     for (unsigned round = 0; round < 64; ++round) {
         const unsigned group = round / 16;
         const std::size_t word = (kOrder[group].factor * round + kOrder[group].offset) % 16;

@@ -69,7 +69,9 @@ TEST(Padding, RefusalsAndWhatTheyLog)
     Logger poor;
     tap::FailNth(1, false);
     EXPECT_FALSE(EncodeOaep(Data(text), 1, nullptr, 0, 1024, 1, &out, poor));
-    EXPECT_EQ(LogText(poor),
-              Lines("ZentorpLog:|  OAEP encoding output size error|  OutputSize: 0|  ExpectedSize: 128|"));
+    tap::FailNth(1, false);
+    EXPECT_FALSE(Mgf1(102, 1, Data(text), 20, 10, &out, poor));
+    EXPECT_EQ(LogText(poor), Lines("ZentorpLog:|  OAEP encoding output size error|  OutputSize: 0|  ExpectedSize: 128|"
+                                   "  Memory error|  SeedLen: 20|"));
     EXPECT_EQ(out.length(), 0u);
 }

@@ -123,7 +123,7 @@ TEST_F(LoggerTest, TagsAndTextsAtTheirEdges)
     log_.logData("empty", "");
     log_.logHex("zero", 0);
     log_.logHex("all", 0xFFFFFFFFu);
-    log_.logInfo("");
+    EXPECT_TRUE(log_.logInfo(""));
     const std::string kept = Lines("ZentorpLog:|  my_value: v|  a\tb__c: (NULL)|  nothing: (NULL)|  none: |  empty: |"
                                    "  zero: 0x0|  all: 0xffffffff|  |");
     EXPECT_EQ(LogText(log_), kept);
