@@ -73,21 +73,25 @@ Opening OpenStepByStep(const std::string &headerValue, const PublicKey &key)
         return opening;
     }
     opening.blocks = OpenBlocks(*opening.ciphertext, blockSize, key);
-    if (!opening.blocks.back().text) {
-        return opening;
-    }
-    opening.text = "";
+    std::string text;
     for (const OpenedBlock &block : opening.blocks) {
-        *opening.text += *block.text;
+        if (!block.text) {
+            return opening;
+        }
+        text += *block.text;
     }
-    opening.time = ParseTimeText(*opening.text);
+    opening.time = ParseTimeText(text);
+    opening.text = std::move(text);
     return opening;
 }
 
 std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &key)
 {
     const Opening opening = OpenStepByStep(headerValue, key);
-    return opening.time ? std::optional(Token{*opening.ciphertext, *opening.time}) : std::nullopt;
+    if (!opening.ciphertext || !opening.time) {
+        return std::nullopt;
+    }
+    return Token{*opening.ciphertext, *opening.time};
 }
 
 } // namespace token
