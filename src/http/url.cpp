@@ -41,12 +41,12 @@ UrlParts SplitUrl(const char *url)
 {
     UrlParts parts;
     const bool hasSlashes = FindText(url, "//", 0) >= 0;
-    if (url == nullptr || (hasSlashes && !HasHttpScheme(url))) {
+    if (hasSlashes && !HasHttpScheme(url)) {
         return parts;
     }
     const std::int32_t hostStart = hasSlashes ? static_cast<std::int32_t>(kScheme.size()) : 0;
     const std::int32_t pathStart = FindText(url, "/", hostStart);
-    if (pathStart <= hostStart) {
+    if (pathStart <= hostStart) { // without a text too
         return parts;
     }
     const std::string_view whole = url;

@@ -28,9 +28,11 @@ void AddFormNumber(HttpConnection *connection, const char *name, std::int32_t va
     connection->AddFormField(name, text.c_str());
 }
 
-// False when there was no memory to measure the form.
-[[nodiscard]] bool AddForm(HttpConnection *connection, const BuyGoodRequest &request)
+// The token, the form and its length. False when there was no memory to measure the
+// form.
+[[nodiscard]] bool AddPurchase(const CallIdentity &identity, const BuyGoodRequest &request, HttpConnection *connection)
 {
+    connection->AddHeader("User-Cert", identity.UserCert().c_str());
     AddFormNumber(connection, "type", request.type);
     AddFormNumber(connection, "id", request.id);
     AddFormNumber(connection, "force", request.force);
@@ -73,10 +75,7 @@ int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResul
 {
     HttpConnection connection;
     const CallIdentity identity(profilePath);
-    bool whole = AddIdentity(identity, &connection);
-    connection.AddHeader("User-Cert", identity.UserCert().c_str());
-    whole = AddForm(&connection, request) && whole;
-
+    const bool whole = AddIdentity(identity, &connection) && AddPurchase(identity, request, &connection);
     ZtByteData reply; // the connection holds all that is read
     if (!whole || connection.Post(url.c_str(), &reply, static_cast<std::uint32_t>(port)) == 0) {
         connection.Close();

@@ -145,6 +145,7 @@ TEST_F(InterruptedSockets, ConnectTellsWhatBecameOfIt)
     const platform::Socket third = platform::OpenSocket(AF_INET, SOCK_STREAM, 0);
     const auto refuse = [&] { shutdown(listener_, SHUT_RDWR); };
     EXPECT_EQ(Interrupted([&] { return Connect(third); }, refuse), platform::kSocketError);
+    EXPECT_EQ(platform::SendSocket(third, "x", 1), platform::kSocketError) << "and no signal ends the process";
     for (const platform::Socket socket : {first, second, third}) {
         platform::CloseSocket(socket);
     }

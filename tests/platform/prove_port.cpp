@@ -154,6 +154,7 @@ const Conversion kConversions[] = {
     {1252, W("\x0100\x221E\x2212z?"), "???z?", true}, // no look-alikes: A, 8 and -
     {1252, W("\xD83D\xDE00!"), "?!", true},
     {936, W("\x3042z"), "\xA4\xA2z", false},
+    {28592, W("\x0104\x3042"), "\xA1?", true},
     {1252,
      W("a\xDB40\xDC41"
        "b"),
@@ -194,7 +195,7 @@ void CheckCodePages()
     }
     char byte;
     bool lossy = true;
-    CHECK(WideToBytes(12345, W("a"), 1, &byte, 1, nullptr) == 0);
+    CHECK(WideToBytes(54321, W("a"), 1, &byte, 1, nullptr) == 0);
     CHECK(WideToBytes(1252, W(""), 0, &byte, 1, &lossy) == 0 && !lossy);
 }
 
@@ -208,6 +209,9 @@ void CheckSockets()
     CHECK(socket != 0 && socket != kInvalidSocket);
     const int on = 1;
     CHECK(SetSocketOption(socket, kSolSocket, kSoKeepAlive, &on, sizeof on) == 0);
+    CHECK(SetSocketOption(socket, kSolSocket, 0, &on, sizeof on) == kSocketError);
+    CHECK(SetSocketOption(socket, 0, kSoKeepAlive, &on, sizeof on) == kSocketError);
+    CHECK(OpenSocket(-1, kStreamSocket, 0) == kInvalidSocket);
     CHECK(CloseSocket(socket) == 0);
     CHECK(CloseSocket(socket) == kSocketError);
     const HostEntry *host = ResolveHost("127.0.0.1");

@@ -7,7 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace pavonix;
 
@@ -54,18 +57,18 @@ protected:
     }
 
     // `request` gets what was sent.
-    int Buy(std::string *request)
+    int Buy(const std::u16string &path, std::string *request)
     {
         tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
         tap::UsePeer(&peer);
         const BuyGoodRequest good = {0, 0, 1, 7, 0};
-        const int result = GetBuyGood(DeviceProfilePath().c_str(), &good, nullptr, u"http://shop/buy", 80);
+        const int result = GetBuyGood(path.c_str(), &good, nullptr, u"http://shop/buy", 80);
         *request = peer.received;
         return result;
     }
 
     Sandbox box;
-    const std::string serial = std::string(300, 's'); // so long that each copy needs memory of its own
+    std::string serial = std::string(300, 's'); // so long that each copy needs memory of its own
     std::u16string profile = box.Write("profile", "User-Agent: U\nUser-Serial: " + serial + "\nUser-Id: 1\n");
 };
 
@@ -103,6 +106,29 @@ TEST_F(Torture, OfAPurchase)
             without += length == 0;
         }
     };
-    Run([&] { return Buy(&sent); }, check);
+    Run([&] { return Buy(DeviceProfilePath(), &sent); }, check);
     EXPECT_TRUE(tokens > 0 && without > 0);
+}
+
+// The process keeps the room of the longest serial that it has read, and only one that
+// is longer asks for memory: each fault meets a process that has not read it.
+TEST_F(Torture, OfALongerSerialThanEver)
+{
+    serial = std::string(1000, 's');
+    profile = box.Write("profile", "User-Serial: " + serial + "\nUser-Id: 1\n");
+    for (const bool buys : {false, true}) {
+        int status = 0;
+        for (int fault = 1; status == 0; ++fault) {
+            const pid_t child = fork();
+            if (child == 0) {
+                tap::FailNth(fault, false);
+                std::string sent;
+                const int result = buys ? Buy(profile, &sent) : Download();
+                EXPECT_TRUE(!buys || result == 0 || sent.find(serial) != sent.npos || sent.find("ID: 0") != sent.npos);
+                std::exit(HasFailure() ? 1 : tap::FaultHappened() ? 0 : 2);
+            }
+            waitpid(child, &status, 0);
+        }
+        EXPECT_EQ(WIFEXITED(status) ? WEXITSTATUS(status) : -1, 2) << "2: the run met no fault any more";
+    }
 }

@@ -96,7 +96,7 @@ bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
     const bool windows = codePage == kAnsiCodePage || (codePage >= 1250 && codePage <= 1258);
     const char byte = static_cast<char>(unit);
     WideChar back = 0;
-    return windows && unit >= 0x80 && unit < 0xA0 && BytesToWide(codePage, &byte, 1, &back, 1) == 1 && back == unit;
+    return windows && unit < 0xA0 && BytesToWide(codePage, &byte, 1, &back, 1) == 1 && back == unit;
 }
 
 // One character, of one or two units. False when the code page lacks it.

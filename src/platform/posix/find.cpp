@@ -30,16 +30,16 @@ void SetRecord(FindRecord *record, const struct stat &entry)
     record->attributes = IsFolder(entry) ? kAttributeDirectory : 0;
 }
 
-// Only '*' and '?' are wildcards here, but fnmatch knows brackets and escapes too.
+// Only '*' and '?' are wildcards here, but fnmatch knows brackets too, and escapes,
+// of which a path has none: each '\' of it is a separator.
 bool QuotePattern(const char *component, char *pattern, std::size_t room)
 {
     std::size_t length = 0;
     for (; *component != 0; ++component) {
-        const bool quote = *component == '[' || *component == '\\';
         if (length + 2 >= room) {
             return false;
         }
-        if (quote) {
+        if (*component == '[') {
             pattern[length++] = '\\';
         }
         pattern[length++] = *component;

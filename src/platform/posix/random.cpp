@@ -1,7 +1,7 @@
 // The random contract over POSIX: the kernel's source in place of a provider.
 #include "platform/random.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <cstdlib>
 #include <sys/random.h>
 
@@ -15,13 +15,11 @@ bool AcquireProvider(Provider *provider, const WideChar *, std::uint32_t, std::u
 
 bool GenerateRandom(Provider, std::uint8_t *bytes, std::uint32_t length)
 {
-    std::uint32_t filled = 0;
-    while (filled < length) {
-        const ssize_t count = getrandom(bytes + filled, length - filled, 0);
-        if (count < 0 && errno != EINTR) {
+    constexpr std::uint32_t kMost = 256; // that many come whole, whatever signal comes
+    for (std::uint32_t filled = 0; filled < length; filled += kMost) {
+        if (getentropy(bytes + filled, std::min(length - filled, kMost)) != 0) {
             return false;
         }
-        filled += count > 0 ? static_cast<std::uint32_t>(count) : 0;
     }
     return true;
 }

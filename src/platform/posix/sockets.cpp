@@ -19,14 +19,12 @@ namespace {
 int FinishConnect(int fd)
 {
     pollfd waiting = {fd, POLLOUT, 0};
-    while (poll(&waiting, 1, -1) < 0) {
-        if (errno != EINTR) {
-            return kSocketError;
-        }
+    while (poll(&waiting, 1, -1) < 0 && errno == EINTR) {
     }
-    int error = 0;
+    int error = ECONNABORTED;
     socklen_t length = sizeof error;
-    return getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &length) == 0 && error == 0 ? 0 : kSocketError;
+    getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &length);
+    return error == 0 ? 0 : kSocketError;
 }
 
 } // namespace
@@ -61,19 +59,16 @@ int CloseSocket(Socket socket)
 const HostEntry *ResolveHost(const char *name)
 {
     static thread_local HostEntry entry;
-    const hostent *found = gethostbyname(name);
-    if (found == nullptr || found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr) {
+    const hostent *found = gethostbyname(name); // IPv4 addresses, one at least, or nothing
+    if (found == nullptr) {
         return nullptr;
     }
     std::memcpy(entry.firstAddress, found->h_addr_list[0], sizeof entry.firstAddress);
     return &entry;
 }
 
-int ConnectSocket(Socket socket, const SocketAddress *address, int addressLength)
+int ConnectSocket(Socket socket, const SocketAddress *address, int)
 {
-    if (addressLength != static_cast<int>(sizeof *address)) {
-        return kSocketError;
-    }
     sockaddr_in peer = {};
     peer.sin_family = address->family;
     std::memcpy(&peer.sin_port, address->port, sizeof address->port);

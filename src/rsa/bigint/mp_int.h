@@ -4,6 +4,7 @@
 #include "rsa/text/data_buffer.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <tommath.h>
 
 namespace pavonix {
@@ -43,6 +44,7 @@ private:
     friend int Sub(const mp_int &a, const mp_int &b, mp_int *y);
 
     void SetDigits(const std::uint8_t *bytes, std::uint32_t length); // of 0, with room for them
+    static bool AreUsable(std::initializer_list<const mp_int *> numbers);
     bool usable() const { return value_.dp != nullptr; }
 
     ::mp_int value_ = {}; // no digits (dp null) while unusable

@@ -44,7 +44,10 @@ bool ApplyKey(const mp_int &m, std::int32_t keyChoice, const RsaKey &key, mp_int
     if (keyChoice == kPrivateKey) {
         return ApplyPrivateKey(m, key, c, log);
     }
-    return ExptMod(m, key.e, key.N, c) == MP_OKAY || Fail(log, "Modular exponentiation (A) failed");
+    if (ExptMod(m, key.e, key.N, c) != MP_OKAY) {
+        return Fail(log, "Modular exponentiation (A) failed");
+    }
+    return true;
 }
 
 // The division is deliberately not rounded up: under a modulus that does not fill

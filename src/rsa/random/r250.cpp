@@ -132,9 +132,7 @@ bool R250::AppendWords(std::uint32_t count, bool allowZero, DataBuffer *output)
         const std::uint32_t word = Step();
         if (allowZero || !HasZeroByte(word)) {
             const std::uint32_t taken = count < sizeof word ? count : sizeof word;
-            if (!output->Append(&word, taken)) {
-                return false;
-            }
+            (void)output->Append(&word, taken); // there is room
             count -= taken;
         }
     }

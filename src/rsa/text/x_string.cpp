@@ -144,7 +144,7 @@ bool XString::MakeWide() const
     const int units = platform::BytesToWide(codePage, source.c_str(), source.length(), nullptr, 0);
     const std::uint32_t byteCount = static_cast<std::uint32_t>(units) * 2;
     utf16_.Clear();
-    if (units < 0 || (units == 0 && source.length() > 0) || !utf16_.EnsureCapacity(byteCount + 2) ||
+    if ((units == 0 && source.length() > 0) || !utf16_.EnsureCapacity(byteCount + 2) ||
         !utf16_.AppendFill(0, byteCount + 2)) {
         return false;
     }

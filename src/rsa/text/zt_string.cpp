@@ -9,10 +9,8 @@ ZtString::ZtString(const ZtString &other) : ZtObject(), utf8_(other.utf8_)
 
 ZtString &ZtString::operator=(const ZtString &other)
 {
-    if (this != &other) {
-        utf8_ = other.utf8_;
-        text_.CopyFrom(other.text_);
-    }
+    utf8_ = other.utf8_;
+    text_.CopyFrom(other.text_);
     return *this;
 }
 

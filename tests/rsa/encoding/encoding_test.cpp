@@ -126,6 +126,13 @@ TEST(ContentCoding, NoBytesGiveWhatTheEncodingMakesOfThem)
     EXPECT_EQ(BytesOf(text), "begin 600 a b\n`\nend\n");
 }
 
+TEST(ContentCoding, UrlsKeepWhatTheyMay)
+{
+    StringBuffer text;
+    ContentCoding::EncodeUrl(Data("azAZ09-._~`{@[/:"), 16, &text);
+    EXPECT_EQ(BytesOf(text), "azAZ09-._~%60%7B%40%5B%2F%3A");
+}
+
 TEST(ContentCoding, QuotedPrintableLines)
 {
     const std::string line(71, 'x');
@@ -155,6 +162,8 @@ TEST(ContentCoding, DecodingReplacesABufferAndIsAppendedToAText)
     ASSERT_TRUE(ContentCoding::DecodeBase64("TWFuTWE=", 5, &bytes));
     ASSERT_EQ(bytes.length(), 3u);
     EXPECT_EQ(bytes.data()[3] | bytes.data()[4], 0) << "no bits of half a byte, and a zero one place further";
+    ASSERT_TRUE(ContentCoding::DecodeBase64("TWFu\0TWE=", 9, &bytes));
+    EXPECT_EQ(BytesOf(bytes), "Man") << "but a zero ends the text";
     ASSERT_TRUE(ContentCoding::DecodeBase64(nullptr, 4, &bytes));
     EXPECT_EQ(bytes.length(), 0u);
 

@@ -70,6 +70,12 @@ TEST(StringBuffer, EditsItsText)
     text.RemoveChar('a');
     text.Shrink();
     EXPECT_EQ(text.capacity(), 195);
+    const std::string once = text.c_str();
+    text.Append(text.c_str());
+    EXPECT_EQ(text.c_str(), once + once) << "its own text, while it moves";
+    text.Append(static_cast<const char *>(nullptr));
+    text.Reserve(0);
+    EXPECT_TRUE(text.length() == 388 && !text.EndsWith("y") && !StringBuffer().ContainsChar('y'));
 }
 
 TEST(StringBuffer, FallsBackWhenThereIsNoMemory)
@@ -82,6 +88,7 @@ TEST(StringBuffer, FallsBackWhenThereIsNoMemory)
     StringBuffer none;
     none.Append("lost");
     none.Reserve(10);
+    none.Shrink();
     EXPECT_EQ(none.capacity(), 1);
     EXPECT_STREQ(none.c_str(), "");
     EXPECT_FALSE(none.complete());

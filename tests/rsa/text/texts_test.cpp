@@ -43,6 +43,12 @@ TEST(XString, ConvertsOnDemand)
     EXPECT_STREQ(text.GetAnsi().c_str(), "??z") << "half a pair takes nothing with it";
     text.SetFromUtf16(nullptr);
     EXPECT_TRUE(text.isEmpty());
+    text.SetFromUtf16(u"z");
+    EXPECT_FALSE(text.isEmpty());
+    tap::FailNth(1, true);
+    const XString poor;
+    tap::FailNone();
+    EXPECT_TRUE(poor.GetUtf16()[0] == 0 && poor.LengthUtf16() == 0) << "no memory, no units";
 }
 
 TEST(XString, CopiesOneRepresentationAndAsciiWithoutConversion)
@@ -159,5 +165,5 @@ TEST(FixedText, CutsAndTells)
     EXPECT_TRUE(text.fits());
     text.Append("5");
     EXPECT_STREQ(text.c_str(), "id=1234");
-    EXPECT_FALSE(text.fits());
+    EXPECT_FALSE(text.Append("").fits()) << "what was cut stays cut";
 }
