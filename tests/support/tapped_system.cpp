@@ -53,8 +53,8 @@ int __wrap_BytesToWide(std::uint32_t codePage, const char *bytes, int length, Wi
 
 void __wrap_ReadLocalTime(platform::LocalTime *time)
 {
-    if (TheState().clock) {
-        *time = TheState().clock->time;
+    if (const auto &clock = TheState().clock; clock) {
+        *time = clock->time;
     } else {
         __real_ReadLocalTime(time);
     }
@@ -62,7 +62,8 @@ void __wrap_ReadLocalTime(platform::LocalTime *time)
 
 std::uint32_t __wrap_ReadTickCount()
 {
-    return TheState().clock ? TheState().clock->ticks : __real_ReadTickCount();
+    const auto &clock = TheState().clock;
+    return clock ? clock->ticks : __real_ReadTickCount();
 }
 
 void __wrap_InitCriticalSection(platform::CriticalSection *section)

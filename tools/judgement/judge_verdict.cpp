@@ -69,7 +69,7 @@ void Verdict::JudgeCode()
     const HeadLine *line = FindLine(lines_, kCode);
     if (line == nullptr) {
         Add(kCodeMissing, "no such line");
-    } else if (device_.Verdict(kCode) && DeviceNumber(*device_.Verdict(kCode)) == 0) {
+    } else if (const auto code = device_.Verdict(kCode); code && DeviceNumber(*code) == 0) {
         Add(kCodeZero, Printable(line->whole));
     }
 }

@@ -63,13 +63,14 @@ bool ShowBlocks(Steps &steps, const token::Opening &opening)
 
 void ShowTime(Steps &steps, const token::Opening &opening, token::WallTime at)
 {
+    const std::string text = Html(opening.text.value_or(""));
     if (!opening.time) {
-        steps.Fail("The text is no time: <q>" + Html(*opening.text) + "</q>");
+        steps.Fail("The text is no time: <q>" + text + "</q>");
         return;
     }
     const auto ahead = std::chrono::floor<std::chrono::seconds>(*opening.time - at + std::chrono::milliseconds(999));
     const auto seconds = Count(static_cast<std::size_t>(std::abs(ahead.count())), "second");
-    steps.Add("The device's clock said <q>" + Html(*opening.text) + "</q>, " + seconds +
+    steps.Add("The device's clock said <q>" + text + "</q>, " + seconds +
               (ahead.count() < 0 ? " behind" : " ahead of") + " the shop's.");
 }
 
