@@ -104,6 +104,7 @@ private:
     const platform::HostEntry *hostEntry_ = nullptr;
     char peerAddress_[256]; // dotted IPv4; this and port_ are for whoever debugs a call
     std::uint8_t connected_ = 0;
+    std::uint8_t headReceived_ = 0; // never set: each transaction receives a head of its own
     std::uint32_t headLength_ = 0;
     std::uint32_t contentLength_ = 0;
     std::uint32_t port_ = 0;

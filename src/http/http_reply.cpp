@@ -11,6 +11,9 @@ namespace pavonix {
 
 const char *HttpConnection::ReceiveHead()
 {
+    if (headReceived_ != 0) {
+        return headArea_;
+    }
     char area[kFirstReception + 1] = {};
     // The byte count is not kept: what did not arrive counts as zeros from here on.
     platform::ReceiveSocket(socket_, area, kFirstReception);

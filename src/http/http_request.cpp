@@ -88,7 +88,7 @@ ZtString HttpConnection::ComposeRequest(const char *method, const UrlParts &url,
     AppendLine(&request_, "Accept", accept_, "*/*");
     AppendLine(&request_, "User-Agent", userAgent_, kDefaultUserAgent);
     request_.Append("Connection: Keep-Alive\r\n");
-    if (!IsAbsent(body)) {
+    if (!IsAbsent(body) || !IsAbsent(contentType_)) {
         AppendLine(&request_, "Content-Type", contentType_, "application/x-www-form-urlencoded");
     }
     request_.Append(headers_);

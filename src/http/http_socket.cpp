@@ -106,6 +106,7 @@ int HttpConnection::Close()
 void HttpConnection::Reset()
 {
     connected_ = 0;
+    headReceived_ = 0;
     headLength_ = 0;
     contentLength_ = 0;
     port_ = 0;
