@@ -11,14 +11,14 @@ namespace {
 
 constexpr std::int32_t kFractionDivisor = 999; // not 1000: servers in the field know 000 to 998
 
-void SetUpRsa()
+void SetUp(ZtRsa *rsa, const DeviceProfile &profile)
 {
-    Rsa().put_OAEP(true);
-    Rsa().put_EncodingMode("base64");
-    (void)Rsa().ImportPublicKey(Profile().publicKeyXml().c_str());
-    trace::TellEngine(&Rsa());
-    (void)Rsa().ImportPrivateKey(Profile().privateKeyXml().c_str());
-    trace::TellEngine(&Rsa());
+    rsa->put_OAEP(true);
+    rsa->put_EncodingMode("base64");
+    (void)rsa->ImportPublicKey(profile.publicKeyXml().c_str());
+    PAVONIX_TRACE_HOOK(TellEngine(rsa));
+    (void)rsa->ImportPrivateKey(profile.privateKeyXml().c_str());
+    PAVONIX_TRACE_HOOK(TellEngine(rsa));
 }
 
 // The local time, "2010-3-5 9:7:3.042". The three digits are the tick count modulo
@@ -40,9 +40,10 @@ FixedText<64> MakeTimestamp()
 
 CallIdentity::CallIdentity(const WideChar *profilePath)
 {
-    Profile().Read(profilePath);
-    trace::TellProfile(Profile());
-    SetUpRsa();
+    DeviceProfile &profile = Profile();
+    profile.Read(profilePath);
+    PAVONIX_TRACE_HOOK(TellProfile(profile));
+    SetUp(&Rsa(), profile);
 }
 
 CallIdentity::~CallIdentity()
@@ -70,8 +71,9 @@ FixedText<16> CallIdentity::UserId() const
 ZtString CallIdentity::UserCert() const
 {
     ZtString token; // stays empty, too, when only a piece of it finds memory
-    (void)Rsa().EncryptStringENC(MakeTimestamp().c_str(), true, &token);
-    trace::TellEngine(&Rsa());
+    ZtRsa &rsa = Rsa();
+    (void)rsa.EncryptStringENC(MakeTimestamp().c_str(), true, &token);
+    PAVONIX_TRACE_HOOK(TellEngine(&rsa));
     return token;
 }
 

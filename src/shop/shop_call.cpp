@@ -40,7 +40,7 @@ bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 
 std::int32_t ReplyStatus(const HttpConnection &connection)
 {
-    trace::TellReply(connection);
+    PAVONIX_TRACE_HOOK(TellReply(connection));
     FixedText<kFirstReception + 1> copy;
     const ZtString head = connection.GetHead();
     copy.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));
