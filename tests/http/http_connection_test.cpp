@@ -44,6 +44,7 @@ TEST(Connection, ComposesTheRequestInItsOrder)
 
     connection.Reset();
     EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)), bare) << "as if new";
+    EXPECT_FALSE(SplitUrl("http:///x").valid) << "a resolver may take no name for this machine";
 }
 
 TEST(Connection, SplitsHeadAndBody)
