@@ -53,7 +53,7 @@ void ParseEngine::ReadText()
     const char *plain = at_;
     at_ += std::strcspn(at_, open_ != nullptr ? "<&" : "<");
     AppendLines(plain, at_);
-    if (*at_ == '&') { // inside an element only
+    if (*at_ == '&' && open_ != nullptr) {
         at_ = AppendReference(at_, &open_->content());
     }
 }
