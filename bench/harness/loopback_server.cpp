@@ -85,14 +85,15 @@ void LoopbackServer::Run()
 void LoopbackServer::Answer(int client)
 {
     const std::string request = ReadRequest(client);
+    std::this_thread::sleep_for(std::chrono::microseconds(pause_));
     if (request.compare(0, 5, "POST ") == 0) {
         const std::string reply = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
         SendAll(client, reply.data(), reply.size());
         return;
     }
-    const std::size_t id = request.find("id=");
-    if (id != std::string::npos) {
-        SendBody(client, std::strtoul(&request[id + 3], nullptr, 10));
+    const std::size_t last = request.rfind('=', request.find(" HTTP/"));
+    if (last != std::string::npos) {
+        SendBody(client, std::strtoul(&request[last + 1], nullptr, 10));
     }
 }
 

@@ -1,14 +1,16 @@
 // A shop on loopback that costs as little as possible: its replies stand ready.
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <string>
 #include <thread>
 
 namespace pavonix::bench {
 
-// Answers each GET with as many body bytes as its "id" says, and each POST with
-// "ok". The head and the first body bytes go in one send. One connection at a
+// Answers each GET with as many body bytes as the last number of its address says, and
+// each POST with "ok". The head and the first body bytes go in one send. One connection at a
 // time, on a thread of its own; the client closes.
 class LoopbackServer {
 public:
@@ -18,6 +20,8 @@ public:
     LoopbackServer &operator=(const LoopbackServer &) = delete;
 
     int port() const { return port_; }
+    // Has each reply wait so long.
+    void Pause(std::chrono::microseconds pause) { pause_ = pause.count(); }
     std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/shop"; }
 
 private:
@@ -27,7 +31,8 @@ private:
 
     int listener_ = -1;
     int port_ = 0;
-    std::string block_; // a head has room at its front, body bytes follow
+    std::atomic<long> pause_ = 0; // microseconds
+    std::string block_;           // a head has room at its front, body bytes follow
     std::thread thread_;
 };
 

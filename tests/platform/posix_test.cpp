@@ -71,14 +71,6 @@ protected:
 
     int Connect(platform::Socket socket) const { return platform::ConnectSocket(socket, &address_, sizeof address_); }
 
-    // Two ends of a connection.
-    void Pair(platform::Socket *ours, int *theirs) const
-    {
-        *ours = platform::OpenSocket(AF_INET, SOCK_STREAM, 0);
-        ASSERT_EQ(Connect(*ours), 0);
-        *theirs = accept(listener_, nullptr, nullptr);
-    }
-
     static std::atomic<int> signals;
     int listener_ = socket(AF_INET, SOCK_STREAM, 0);
     platform::SocketAddress address_ = {AF_INET, {}, {127, 0, 0, 1}, {}};
@@ -114,14 +106,12 @@ TEST(PosixSockets, NeverHaveTheDescriptorThatMeansNone)
     close(input);
 }
 
-TEST_F(InterruptedSockets, ReceiveAndSendGoOn)
+TEST_F(InterruptedSockets, SendGoesOn)
 {
-    platform::Socket ours = 0;
-    int theirs = -1;
-    Pair(&ours, &theirs);
+    const platform::Socket ours = platform::OpenSocket(AF_INET, SOCK_STREAM, 0);
+    ASSERT_EQ(Connect(ours), 0);
+    const int theirs = accept(listener_, nullptr, nullptr);
     char bytes[8192] = {};
-    const auto answer = [&] { send(theirs, "late", 4, 0); };
-    EXPECT_EQ(Interrupted([&] { return platform::ReceiveSocket(ours, bytes, sizeof bytes); }, answer), 4);
     while (send(static_cast<int>(ours), bytes, sizeof bytes, MSG_DONTWAIT) > 0) {
     } // until no more fits
     const auto makeRoom = [&] {

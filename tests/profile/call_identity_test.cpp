@@ -33,4 +33,7 @@ TEST(CallIdentity, TakesTheFractionOfItsTimeFromTheTickCount)
         EXPECT_EQ(timeAt({2010, 3, 5, 9, 7, 3}, row.ticks), std::string("2010-3-5 9:7:3.") + row.fraction);
     }
     EXPECT_EQ(timeAt({2010, 12, 31, 23, 59, 59}, 0x80000000), "2010-12-31 23:59:59.-281");
+    tap::Reset();
+    (void)identity.UserCert();
+    EXPECT_EQ(tap::CountOf("ReadLocalTime"), 1) << "a clock that moves back meanwhile is nothing to a token";
 }

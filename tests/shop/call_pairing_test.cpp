@@ -135,6 +135,11 @@ TEST_F(Pairing, PartsAreNotSentOrWrittenTwice)
     EXPECT_EQ(box.Read("f"), std::string(100, 'a'));
     EXPECT_EQ(tap::CountOf("WriteStream"), 1) << "a file that took less is not written to any more";
     EXPECT_EQ(tap::CountOf("ReceiveSocket"), 3) << "the body is read to its end";
+    tap::ScriptedPeer deaf{{head}, {}, 0};
+    deaf.takes = 0;
+    tap::UsePeer(&deaf);
+    EXPECT_EQ(Download("f"), 200) << "the reply counts";
+    EXPECT_EQ(deaf.received, "");
 }
 
 TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)

@@ -17,6 +17,7 @@ struct Faults {
 
 Faults faults;
 std::vector<std::string> calls;
+std::pair<std::string, std::function<void()>> before;
 
 class ResetBeforeEachTest : public testing::EmptyTestEventListener {
     void OnTestStart(const testing::TestInfo &) override { Reset(); }
@@ -46,6 +47,9 @@ State &TheState()
 bool Enter(const char *name, const std::string &detail)
 {
     calls.push_back(detail.empty() ? name : name + ("(" + detail + ")"));
+    if (before.first == name) {
+        before.second();
+    }
     return CountAndDecide() || faults.always.count(name) > 0;
 }
 
@@ -76,6 +80,11 @@ void FailNth(int nth, bool everAfter)
 void FailAlways(const std::string &name)
 {
     faults.always.insert(name);
+}
+
+void Before(const std::string &name, const std::function<void()> &action)
+{
+    before = {name, action};
 }
 
 void FailNone()
@@ -149,6 +158,7 @@ void Reset()
 {
     FailNone();
     calls.clear();
+    before = {};
     State &state = TheState();
     state.peakBytes = state.bytes;
     state.peer = nullptr;

@@ -9,6 +9,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,6 +49,9 @@ int FailEach(const Run &run)
     }
     return faults;
 }
+
+// Has something happen before each call of one contract function.
+void Before(const std::string &name, const std::function<void()> &action);
 
 // --- What the library holds, to be compared before and after.
 struct Holdings {

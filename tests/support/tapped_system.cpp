@@ -53,6 +53,7 @@ int __wrap_BytesToWide(std::uint32_t codePage, const char *bytes, int length, Wi
 
 void __wrap_ReadLocalTime(platform::LocalTime *time)
 {
+    Enter("ReadLocalTime"); // it cannot fail
     if (const auto &clock = TheState().clock; clock) {
         *time = clock->time;
     } else {

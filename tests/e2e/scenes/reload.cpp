@@ -3,6 +3,7 @@
 #include "driver/run_scenario.h"
 #include "driver/suite.h"
 #include "rows/rows.h"
+#include "support/times.h"
 
 #include <gtest/gtest.h>
 
@@ -24,10 +25,10 @@ Scenario RowNamed(const std::string &name)
 }
 
 // A checked build of the caller reports at its end what any of the loads has lost.
-TEST(Reload, AHundredTimesWithCallsInBetween)
+TEST(Reload, ManyTimesWithCallsInBetween)
 {
     const Scenario download = RowNamed("body_of_5000_bytes"), purchase = RowNamed("refused_for_the_clock");
-    for (int i = 0; i < 100 && !HasFailure(); ++i) {
+    for (int i = 0; i < test::Times(100) && !HasFailure(); ++i) {
         RunScenario(download);
         RunScenario(purchase);
         ReloadLibrary();

@@ -81,19 +81,6 @@ TEST(ConvertText, CodePagesAndTheirNames)
     }
 }
 
-TEST(ConvertText, TheOutputIsTheTextAloneInAnyLength)
-{
-    EXPECT_EQ(Convert(1252, u""), "");
-    EXPECT_EQ(Convert(65001, u"a\u20ac\U0001F600"), "a\u20ac\xF0\x9F\x98\x80") << "no byte-order mark, pairs whole";
-    std::u16string text;
-    std::string bytes;
-    for (int i = 0; i < 30000; ++i) { // more than the room of one growth
-        text += u"\u4e2d";
-        bytes += "\xE4\xB8\xAD";
-    }
-    EXPECT_EQ(Convert(65001, text), bytes);
-}
-
 TEST(ConvertText, AFailureIsReportedAndLeavesNoOutput)
 {
     const std::string entries = "ZentorpLog:|  Caller:|    Character encoding conversion failed.|    NumCharsIn: 5|"

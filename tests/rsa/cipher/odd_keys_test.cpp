@@ -1,5 +1,5 @@
-// The exponentiation with keys that belong to no primes: the formula's result or
-// the documented message, and never a crash or a hang.
+// The exponentiation with keys that belong to no primes: the formula's result or the
+// documented message. fuzz/key.cpp has more of them, which need only be survived.
 #include "rsa/cipher/rsa_exponentiation.h"
 #include "rsa/log/logger.h"
 #include "support/rsa_keys.h"
@@ -22,38 +22,6 @@ Parts PartsOf(const TestKey &key)
     return Parts(parts.begin(), parts.end());
 }
 
-// What must come out, by OpenSSL's big integers: bytes, or the error's text.
-std::string Expected(const std::string &input, bool privateKey, const Parts &parts)
-{
-    const std::shared_ptr<BN_CTX> context(BN_CTX_new(), BN_CTX_free);
-    const auto part = [&](const char *name) { return ToNumber(parts.at(name)); };
-    const Number m = ToNumber(input), n = part("Modulus"), c = ToNumber(""), b = ToNumber("");
-    if (BN_cmp(n.get(), m.get()) < 0) {
-        return "Invalid RSA input value";
-    }
-    if (!privateKey) {
-        BN_mod_exp(c.get(), m.get(), part("Exponent").get(), n.get(), context.get());
-    } else if (BN_is_zero(part("P").get())) {
-        return "Modular exponentiation (1) failed";
-    } else if (BN_is_zero(part("Q").get())) {
-        return "Modular exponentiation (2) failed";
-    } else {
-        BN_mod_exp(c.get(), m.get(), part("DP").get(), part("P").get(), context.get());
-        BN_mod_exp(b.get(), m.get(), part("DQ").get(), part("Q").get(), context.get());
-        BN_sub(c.get(), c.get(), b.get());
-        BN_mul(c.get(), c.get(), part("InverseQ").get(), context.get());
-        BN_nnmod(c.get(), c.get(), part("P").get(), context.get());
-        BN_mul(c.get(), c.get(), part("Q").get(), context.get());
-        BN_add(c.get(), c.get(), b.get());
-    }
-    if (BN_num_bytes(c.get()) > BN_num_bytes(n.get())) {
-        return "Modular exponentiation output size is invalid";
-    }
-    std::string bytes = ToBytes(c.get());
-    const bool extend = !bytes.empty() && static_cast<std::size_t>(BN_num_bits(n.get()) / 8) == input.size();
-    return ToHex(extend ? std::string(input.size() - bytes.size(), 0) + bytes : bytes);
-}
-
 std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts &parts)
 {
     std::string xml = "<K>";
@@ -73,29 +41,32 @@ std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts
 
 } // namespace
 
-TEST(OddKeys, PartsOfEveryKind)
+TEST(OddKeys, PartsWithoutAResult)
 {
-    const Parts good = PartsOf(KeyOfBits(1024));
-    const std::string input = std::string(1, 0) + std::string(127, '\x5A');
-    std::map<std::string, int> outcomes;
-    for (const char *name : {"Modulus", "Exponent", "P", "Q", "DP", "DQ", "InverseQ"}) {
-        std::string even = good.at(name);
-        even.back() = static_cast<char>(even.back() & ~1);
-        const std::string values[] = {"",   std::string(1, 1),   std::string(1, 2), std::string(1, 4),
-                                      even, std::string(16, 32), even + "larger",   std::string(60, '\xFF')};
-        for (const std::string &value : values) {
-            SCOPED_TRACE(std::string(name) + " = " + ToHex(value));
-            Parts parts = good;
-            parts[name] = value;
-            for (const bool privateKey : {false, true}) {
-                const std::string expected = Expected(input, privateKey, parts);
-                EXPECT_EQ(Actual(input, privateKey ? kPrivateKey : kPublicKey, parts), expected);
-                ++outcomes[expected.find(' ') == std::string::npos ? "result" : expected];
-            }
-        }
+    const std::string input = std::string(1, 0) + std::string(127, '\x5A'), zero;
+    const struct {
+        const char *name;
+        std::string value;
+        std::int32_t keyChoice;
+        const char *expected;
+    } rows[] = {
+        {"Modulus", zero, kPublicKey, "Invalid RSA input value"},
+        {"P", zero, kPrivateKey, "Modular exponentiation (1) failed"},
+        {"Q", zero, kPrivateKey, "Modular exponentiation (2) failed"},
+        {"Q", std::string(65, '\xFF'), kPrivateKey, "Modular exponentiation output size is invalid"},
+        {"Exponent", zero, 2, "Invalid public/private key choice"},
+    };
+    for (const auto &row : rows) {
+        Parts parts = PartsOf(KeyOfBits(1024));
+        parts[row.name] = row.value;
+        EXPECT_EQ(Actual(input, row.keyChoice, parts), row.expected);
     }
-    EXPECT_EQ(outcomes.size(), 5u); // every kind was met
-    EXPECT_EQ(Actual(input, 2, good), "Invalid public/private key choice");
+    Parts unsuited = PartsOf(KeyOfBits(1024)); // by the formula alone: (m^0 mod 1) and so on
+    unsuited["Exponent"] = zero;
+    EXPECT_EQ(Actual(input, kPublicKey, unsuited), ToHex(std::string(127, 0) + "\1"));
+    unsuited["P"] = "\1";
+    unsuited["DQ"] = zero;
+    EXPECT_EQ(Actual(input, kPrivateKey, unsuited), ToHex(std::string(127, 0) + "\1"));
 }
 
 TEST(OddKeys, OtherInputs)

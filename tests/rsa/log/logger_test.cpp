@@ -12,7 +12,6 @@
 #include <set>
 #include <sstream>
 #include <string>
-#include <thread>
 
 namespace pavonix {
 namespace {
@@ -256,28 +255,6 @@ TEST_F(LoggerTest, EveryOperationTakesTheLock)
         operation();
         EXPECT_GT(tap::SectionsEntered(), before) << "operation " << &operation - operations;
     }
-}
-
-TEST_F(LoggerTest, ThreadsShareOneLog)
-{
-    constexpr int kEntries = 3000;
-    const auto logMany = [this](const std::string &tag) {
-        for (int i = 0; i < kEntries; ++i) {
-            log_.logInfo((tag + std::to_string(i)).c_str());
-        }
-    };
-    std::thread other(logMany, "b: ");
-    logMany("a: ");
-    other.join();
-    std::istringstream lines(LogText(log_));
-    std::string tag, value;
-    int next[2] = {0, 0};
-    lines >> tag;
-    while (lines >> tag >> value) {
-        EXPECT_EQ(value, std::to_string(next[tag == "a:" ? 0 : 1]++));
-    }
-    EXPECT_EQ(next[0], kEntries);
-    EXPECT_EQ(next[1], kEntries);
 }
 
 TEST_F(LoggerTest, TheNullLogKeepsNothing)
