@@ -33,12 +33,35 @@ class WindowsClientTest(ShopTest):
 
     def test_says_what_it_is(self):
         self.assertEqual(self.pavonix("--version"), (0, VERSION))
-        code, text = self.pavonix("doctor")
-        self.assertEqual(code, 2)
-        self.assertIn("no command doctor", text)
         code, text = self.pavonix("profile", "check", PROFILE)
         self.assertEqual(code, 0, text)
-        self.assertIn("no problems in the text", text)
+        self.assertIn("no problems, the keys make tokens", text)
+
+    def test_makes_a_profile(self):
+        code, text = self.pavonix("profile", "new", "--out", "my.profile", "--serial", "PX-1", "--user-id", 42)
+        self.assertEqual(code, 0, text)
+        checked = run(f"{PROGRAMS}/pavonix", "profile", "check", "my.profile", cwd=self.folder)
+        self.assertEqual(checked.returncode, 0, checked.stdout)
+        self.assertEqual(self.pavonix("profile", "new", "--out", "my.profile", "--serial", "1", "--user-id", 1)[0], 6)
+
+    def test_judges_servers(self):
+        for path, expected, words in (("", 0, "No error was found"), ("/fault/head-apart", 8, "head-alone")):
+            code, text = self.pavonix("doctor", f"http://127.0.0.1:{self.port}{path}/shop/list", "--tries", 3,
+                                      "--profile", PROFILE)
+            self.assertEqual(code, expected, text)
+            self.assertIn(words, text)
+            self.assertIn("this system tells none", text)
+
+    def test_watches_a_download(self):
+        with subprocess.Popen([os.environ["WINE64"], WINDOWS / "x64/pavonix.exe", "watch", "--listen", "0", "--to",
+                               f"127.0.0.1:{self.port}", "--exchanges", "1"], stdout=subprocess.PIPE, text=True) as watch:
+            relay = watch.stdout.readline().split()[2]
+            stored = run(f"{PROGRAMS}/pavonix", "good", "--type", "1", "--id", "7", "--url", "http://127.0.0.1/shop/good",
+                         "--port", relay, "--profile", PROFILE, "--out", f"{self.folder}/good.xml")
+            seen = watch.stdout.read()
+        self.assertEqual((stored.returncode, watch.returncode), (0, 0), stored.stderr)
+        self.assertIn("  > GET /shop/good?type=1&id=7 HTTP/1.1\\r\\n", seen)
+        self.assertIn("nothing wrong", seen)
 
     def test_lists_stores_and_buys(self):
         for command, words, target in (("list", "type=1&category=0&sort=0&start=0&max=10", "Bücher.xml"),

@@ -20,7 +20,7 @@ STAMPS = SOURCE / "build/check"
 TIDY = "clang-tidy-16"  # the one by default does not know std::source_location
 # clang takes its target from the name of the compiler it stands in for; that of the device's it does not know.
 TARGETS = {"arm-mingw32ce-gcc": "armv4t-none-eabi -fshort-wchar -fsigned-char -D_WIN32 -D_WIN32_WCE=0x600 -DUNDER_CE",
-           "x86_64-w64-mingw32-g++": "x86_64-w64-mingw32", "arm-linux-gnueabi-g++": "arm-linux-gnueabi"}
+           "x86_64-w64-mingw32-g++-posix": "x86_64-w64-mingw32", "arm-linux-gnueabi-g++": "arm-linux-gnueabi"}
 
 
 def answer(*command):

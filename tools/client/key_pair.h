@@ -11,7 +11,8 @@ struct KeyPair {
     std::string privateXmlWithoutD; // D is not needed where P, Q, DP, DQ and InverseQ are known
 };
 
-// Makes a key pair with OpenSSL. bits: 512 to 16384.
+// Makes a key pair with what the system has for it: linux/ with OpenSSL, windows/ with
+// CNG. bits: 512 to 16384. Throws Failure for a size that it does not make.
 [[nodiscard]] KeyPair MakeKeyPair(int bits);
 
 } // namespace client

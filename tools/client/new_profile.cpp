@@ -2,12 +2,9 @@
 
 #include "key_pair.h"
 #include "profile_text.h"
-
-#include <fcntl.h>
-#include <unistd.h>
+#include "system.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <iostream>
 
@@ -16,20 +13,6 @@ namespace client {
 namespace {
 
 constexpr const char *kPrivateKeyLine = "Private-Key: ";
-
-void WriteFile(const std::string &path, const std::string &content, mode_t mode, bool replace)
-{
-    if (replace) {
-        unlink(path.c_str()); // a new file: the old one's mode and links are not taken over
-    }
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-    const bool written = file >= 0 && write(file, content.data(), content.size()) == ssize_t(content.size());
-    const std::string reason = std::strerror(errno);
-    if (file >= 0 && close(file) == 0 && written) {
-        return;
-    }
-    throw Failure(ExitCode::kLocalFailure, path + ": " + reason);
-}
 
 // Answers the private key in a form that fits on a profile line.
 std::string FittingPrivateKey(const KeyPair &keys, int bits)
@@ -81,8 +64,8 @@ ExitCode NewProfile::Write() const
                              FittingPrivateKey(keys, bits) + "\n";
     CheckReadsBack(text);
     const std::string publicFile = publicKeyFile.empty() ? file + ".pub.xml" : publicKeyFile;
-    WriteFile(file, text, 0600, force);
-    WriteFile(publicFile, keys.publicXml + "\n", 0644, force);
+    WriteNewFile(file, text, true, force);
+    WriteNewFile(publicFile, keys.publicXml + "\n", false, force);
     std::cout << "wrote the profile " << file << " with a key of " << bits << " bits; keep it secret\n"
               << "wrote its public key " << publicFile << "; register it at the shop, for instance\n"
               << "  pavonix-shop device add --serial " << serial << " --user-id " << userId << " --public-key "

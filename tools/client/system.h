@@ -48,6 +48,10 @@ struct FileState {
 // Why no file can be made in a folder that exists.
 [[nodiscard]] std::string WhyNoFileIn(const std::string &folder);
 
+// Throws Failure(kLocalFailure) when the file cannot be written, or exists and is not
+// to be replaced. A secret is readable by its owner only, where files have modes.
+void WriteNewFile(const std::string &path, const std::string &content, bool secret, bool replace);
+
 // The words for the error of a connect or a send.
 [[nodiscard]] std::string NetworkErrorText(int error);
 

@@ -1,7 +1,6 @@
 #include "token/time_text.h"
 
 #include <cstdio>
-#include <ctime>
 
 namespace token {
 
@@ -36,15 +35,6 @@ Fields FieldsOf(WallTime time)
 }
 
 } // namespace
-
-WallTime WallTimeNow()
-{
-    const auto now = chrono::floor<chrono::milliseconds>(chrono::system_clock::now());
-    const std::time_t seconds = chrono::system_clock::to_time_t(now);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    return WallTime(now.time_since_epoch() + chrono::seconds(local.tm_gmtoff));
-}
 
 std::string FormatTimeText(WallTime time)
 {

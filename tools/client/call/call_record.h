@@ -31,6 +31,7 @@ struct CallRecord {
     judgement::Exchange exchange;
     std::uint64_t received = 0; // bytes that the library read
 
+    [[nodiscard]] const Clock::time_point *deadlineOrNull() const { return deadline ? &*deadline : nullptr; }
     // Takes over bytes of the reply, as many as are kept.
     void Keep(const char *bytes, std::size_t count);
     // What is wrong with the call, URL included.
@@ -38,7 +39,7 @@ struct CallRecord {
 };
 
 // While it lives, the system calls that the library makes on this thread are noted
-// in the record (system_calls.cpp).
+// in the record (linux/system_calls.cpp, windows/call_hooks.cpp).
 class Recording {
 public:
     explicit Recording(CallRecord *record);

@@ -7,8 +7,7 @@
 #include "judgement/head_lines.h"
 #include "judgement/printable.h"
 #include "judgement/reply_rules.h"
-
-#include <arpa/inet.h>
+#include "path.h"
 
 #include <fstream>
 #include <iterator>
@@ -36,7 +35,7 @@ std::string HostIn(const std::string &url)
 
 Identity ReadIdentity(const std::string &profile)
 {
-    std::ifstream file(profile, std::ios::binary);
+    std::ifstream file(PathOf(profile), std::ios::binary);
     if (!file) {
         throw Failure(ExitCode::kLocalFailure, profile + " cannot be read");
     }
@@ -85,9 +84,7 @@ bool Doctor::FindServer()
         return false;
     }
     diagnosis_.Add(LookUp(HostIn(examination_.url), examination_.port, &address_));
-    char dotted[INET_ADDRSTRLEN] = {};
-    inet_ntop(AF_INET, &address_.sin_addr, dotted, sizeof dotted);
-    diagnosis_.LookedAt(Topic::kName, dotted);
+    diagnosis_.LookedAt(Topic::kName, Dotted(address_));
     return !diagnosis_.HasErrors();
 }
 
@@ -144,8 +141,12 @@ void Doctor::ShowDownload(const judgement::Exchange &exchange)
     };
     const bool hasHead = judgement::DeviceReading(exchange).headIsWhole();
     diagnosis_.LookedAt(Topic::kHead, hasHead ? Bytes(headLength) + ", 1024 are the most" : "");
-    diagnosis_.LookedAt(Topic::kSegments, "the first segment was seen in " + std::to_string(seen_) + " of " +
-                                              std::to_string(seen_ + blind_) + " tries");
+    const std::string tries = std::to_string(seen_ + blind_) + " tries";
+    diagnosis_.LookedAt(Topic::kSegments,
+                        exchange.segments == 0
+                            ? "by the first reception alone, in " + tries +
+                                  ": this system tells none, and luck may hide a split"
+                            : "the first segment was seen in " + std::to_string(seen_) + " of " + tries);
     diagnosis_.LookedAt(Topic::kTime, "first byte after at most " + std::to_string(slowest_.count()) + " ms");
     if (!hasHead) {
         return;

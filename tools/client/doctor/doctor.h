@@ -43,7 +43,7 @@ private:
 
     const Examination &examination_;
     Identity identity_;
-    sockaddr_in address_ = {};
+    Address address_;
     ArrivalTimes times_;
     judgement::Exchange last_;
     std::chrono::milliseconds slowest_{0};

@@ -4,9 +4,10 @@
 #include "judgement/device_reading.h"
 #include "judgement/purchase_rules.h"
 #include "judgement/xml_fault.h"
+#include "path.h"
 #include "wide_text.h"
 
-#include <filesystem>
+#include <random>
 
 namespace client {
 
@@ -17,13 +18,13 @@ constexpr int kCalls = 3;
 // A folder of its own for the file that is stored.
 class Folder {
 public:
-    Folder()
+    Folder() : path_(std::filesystem::temp_directory_path() / ("pavonix-" + std::to_string(std::random_device()())))
     {
-        std::string path = (std::filesystem::temp_directory_path() / "pavonix-XXXXXX").string();
-        if (mkdtemp(path.data()) == nullptr) {
-            throw Failure(ExitCode::kLocalFailure, "no folder can be made beside " + path);
+        std::error_code error;
+        if (!std::filesystem::create_directory(path_, error)) {
+            throw Failure(ExitCode::kLocalFailure, "no folder of its own can be made: " + TextOf(path_));
         }
-        path_ = path;
+        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, error);
     }
     ~Folder()
     {
@@ -33,10 +34,10 @@ public:
     Folder(const Folder &) = delete;
     Folder &operator=(const Folder &) = delete;
 
-    std::string File() const { return path_ + "/stored.xml"; }
+    std::string File() const { return TextOf(path_ / "stored.xml"); }
 
 private:
-    std::string path_;
+    std::filesystem::path path_;
 };
 
 int Call(const ShopLibrary &library, const Examination &examination, const std::string &target)

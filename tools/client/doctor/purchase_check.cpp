@@ -19,7 +19,7 @@ constexpr const char *kBadToken = // 128 bytes, as a key of 1024 bits would make
 
 } // namespace
 
-PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, const sockaddr_in &address,
+PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, const Address &address,
                              Diagnosis *diagnosis)
     : examination_(examination),
       identity_(identity),

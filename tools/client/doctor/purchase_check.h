@@ -7,7 +7,7 @@ namespace client {
 
 class PurchaseCheck {
 public:
-    PurchaseCheck(const Examination &examination, const Identity &identity, const sockaddr_in &address,
+    PurchaseCheck(const Examination &examination, const Identity &identity, const Address &address,
                   Diagnosis *diagnosis);
 
     void Run();
@@ -29,7 +29,7 @@ private:
 
     const Examination &examination_;
     const Identity &identity_;
-    const sockaddr_in &address_;
+    const Address &address_;
     Diagnosis *diagnosis_;
     int type_;
     int id_;

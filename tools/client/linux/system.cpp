@@ -8,6 +8,7 @@
 #include "watch/watch_command.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -99,6 +100,20 @@ std::string WhyNoFileIn(const std::string &folder)
 {
     return access(folder.c_str(), W_OK | X_OK) == 0 ? "it cannot be opened for writing"
                                                     : folder + ": " + std::strerror(errno);
+}
+
+void WriteNewFile(const std::string &path, const std::string &content, bool secret, bool replace)
+{
+    if (replace) {
+        unlink(path.c_str()); // a new file: the old one's mode and links are not taken over
+    }
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, secret ? 0600 : 0644);
+    const bool written = file >= 0 && write(file, content.data(), content.size()) == ssize_t(content.size());
+    const std::string reason = std::strerror(errno);
+    if (file >= 0 && close(file) == 0 && written) {
+        return;
+    }
+    throw Failure(ExitCode::kLocalFailure, path + ": " + reason);
 }
 
 std::string NetworkErrorText(int error)

@@ -1,11 +1,5 @@
 #include "watch/relay.h"
 
-#include <poll.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-
-#include <cerrno>
-
 namespace client {
 
 namespace {
@@ -17,26 +11,12 @@ using std::chrono::milliseconds;
 constexpr std::size_t kMostOfARequest = 64 * 1024;
 constexpr milliseconds kListenOn{1000};
 
-// False when the other side has gone, or takes nothing until the deadline.
-bool SendAll(int socket, std::string_view bytes, const Deadline &deadline)
-{
-    while (!bytes.empty() && WaitToWrite(socket, &deadline)) {
-        const ssize_t sent = send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (sent < 0 && errno != EAGAIN && errno != EINTR) {
-            return false;
-        }
-        bytes.remove_prefix(sent > 0 ? static_cast<std::size_t>(sent) : 0);
-    }
-    return bytes.empty();
-}
-
 } // namespace
 
-Relay::Relay(FileDescriptor device, const sockaddr_in &server, milliseconds idle)
+Relay::Relay(Socket device, const Address &server, milliseconds idle)
     : device_(std::move(device)), address_(server), idle_(idle)
 {
-    const int on = 1;
-    setsockopt(device_.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    SendWithoutDelay(device_.get());
 }
 
 void Relay::Run()
@@ -81,22 +61,20 @@ void Relay::ListenOn(ReplyWatch *watch)
 
 Relay::Side Relay::WaitForOne()
 {
-    // a negative descriptor is not looked at
-    pollfd sides[] = {{deviceIsDone_ ? -1 : device_.get(), POLLIN, 0}, {server_.get(), POLLIN, 0}};
-    if (poll(sides, 2, static_cast<int>(idle_.count())) <= 0) {
-        return Side::kNone;
-    }
-    return sides[1].revents != 0 ? Side::kServer : Side::kDevice;
+    const Deadline deadline = Clock::now() + idle_;
+    const int ready = deviceIsDone_ ? WaitToReadOne({server_.get()}, &deadline)
+                                    : WaitToReadOne({server_.get(), device_.get()}, &deadline);
+    return ready < 0 ? Side::kNone : ready == server_.get() ? Side::kServer : Side::kDevice;
 }
 
 // False when the relay is over.
 bool Relay::CarryRequest()
 {
     char piece[4096];
-    const ssize_t received = recv(device_.get(), piece, sizeof piece, 0);
+    const std::ptrdiff_t received = ReceiveSome(device_.get(), piece, sizeof piece);
     if (received <= 0) {
         deviceIsDone_ = true;
-        shutdown(server_.get(), SHUT_WR);
+        EndSending(server_.get());
         return !replyHasBegun_ && received == 0; // it has what it wanted, or may still wait
     }
     const std::string_view bytes(piece, static_cast<std::size_t>(received));
@@ -120,8 +98,7 @@ bool Relay::CarryReply(ReplyWatch *watch)
 void Relay::EndLikeTheServer()
 {
     if (seen_.exchange.end == End::kReset) {
-        const linger atOnce = {1, 0};
-        setsockopt(device_.get(), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        ResetWhenClosed(device_.get());
     }
     device_.Close();
     server_.Close();

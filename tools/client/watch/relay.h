@@ -11,7 +11,7 @@ namespace client {
 class Relay {
 public:
     // idle: how long nothing may come from either side.
-    Relay(FileDescriptor device, const sockaddr_in &server, std::chrono::milliseconds idle);
+    Relay(Socket device, const Address &server, std::chrono::milliseconds idle);
 
     // Returns when the connection is over, at the latest `idle` after its last byte.
     // Bytes are passed on as they come: the first segment of the reply goes out as a
@@ -30,9 +30,9 @@ private:
     void ListenOn(ReplyWatch *watch);
     void EndLikeTheServer();
 
-    FileDescriptor device_;
-    FileDescriptor server_;
-    sockaddr_in address_;
+    Socket device_;
+    Socket server_;
+    Address address_;
     std::chrono::milliseconds idle_;
     bool replyHasBegun_ = false;
     bool deviceIsDone_ = false;

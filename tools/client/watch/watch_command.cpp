@@ -1,18 +1,14 @@
 #include "watch/watch_command.h"
 
 #include "judgement/device_reading.h"
+#include "system.h"
 #include "watch/exchange_view.h"
 #include "watch/relay.h"
 #include "wire/segments.h"
 
 #include <CLI/CLI.hpp>
 
-#include <arpa/inet.h>
-#include <sys/socket.h>
-
-#include <cerrno>
 #include <charconv>
-#include <cstring>
 #include <iostream>
 #include <memory>
 #include <mutex>
@@ -33,7 +29,7 @@ struct Options {
     int exchanges = 0;
 };
 
-sockaddr_in ServerOf(const std::string &to)
+Address ServerOf(const std::string &to)
 {
     const std::size_t colon = to.rfind(':');
     int port = 0;
@@ -42,7 +38,7 @@ sockaddr_in ServerOf(const std::string &to)
         port > 65535) {
         throw Failure(ExitCode::kUsage, "--to must be HOST:PORT");
     }
-    sockaddr_in address;
+    Address address;
     const judgement::Findings unknown = LookUp(to.substr(0, colon), port, &address);
     if (!unknown.empty()) {
         throw Failure(ExitCode::kNoConnection, std::string(unknown[0].rule->sentence) + " " + unknown[0].evidence);
@@ -50,34 +46,29 @@ sockaddr_in ServerOf(const std::string &to)
     return address;
 }
 
-FileDescriptor Listen(const Options &options)
+Socket ListenFor(const Options &options)
 {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<std::uint16_t>(options.listen));
-    if (inet_pton(AF_INET, options.address.c_str(), &address.sin_addr) != 1) {
+    Address address;
+    if (LookUpIpv4(options.address, &address) != 0 || Dotted(address) != options.address) {
         throw Failure(ExitCode::kUsage, "--address must be an IPv4 address");
     }
-    FileDescriptor listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    const int on = 1;
-    setsockopt(listener.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    socklen_t length = sizeof address;
-    if (bind(listener.get(), reinterpret_cast<const sockaddr *>(&address), length) != 0 ||
-        listen(listener.get(), kMostAtOnce) != 0) {
-        throw Failure(ExitCode::kLocalFailure, "port " + std::to_string(options.listen) + ": " + std::strerror(errno));
+    address.port = static_cast<std::uint16_t>(options.listen);
+    Socket listener = Listen(&address, kMostAtOnce);
+    if (listener.get() < 0) {
+        throw Failure(ExitCode::kLocalFailure,
+                      "port " + std::to_string(options.listen) + ": " + NetworkErrorText(LastSocketError()));
     }
-    getsockname(listener.get(), reinterpret_cast<sockaddr *>(&address), &length);
-    std::cout << "watching port " << ntohs(address.sin_port) << " for " << options.to << std::endl;
+    std::cout << "watching port " << address.port << " for " << options.to << std::endl;
     return listener;
 }
 
 std::string TitleOf(int number, const PlainExchange &seen)
 {
     const judgement::Exchange &exchange = seen.exchange;
-    const std::string segments =
-        seen.sawFirstSegment
-            ? std::to_string(std::min(exchange.firstBytes, exchange.reply.size())) + " of them at first"
-            : "segments not told apart";
+    const std::string first = std::to_string(std::min(exchange.firstBytes, exchange.reply.size()));
+    const std::string segments = !seen.sawFirstSegment    ? "segments not told apart"
+                                 : exchange.segments == 0 ? first + " of them in the first reception"
+                                                          : first + " of them at first";
     return "exchange " + std::to_string(number) + ": status " +
            std::to_string(judgement::DeviceReading(exchange).status()) + ", " +
            std::to_string(exchange.reply.size() + exchange.beyond) + " bytes, " + segments + ", after " +
@@ -91,10 +82,10 @@ public:
     void Run();
 
 private:
-    void Carry(FileDescriptor device);
+    void Carry(Socket device);
 
     const Options &options_;
-    sockaddr_in server_;
+    Address server_;
     ArrivalTimes times_;
     std::counting_semaphore<kMostAtOnce> free_{kMostAtOnce};
     std::mutex output_;
@@ -103,10 +94,10 @@ private:
 
 void Watch::Run()
 {
-    const FileDescriptor listener = Listen(options_);
+    const Socket listener = ListenFor(options_);
     for (int taken = 0; options_.exchanges == 0 || taken < options_.exchanges;) {
         free_.acquire();
-        FileDescriptor device(accept4(listener.get(), nullptr, nullptr, SOCK_CLOEXEC));
+        Socket device = Accept(listener.get());
         if (device.get() < 0) {
             free_.release();
             continue;
@@ -122,7 +113,7 @@ void Watch::Run()
     }
 }
 
-void Watch::Carry(FileDescriptor device)
+void Watch::Carry(Socket device)
 {
     Relay relay(std::move(device), server_, std::chrono::milliseconds(static_cast<int>(options_.seconds * 1000)));
     relay.Run();

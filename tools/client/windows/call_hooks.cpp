@@ -4,9 +4,7 @@
 
 #include "call/call_record.h"
 #include "call/progress.h"
-#include "windows/connect.h"
-
-#include <winsock2.h>
+#include "windows/socket_address.h"
 
 #include <windows.h>
 
@@ -42,10 +40,10 @@ int WSAAPI Connect(SOCKET socket, const sockaddr *address, int length)
     if (record == nullptr || length != sizeof(sockaddr_in)) {
         return connect(socket, address, length);
     }
-    const auto &peer = *reinterpret_cast<const sockaddr_in *>(address);
-    record->address = std::string(inet_ntoa(peer.sin_addr)) + ":" + std::to_string(ntohs(peer.sin_port));
+    const Address peer = AddressOf(*reinterpret_cast<const sockaddr_in *>(address));
+    record->address = Dotted(peer) + ":" + std::to_string(peer.port);
     record->socket = static_cast<int>(socket);
-    record->connectError = ConnectInTime(socket, peer, record->deadline);
+    record->connectError = ConnectInTime(record->socket, peer, record->deadlineOrNull());
     record->timedOut = record->deadline && record->connectError == WSAETIMEDOUT;
     WSASetLastError(record->connectError);
     return record->connectError == 0 ? 0 : SOCKET_ERROR;
@@ -83,7 +81,7 @@ void NoteReceived(CallRecord *record, const char *bytes, int received)
 int WSAAPI Receive(SOCKET socket, char *buffer, int room, int flags)
 {
     CallRecord *record = RecordOf(socket);
-    if (record != nullptr && !WaitFor(socket, Readiness::kToRead, record->deadline)) {
+    if (record != nullptr && !WaitToRead(record->socket, record->deadlineOrNull())) {
         record->timedOut = true;
         record->exchange.end = End::kTimeOut;
         WSASetLastError(WSAETIMEDOUT);

@@ -1,8 +1,11 @@
 #include "system.h"
 
+#include "doctor/doctor_command.h"
 #include "downloads.h"
+#include "new_profile.h"
 #include "profile_commands.h"
 #include "purchases.h"
+#include "watch/watch_command.h"
 #include "windows/call_hooks.h"
 #include "windows/utf16.h"
 
@@ -53,8 +56,9 @@ void AddCommands(CLI::App &app, ExitCode *exitCode)
 {
     AddDownloadCommands(app, exitCode);
     AddBuyCommand(app, exitCode);
-    AddProfileCommands(app, exitCode);
-    app.footer(app.get_footer() + "\nOnly pavonix for Linux has doctor, watch and profile new.\n");
+    AddDoctorCommand(app, exitCode);
+    AddWatchCommand(app, exitCode);
+    AddNewProfileCommand(*AddProfileCommands(app, exitCode), exitCode);
 }
 
 void SetUnlessSet(const char *variable, const std::string &value)
@@ -125,6 +129,20 @@ FileState StateOf(const char *path)
 std::string WhyNoFileIn(const std::string &)
 {
     return "it cannot be opened for writing";
+}
+
+void WriteNewFile(const std::string &path, const std::string &content, bool, bool replace)
+{
+    const HANDLE file = CreateFileW(Utf16Of(path).c_str(), GENERIC_WRITE, 0, nullptr,
+                                    replace ? CREATE_ALWAYS : CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    DWORD written = 0;
+    const bool done = file != INVALID_HANDLE_VALUE &&
+                      WriteFile(file, content.data(), static_cast<DWORD>(content.size()), &written, nullptr) != 0;
+    const DWORD error = GetLastError();
+    if (file != INVALID_HANDLE_VALUE && CloseHandle(file) != 0 && done) {
+        return;
+    }
+    throw Failure(ExitCode::kLocalFailure, path + ": " + ErrorText(error));
 }
 
 std::string NetworkErrorText(int error)

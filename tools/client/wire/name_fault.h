@@ -7,11 +7,11 @@
 
 namespace client {
 
-// error: the h_errno of a look-up for IPv4 addresses. Asks for others, too, when
+// error: that of a look-up for IPv4 addresses. Asks for others, too, when
 // the system does not tell "no such name" from "no such address".
 [[nodiscard]] const judgement::Rule &NameRule(const std::string &host, int error);
 
-// error: the errno of a connect.
+// error: that of a connect.
 [[nodiscard]] const judgement::Rule &ConnectRule(int error);
 
 } // namespace client

@@ -2,18 +2,11 @@
 
 #include "judgement/connection_rules.h"
 #include "judgement/printable.h"
-#include "wire/connect.h"
+#include "system.h"
 #include "wire/name_fault.h"
 #include "wire/reply_watch.h"
 
-#include <arpa/inet.h>
-#include <netdb.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 
 namespace client {
 
@@ -53,46 +46,41 @@ void Receive(ReplyWatch *watch, const Deadline &deadline, bool toTheEnd, PlainEx
 
 } // namespace
 
-judgement::Findings LookUp(const std::string &host, int port, sockaddr_in *address)
+judgement::Findings LookUp(const std::string &host, int port, Address *address)
 {
-    const hostent *found = gethostbyname(host.c_str());
-    if (found == nullptr || found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr) {
-        return {{&NameRule(host, found == nullptr ? h_errno : NO_DATA), judgement::Printable(host)}};
+    address->port = static_cast<std::uint16_t>(port);
+    if (const int error = LookUpIpv4(host, address); error != 0) {
+        return {{&NameRule(host, error), judgement::Printable(host)}};
     }
-    *address = {};
-    address->sin_family = AF_INET;
-    address->sin_port = htons(static_cast<std::uint16_t>(port));
-    std::memcpy(&address->sin_addr, found->h_addr_list[0], sizeof address->sin_addr);
     return {};
 }
 
-judgement::Findings Connect(const sockaddr_in &address, milliseconds patience, FileDescriptor *connected)
+judgement::Findings Connect(const Address &address, milliseconds patience, Socket *connected)
 {
-    FileDescriptor made(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    Socket made = OpenSocket();
     const Deadline deadline = Clock::now() + patience;
     if (const int error = ConnectInTime(made.get(), address, &deadline); error != 0) {
-        return {{&ConnectRule(error), std::strerror(error)}};
+        return {{&ConnectRule(error), NetworkErrorText(error)}};
     }
-    const int on = 1;
-    setsockopt(made.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    SendWithoutDelay(made.get());
     *connected = std::move(made);
     return {};
 }
 
-PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgement::Call call, milliseconds patience,
+PlainExchange Ask(const Address &address, const std::string &request, judgement::Call call, milliseconds patience,
                   bool toTheEnd)
 {
     PlainExchange made;
     made.exchange.call = call;
-    FileDescriptor socket;
+    Socket socket;
     made.noConnection = Connect(address, patience, &socket);
     if (!made.noConnection.empty()) {
         return made;
     }
     const Deadline deadline = Clock::now() + patience;
     ReplyWatch watch(socket.get(), &made.exchange);
-    if (send(socket.get(), request.data(), request.size(), MSG_NOSIGNAL) < 0) {
-        made.noConnection = {{&judgement::kSendFailed, std::strerror(errno)}};
+    if (!SendAll(socket.get(), request, deadline)) {
+        made.noConnection = {{&judgement::kSendFailed, NetworkErrorText(LastSocketError())}};
         return made;
     }
     made.exchange.request = request;

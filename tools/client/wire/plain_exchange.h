@@ -3,9 +3,7 @@
 
 #include "judgement/exchange.h"
 #include "judgement/judge.h"
-#include "wire/file_descriptor.h"
-
-#include <netinet/in.h>
+#include "wire/socket.h"
 
 #include <chrono>
 #include <string>
@@ -13,12 +11,11 @@
 namespace client {
 
 // Looks a host up as the library does. Answers a finding and leaves *address
-// alone when there is no IPv4 address.
-[[nodiscard]] judgement::Findings LookUp(const std::string &host, int port, sockaddr_in *address);
+// without one when there is no IPv4 address.
+[[nodiscard]] judgement::Findings LookUp(const std::string &host, int port, Address *address);
 
 // Answers a finding and leaves *socket alone when nobody takes the connection.
-[[nodiscard]] judgement::Findings Connect(const sockaddr_in &address, std::chrono::milliseconds patience,
-                                          FileDescriptor *socket);
+[[nodiscard]] judgement::Findings Connect(const Address &address, std::chrono::milliseconds patience, Socket *socket);
 
 struct PlainExchange {
     judgement::Findings noConnection; // why nothing could be asked
@@ -28,7 +25,7 @@ struct PlainExchange {
 
 // Never takes longer than `patience` to connect, and as long for the exchange. What
 // comes behind the announced body is waited for a moment longer if `toTheEnd`.
-[[nodiscard]] PlainExchange Ask(const sockaddr_in &address, const std::string &request, judgement::Call call,
+[[nodiscard]] PlainExchange Ask(const Address &address, const std::string &request, judgement::Call call,
                                 std::chrono::milliseconds patience, bool toTheEnd = true);
 
 } // namespace client

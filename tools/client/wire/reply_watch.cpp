@@ -3,12 +3,7 @@
 #include "judgement/device_reading.h"
 #include "judgement/head_lines.h"
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-
 #include <algorithm>
-#include <cerrno>
 
 namespace client {
 
@@ -26,11 +21,7 @@ constexpr std::size_t kMostKept = 1024 * 1024;
 ReplyWatch::ReplyWatch(int socket, judgement::Exchange *exchange)
     : socket_(socket), started_(Clock::now()), exchange_(exchange)
 {
-    TellArrivalTimes(socket);
-    // The system may join what it has acknowledged with what comes next, and the
-    // end of the first segment would be lost.
-    const int off = 0;
-    setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &off, sizeof off);
+    WatchSegments(socket);
 }
 
 bool ReplyWatch::WaitForFirst(const Deadline &deadline)
@@ -50,7 +41,7 @@ bool ReplyWatch::WaitForFirst(const Deadline &deadline)
 void ReplyWatch::NoteFirstSegment(const Arrived &arrived)
 {
     const std::size_t most = std::min(arrived.unread, kFirstReception);
-    if (arrived.segments == 1) {
+    if (arrived.segments <= 1) { // of an unknown number, what is there at once must do for the first
         sawFirstSegment_ = true;
         exchange_->firstBytes = arrived.unread;
         return;
@@ -71,7 +62,7 @@ std::string_view ReplyWatch::Read(const Deadline &deadline, std::size_t most)
         exchange_->end = End::kTimeOut;
         return {};
     }
-    const ssize_t received = recv(socket_, piece_, std::min(most, sizeof piece_), 0);
+    const std::ptrdiff_t received = ReceiveSome(socket_, piece_, std::min(most, sizeof piece_));
     if (received <= 0) {
         exchange_->end = received == 0 ? End::kClosed : End::kReset;
         return {};

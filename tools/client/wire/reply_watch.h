@@ -28,7 +28,8 @@ public:
     // head without length is read on.
     [[nodiscard]] bool IsComplete() const;
 
-    // False when the first bytes had more company than could be told apart.
+    // False when the first bytes had more company than could be told apart. Where the
+    // system tells no segments, what the first reception brought is taken for the first.
     [[nodiscard]] bool sawFirstSegment() const { return sawFirstSegment_; }
     // How many bytes may be passed on at once without joining two segments.
     [[nodiscard]] std::size_t firstPiece() const { return firstPiece_; }

@@ -2,8 +2,8 @@
 // exports these names (tools/CMakeLists.txt), and a library that is loaded looks
 // here before it looks in the C library. Unless a record is being made, and for
 // every other socket, they pass on what they are given.
-#include "call/real_calls.h"
-#include "call/recorder.h"
+#include "linux/real_calls.h"
+#include "linux/recorder.h"
 
 #include <dlfcn.h>
 

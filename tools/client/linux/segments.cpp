@@ -3,12 +3,10 @@
 #include <linux/sockios.h>
 #include <linux/tcp.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <ctime>
 #include <utility>
@@ -16,16 +14,6 @@
 namespace client {
 
 namespace {
-
-int MillisecondsTo(const Deadline *deadline)
-{
-    using std::chrono::milliseconds;
-    if (deadline == nullptr) {
-        return -1;
-    }
-    const auto left = std::chrono::ceil<milliseconds>(*deadline - std::chrono::steady_clock::now());
-    return static_cast<int>(std::clamp(left, milliseconds(0), milliseconds(1000 * 1000)).count());
-}
 
 using Time = std::pair<std::int64_t, std::int64_t>; // seconds and nanoseconds
 
@@ -60,16 +48,6 @@ unsigned SegmentsOn(int socket)
     return getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &length) == 0 ? info.tcpi_data_segs_in : 0;
 }
 
-bool Wait(int socket, short events, const Deadline *deadline)
-{
-    pollfd waiting = {socket, events, 0};
-    int ready = 0;
-    do {
-        ready = poll(&waiting, 1, MillisecondsTo(deadline));
-    } while (ready < 0 && errno == EINTR);
-    return ready != 0;
-}
-
 } // namespace
 
 Arrived ArrivedOn(int socket)
@@ -88,13 +66,16 @@ Arrived ArrivedOn(int socket)
 
 ArrivalTimes::ArrivalTimes() : holder_(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))
 {
-    TellArrivalTimes(holder_.get());
+    WatchSegments(holder_.get());
 }
 
-void TellArrivalTimes(int socket)
+void WatchSegments(int socket)
 {
-    const int on = 1;
+    const int on = 1, off = 0;
     setsockopt(socket, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
+    // The system may join what it has acknowledged with what comes next, and the
+    // end of the first segment would be lost.
+    setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &off, sizeof off);
 }
 
 std::optional<std::size_t> FirstSegment(int socket, std::size_t most)
@@ -109,16 +90,6 @@ std::optional<std::size_t> FirstSegment(int socket, std::size_t most)
         (TimeOf(socket, middle) == first ? in : beyond) = middle;
     }
     return in;
-}
-
-bool WaitToRead(int socket, const Deadline *deadline)
-{
-    return Wait(socket, POLLIN, deadline);
-}
-
-bool WaitToWrite(int socket, const Deadline *deadline)
-{
-    return Wait(socket, POLLOUT, deadline);
 }
 
 } // namespace client

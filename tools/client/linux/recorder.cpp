@@ -1,11 +1,10 @@
-#include "call/recorder.h"
+#include "linux/recorder.h"
 
 #include "call/progress.h"
-#include "call/real_calls.h"
+#include "linux/real_calls.h"
 #include "judgement/device_reading.h"
-#include "wire/connect.h"
-
-#include <arpa/inet.h>
+#include "linux/socket_address.h"
+#include "wire/segments.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -21,11 +20,6 @@ using judgement::End;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kListenOn{1000};
-
-const Deadline *DeadlineOf(const CallRecord &record)
-{
-    return record.deadline ? &*record.deadline : nullptr;
-}
 
 void NoteFirst(CallRecord *record, ssize_t received)
 {
@@ -72,11 +66,10 @@ hostent *NoteLookUp(CallRecord *record, const char *host)
 
 int NoteConnect(CallRecord *record, int socket, const sockaddr_in &peer)
 {
-    char dotted[INET_ADDRSTRLEN] = {};
-    inet_ntop(AF_INET, &peer.sin_addr, dotted, sizeof dotted);
-    record->address = std::string(dotted) + ":" + std::to_string(ntohs(peer.sin_port));
+    const Address address = AddressOf(peer);
+    record->address = Dotted(address) + ":" + std::to_string(address.port);
     record->socket = socket;
-    record->connectError = ConnectInTime(socket, peer, DeadlineOf(*record));
+    record->connectError = ConnectInTime(socket, address, record->deadlineOrNull());
     record->timedOut = record->deadline && record->connectError == ETIMEDOUT;
     errno = record->connectError;
     return record->connectError == 0 ? 0 : -1;
@@ -96,7 +89,7 @@ ssize_t NoteSend(CallRecord *record, const void *bytes, size_t count, int flags)
 
 ssize_t NoteReceive(CallRecord *record, void *buffer, size_t room, int flags)
 {
-    if (!WaitToRead(record->socket, DeadlineOf(*record))) {
+    if (!WaitToRead(record->socket, record->deadlineOrNull())) {
         record->timedOut = true;
         record->exchange.end = End::kTimeOut;
         errno = ETIMEDOUT;

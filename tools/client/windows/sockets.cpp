@@ -1,0 +1,189 @@
+// wire/socket.h and wire/segments.h over Winsock. A socket's handle fits into an
+// int: the system uses the lower 32 bits only.
+#include "windows/socket_address.h"
+#include "wire/segments.h"
+
+#include <algorithm>
+
+namespace client {
+
+namespace {
+
+// Before each use: the library's connections release Winsock more often than they
+// start it.
+void StartWinsock()
+{
+    WSADATA data;
+    WSAStartup(MAKEWORD(2, 2), &data);
+}
+
+constexpr u_long kWaits = 0, kDoesNotWait = 1;
+
+SOCKET HandleOf(int socket)
+{
+    return static_cast<SOCKET>(socket);
+}
+
+void SetMode(int socket, u_long mode)
+{
+    ioctlsocket(HandleOf(socket), FIONBIO, &mode);
+}
+
+// False when the deadline comes before one of either set is ready.
+bool Wait(fd_set *toRead, fd_set *toWrite, fd_set *failed, const Deadline *deadline)
+{
+    using std::chrono::microseconds;
+    timeval left = {};
+    if (deadline != nullptr) {
+        const auto time = std::chrono::ceil<microseconds>(*deadline - std::chrono::steady_clock::now());
+        const auto count = std::max<microseconds::rep>(time.count(), 0);
+        left = {static_cast<long>(count / 1000000), static_cast<long>(count % 1000000)};
+    }
+    return select(0, toRead, toWrite, failed, deadline == nullptr ? nullptr : &left) != 0;
+}
+
+} // namespace
+
+void CloseSocket(int socket)
+{
+    closesocket(HandleOf(socket));
+}
+
+int LookUpIpv4(const std::string &host, Address *address)
+{
+    StartWinsock();
+    const hostent *found = gethostbyname(host.c_str());
+    if (found == nullptr) {
+        return WSAGetLastError();
+    }
+    if (found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr) {
+        return WSANO_DATA;
+    }
+    std::memcpy(address->ip.data(), found->h_addr_list[0], address->ip.size());
+    return 0;
+}
+
+Socket OpenSocket()
+{
+    StartWinsock();
+    return Socket(static_cast<int>(socket(AF_INET, SOCK_STREAM, 0)));
+}
+
+int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
+{
+    const sockaddr_in address = SystemAddressOf(peer);
+    SetMode(socket, kDoesNotWait);
+    const bool connected = connect(HandleOf(socket), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    int error = connected ? 0 : WSAGetLastError();
+    if (error == WSAEWOULDBLOCK) {
+        error = WSAETIMEDOUT;
+        int length = sizeof error;
+        if (WaitToWrite(socket, deadline)) {
+            getsockopt(HandleOf(socket), SOL_SOCKET, SO_ERROR, reinterpret_cast<char *>(&error), &length);
+        }
+    }
+    SetMode(socket, kWaits);
+    return error;
+}
+
+Socket Listen(Address *address, int mostWaiting)
+{
+    sockaddr_in system = SystemAddressOf(*address);
+    int length = sizeof system;
+    Socket listener = OpenSocket();
+    const SOCKET handle = HandleOf(listener.get());
+    if (bind(handle, reinterpret_cast<const sockaddr *>(&system), length) != 0 || listen(handle, mostWaiting) != 0) {
+        return {};
+    }
+    getsockname(handle, reinterpret_cast<sockaddr *>(&system), &length);
+    *address = AddressOf(system);
+    return listener;
+}
+
+Socket Accept(int listener)
+{
+    return Socket(static_cast<int>(accept(HandleOf(listener), nullptr, nullptr)));
+}
+
+int LastSocketError()
+{
+    return WSAGetLastError();
+}
+
+int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline)
+{
+    fd_set wanted;
+    FD_ZERO(&wanted);
+    for (const int socket : sockets) {
+        FD_SET(HandleOf(socket), &wanted);
+    }
+    if (!Wait(&wanted, nullptr, nullptr, deadline)) {
+        return -1;
+    }
+    // when asking failed, reading tells why
+    const auto *const ready = std::find_if(sockets.begin(), sockets.end(),
+                                           [&](int socket) { return FD_ISSET(HandleOf(socket), &wanted) != 0; });
+    return ready == sockets.end() ? *sockets.begin() : *ready;
+}
+
+bool WaitToWrite(int socket, const Deadline *deadline)
+{
+    fd_set wanted, failed; // a failed connect is told apart only here
+    FD_ZERO(&wanted);
+    FD_ZERO(&failed);
+    FD_SET(HandleOf(socket), &wanted);
+    FD_SET(HandleOf(socket), &failed);
+    return Wait(nullptr, &wanted, &failed, deadline);
+}
+
+std::ptrdiff_t SendSome(int socket, std::string_view bytes)
+{
+    SetMode(socket, kDoesNotWait);
+    const int sent = send(HandleOf(socket), bytes.data(), static_cast<int>(bytes.size()), 0);
+    const int error = WSAGetLastError();
+    SetMode(socket, kWaits);
+    WSASetLastError(error);
+    return sent < 0 && error == WSAEWOULDBLOCK ? 0 : sent;
+}
+
+std::ptrdiff_t ReceiveSome(int socket, char *room, std::size_t most)
+{
+    return recv(HandleOf(socket), room, static_cast<int>(most), 0);
+}
+
+void SendWithoutDelay(int socket)
+{
+    const BOOL on = TRUE;
+    setsockopt(HandleOf(socket), IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char *>(&on), sizeof on);
+}
+
+void EndSending(int socket)
+{
+    shutdown(HandleOf(socket), SD_SEND);
+}
+
+void ResetWhenClosed(int socket)
+{
+    const linger atOnce = {1, 0};
+    setsockopt(HandleOf(socket), SOL_SOCKET, SO_LINGER, reinterpret_cast<const char *>(&atOnce), sizeof atOnce);
+}
+
+// The system tells neither segments nor when they came.
+
+Arrived ArrivedOn(int socket)
+{
+    u_long unread = 0;
+    ioctlsocket(HandleOf(socket), FIONREAD, &unread);
+    return {0, unread};
+}
+
+ArrivalTimes::ArrivalTimes() = default;
+
+void WatchSegments(int) {}
+
+std::optional<std::size_t> FirstSegment(int, std::size_t)
+{
+    return std::nullopt;
+}
+
+} // namespace client
