@@ -45,7 +45,7 @@ void CheckLoosely(const Scenario &call, const Outcome &outcome)
 // calls depends on the last one alone.
 tap::Holdings HeldAfterwards()
 {
-    static const std::u16string profile = PlayGround().Write("whole", *PlainPurchase().profile);
+    static const std::u16string profile = PlayGround().Write("whole", PlainPurchase().profile.value_or(""));
     const OneGoodRequest request = {};
     tap::Reset();
     Demand(GetOneGoodXml(profile.c_str(), &request, nullptr, 1, u"http:///x", 80) == 0, "an address without a host");
