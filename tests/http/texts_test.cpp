@@ -1,11 +1,9 @@
 #include "http/find_text.h"
 #include "http/reply_text.h"
 #include "http/url.h"
-#include "support/tap.h"
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 using namespace pavonix;
@@ -36,12 +34,6 @@ TEST(UrlEncode, EscapesAllButLettersDigitsAndBlanks)
     EXPECT_EQ(encode("\xC4"), "%C4");
     EXPECT_EQ(encode("-_.~@[`{/:\x7F\xFF\n"), "%2D%5F%2E%7E%40%5B%60%7B%2F%3A%7F%FF%0A");
     EXPECT_EQ(encode("09azAZ"), "09azAZ");
-}
-
-TEST(HeaderValue, WithoutMemoryIsAbsent)
-{
-    tap::FailNth(1, false);
-    EXPECT_EQ(std::unique_ptr<char[]>(GetHeaderValue("Name: value\r\n", "Name")), nullptr);
 }
 
 TEST(CopyResponsePrefix, KeepsDoubleByteCharactersTogether)

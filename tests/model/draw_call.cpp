@@ -41,7 +41,8 @@ std::u16string DrawUrl(Choices *choices)
 {
     std::string url = choices->Text(
         {"http://", "http://", "http://", "http://", "", "HTTP://", "hTtP://", "https://", "//", "http\x1a//"});
-    url += choices->Text({"127.0.0.1", "127.0.0.1", "127.0.0.1:99", "127.0.0.1:", "127.0.0.1", ""});
+    const std::string longest = "127.0.0.1:" + std::string(195, '9'); // each copy asks for memory
+    url += choices->Text({"127.0.0.1", "127.0.0.1", "127.0.0.1:99", "127.0.0.1:", "127.0.0.1", "", longest.c_str()});
     url += choices->Text({"/goods", "/goods", "/goods", "/", "", "/a//b", "/g?a=b&c", "/:\\"});
     url += choices->Below(4) == 0 && url.ends_with("goods") ? Harmless(choices->Raw(30), '/') : "";
     url += choices->Below(8) == 0 && url.ends_with("goods") ? std::string(160 + choices->Below(80), 'p') : "";

@@ -122,7 +122,11 @@ TEST_F(Store, PreparesTheLastFolderOnly)
     EXPECT_TRUE(prepare(u"list.xml", &written)) << "no folder part";
     EXPECT_EQ(written, u"");
     EXPECT_TRUE(prepare(u"\\list.xml", &written)) << "the root";
-    EXPECT_FALSE(prepare(box.Path(std::string(300, 'x') + "/f"), &written)) << "longer than its room";
+    const auto inFolderOf = [&](std::size_t length) {
+        return box.Path(std::string(length - box.Path("").size() - 1, 'x') + "/f");
+    };
+    EXPECT_TRUE(prepare(inFolderOf(259), &written)) << "fills its room";
+    EXPECT_FALSE(prepare(inFolderOf(260), &written)) << "longer than its room";
     EXPECT_EQ(written, u"?");
     EXPECT_FALSE(PrepareTargetDirectory(nullptr, {}));
 
