@@ -5,6 +5,7 @@ import os
 import pathlib
 import socket
 import subprocess
+import tempfile
 import unittest
 
 from shop_fixture import PROGRAMS, ShopTest, run
@@ -21,11 +22,13 @@ class WindowsClientTest(ShopTest):
             "--user-id", "1", "--public-key", f"{PROFILE}.pub.xml", "--balance", "5000")
 
     def pavonix(self, *words):
-        """Answers the exit code and all that it wrote."""
-        done = subprocess.run([os.environ["WINE64"], WINDOWS / "x64/pavonix.exe", *map(str, words)], cwd=self.folder,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=100,
-                              env={**os.environ, "LC_ALL": "C.UTF-8"})
-        return done.returncode, done.stdout.decode().replace("\r\n", "\n")
+        """Answers the exit code and all that it wrote. Into a file: Wine's services would hold a pipe open for seconds."""
+        with tempfile.TemporaryFile() as output:
+            done = subprocess.run([os.environ["WINE64"], WINDOWS / "x64/pavonix.exe", *map(str, words)], cwd=self.folder,
+                                  stdout=output, stderr=subprocess.STDOUT, timeout=100,
+                                  env={**os.environ, "LC_ALL": "C.UTF-8"})
+            output.seek(0)
+            return done.returncode, output.read().decode().replace("\r\n", "\n")
 
     def call(self, command, *words, port=None, url="http://127.0.0.1/shop/{}"):
         return self.pavonix(command, "--url", url, "--port", port or self.port,

@@ -3,7 +3,6 @@
 #include "call/progress.h"
 #include "linux/real_calls.h"
 #include "judgement/device_reading.h"
-#include "linux/socket_address.h"
 #include "wire/segments.h"
 
 #include <algorithm>

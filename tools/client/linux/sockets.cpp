@@ -1,8 +1,9 @@
 // wire/socket.h over Linux.
-#include "linux/socket_address.h"
+#include "wire/socket.h"
 
 #include <fcntl.h>
 #include <netdb.h>
+#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -11,6 +12,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstring>
 
 namespace client {
 
@@ -41,7 +43,24 @@ void Set(int socket, int level, int option, int value)
     setsockopt(socket, level, option, &value, sizeof value);
 }
 
+sockaddr_in SystemAddressOf(const Address &address)
+{
+    sockaddr_in system = {};
+    system.sin_family = AF_INET;
+    system.sin_port = htons(address.port);
+    std::memcpy(&system.sin_addr, address.ip.data(), address.ip.size());
+    return system;
+}
+
 } // namespace
+
+Address AddressOf(const sockaddr_in &system)
+{
+    Address address;
+    std::memcpy(address.ip.data(), &system.sin_addr, address.ip.size());
+    address.port = ntohs(system.sin_port);
+    return address;
+}
 
 void CloseSocket(int socket)
 {

@@ -4,7 +4,9 @@
 
 #include "call/call_record.h"
 #include "call/progress.h"
-#include "windows/socket_address.h"
+#include "wire/socket.h"
+
+#include <winsock2.h>
 
 #include <windows.h>
 

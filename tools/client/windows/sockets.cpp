@@ -1,9 +1,11 @@
 // wire/socket.h and wire/segments.h over Winsock. A socket's handle fits into an
 // int: the system uses the lower 32 bits only.
-#include "windows/socket_address.h"
 #include "wire/segments.h"
 
+#include <winsock2.h>
+
 #include <algorithm>
+#include <cstring>
 
 namespace client {
 
@@ -42,7 +44,24 @@ bool Wait(fd_set *toRead, fd_set *toWrite, fd_set *failed, const Deadline *deadl
     return select(0, toRead, toWrite, failed, deadline == nullptr ? nullptr : &left) != 0;
 }
 
+sockaddr_in SystemAddressOf(const Address &address)
+{
+    sockaddr_in system = {};
+    system.sin_family = AF_INET;
+    system.sin_port = htons(address.port);
+    std::memcpy(&system.sin_addr, address.ip.data(), address.ip.size());
+    return system;
+}
+
 } // namespace
+
+Address AddressOf(const sockaddr_in &system)
+{
+    Address address;
+    std::memcpy(address.ip.data(), &system.sin_addr, address.ip.size());
+    address.port = ntohs(system.sin_port);
+    return address;
+}
 
 void CloseSocket(int socket)
 {

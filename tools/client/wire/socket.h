@@ -11,6 +11,8 @@
 #include <string_view>
 #include <utility>
 
+struct sockaddr_in;
+
 namespace client {
 
 using Deadline = std::chrono::steady_clock::time_point;
@@ -22,6 +24,8 @@ struct Address {
 
 // As in "127.0.0.1".
 [[nodiscard]] std::string Dotted(const Address &address);
+
+[[nodiscard]] Address AddressOf(const sockaddr_in &system);
 
 void CloseSocket(int socket);
 
