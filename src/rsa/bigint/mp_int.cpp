@@ -3,7 +3,6 @@
 #include "rsa/encoding/content_coding.h"
 #include "rsa/text/wipe.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace pavonix {
@@ -102,11 +101,6 @@ std::uint32_t mp_int::UnsignedByteSize() const
     return (static_cast<std::uint32_t>(CountBits()) + 7) / 8;
 }
 
-bool mp_int::AreUsable(std::initializer_list<const mp_int *> numbers)
-{
-    return std::all_of(numbers.begin(), numbers.end(), [](const mp_int *number) { return number->usable(); });
-}
-
 int Compare(const mp_int &a, const mp_int &b)
 {
     return mp_cmp(&a.value_, &b.value_);
@@ -114,7 +108,7 @@ int Compare(const mp_int &a, const mp_int &b)
 
 int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y)
 {
-    if (!mp_int::AreUsable({&g, &x, &m, y})) {
+    if (!mp_int::AreUsable(g, x, m, *y)) {
         return MP_MEM;
     }
     const bool modulusIsOne = m.CountBits() == 1;
@@ -127,22 +121,22 @@ int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y)
 
 int MulMod(const mp_int &a, const mp_int &b, const mp_int &m, mp_int *y)
 {
-    return mp_int::AreUsable({&a, &b, &m, y}) ? mp_mulmod(&a.value_, &b.value_, &m.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable(a, b, m, *y) ? mp_mulmod(&a.value_, &b.value_, &m.value_, &y->value_) : MP_MEM;
 }
 
 int Mul(const mp_int &a, const mp_int &b, mp_int *y)
 {
-    return mp_int::AreUsable({&a, &b, y}) ? mp_mul(&a.value_, &b.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable(a, b, *y) ? mp_mul(&a.value_, &b.value_, &y->value_) : MP_MEM;
 }
 
 int Add(const mp_int &a, const mp_int &b, mp_int *y)
 {
-    return mp_int::AreUsable({&a, &b, y}) ? mp_add(&a.value_, &b.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable(a, b, *y) ? mp_add(&a.value_, &b.value_, &y->value_) : MP_MEM;
 }
 
 int Sub(const mp_int &a, const mp_int &b, mp_int *y)
 {
-    return mp_int::AreUsable({&a, &b, y}) ? mp_sub(&a.value_, &b.value_, &y->value_) : MP_MEM;
+    return mp_int::AreUsable(a, b, *y) ? mp_sub(&a.value_, &b.value_, &y->value_) : MP_MEM;
 }
 
 } // namespace pavonix

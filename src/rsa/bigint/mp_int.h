@@ -4,7 +4,6 @@
 #include "rsa/text/data_buffer.h"
 
 #include <cstdint>
-#include <initializer_list>
 #include <tommath.h>
 
 namespace pavonix {
@@ -44,8 +43,12 @@ private:
     friend int Sub(const mp_int &a, const mp_int &b, mp_int *y);
 
     void SetDigits(const std::uint8_t *bytes, std::uint32_t length); // of 0, with room for them
-    static bool AreUsable(std::initializer_list<const mp_int *> numbers);
     bool usable() const { return value_.dp != nullptr; }
+    template <typename... Numbers>
+    static bool AreUsable(const Numbers &...numbers)
+    {
+        return (numbers.usable() && ...);
+    }
 
     ::mp_int value_ = {}; // no digits (dp null) while unusable
 };
