@@ -151,6 +151,7 @@ TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
     EXPECT_EQ(GetGoodListXml(u"p", &list, u"t", 1, longUrl.c_str(), 80), 0);
     EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, tooLong.c_str(), 80), 0);
     EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, tooLong.c_str(), 80), 0);
+    EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, u"//h/x", 80), 0); // shorter than a scheme
     EXPECT_EQ(GetGoodListXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
     EXPECT_EQ(GetOneGoodXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
     EXPECT_EQ(GetBuyGood(u"p", nullptr, nullptr, u"http://h/x", 80), 0);
