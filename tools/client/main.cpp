@@ -14,16 +14,19 @@ namespace {
 using client::ExitCode;
 using client::Failure;
 
-constexpr const char *kSettingsHelp =
-    "Settings: the options --url, --port, --profile, --library and --timeout are also taken from the environment\n"
-    "(PAVONIX_URL and so on) and from lines \"profile = FILE\" in ~/.config/pavonix.conf or the file that\n"
-    "PAVONIX_CONFIG names.\n\n";
+std::string SettingsHelp()
+{
+    return "Settings: the options --url, --port, --profile, --library and --timeout are also taken from the\n"
+           "environment (PAVONIX_URL and so on) and from lines \"profile = FILE\" in the file that\n"
+           "PAVONIX_CONFIG names, or " +
+           client::SettingsFolder() + "/pavonix.conf.\n\n";
+}
 
 ExitCode Run(std::vector<std::string> words)
 {
     CLI::App app("Asks a goods shop through the client library and explains the answer.", "pavonix");
     app.allow_windows_style_options(false); // a path may begin with a slash
-    app.footer(std::string(kSettingsHelp) + client::kExitCodeHelp);
+    app.footer(SettingsHelp() + client::kExitCodeHelp);
     app.set_version_flag("--version", "pavonix " CLIENT_VERSION);
     app.require_subcommand(1);
     ExitCode exitCode = ExitCode::kDone;

@@ -42,7 +42,7 @@ void ShopCall::AddOptions(CLI::App &command)
         .add_option("--library", library,
                     "The library to load; without it the one beside this program or installed with it")
         ->envname("PAVONIX_LIBRARY");
-    command.add_flag("--trace", trace, "Load libpavonix-trace.so instead and show the trace that it writes");
+    command.add_flag("--trace", trace, "Load the tracing library instead and show the trace that it writes");
     command.add_flag("--json", json, "Answer with one JSON object");
 }
 
