@@ -1,8 +1,14 @@
 // pavonix: calls the client library from the command line.
 #include "command_words.h"
+#include "doctor/doctor_command.h"
+#include "downloads.h"
 #include "exit_code.h"
+#include "new_profile.h"
+#include "profile_commands.h"
+#include "purchases.h"
 #include "settings.h"
 #include "system.h"
+#include "watch/watch_command.h"
 
 #include <CLI/CLI.hpp>
 
@@ -30,7 +36,11 @@ ExitCode Run(std::vector<std::string> words)
     app.set_version_flag("--version", "pavonix " CLIENT_VERSION);
     app.require_subcommand(1);
     ExitCode exitCode = ExitCode::kDone;
-    client::AddCommands(app, &exitCode);
+    client::AddDownloadCommands(app, &exitCode);
+    client::AddBuyCommand(app, &exitCode);
+    client::AddDoctorCommand(app, &exitCode);
+    client::AddWatchCommand(app, &exitCode);
+    client::AddNewProfileCommand(*client::AddProfileCommands(app, &exitCode), &exitCode);
     if (const std::string unknown = client::UnknownWord(&app, words); !unknown.empty()) {
         throw Failure(ExitCode::kUsage, unknown + "\nRun pavonix --help for what there is.");
     }

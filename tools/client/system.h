@@ -7,17 +7,10 @@
 #include <string>
 #include <vector>
 
-namespace CLI {
-class App;
-}
-
 namespace client {
 
 // The words of the command line behind the program's name, in UTF-8.
 [[nodiscard]] std::vector<std::string> CommandLine(int argc, char **argv);
-
-// Adds all commands that there are on this system.
-void AddCommands(CLI::App &app, ExitCode *exitCode);
 
 // An environment variable keeps the value that it has.
 void SetUnlessSet(const char *variable, const std::string &value);

@@ -1,12 +1,5 @@
 #include "system.h"
 
-#include "doctor/doctor_command.h"
-#include "downloads.h"
-#include "new_profile.h"
-#include "profile_commands.h"
-#include "purchases.h"
-#include "watch/watch_command.h"
-
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -22,15 +15,6 @@ namespace client {
 std::vector<std::string> CommandLine(int argc, char **argv)
 {
     return {argv + 1, argv + argc};
-}
-
-void AddCommands(CLI::App &app, ExitCode *exitCode)
-{
-    AddDownloadCommands(app, exitCode);
-    AddBuyCommand(app, exitCode);
-    AddDoctorCommand(app, exitCode);
-    AddWatchCommand(app, exitCode);
-    AddNewProfileCommand(*AddProfileCommands(app, exitCode), exitCode);
 }
 
 void SetUnlessSet(const char *variable, const std::string &value)

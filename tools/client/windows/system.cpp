@@ -1,11 +1,5 @@
 #include "system.h"
 
-#include "doctor/doctor_command.h"
-#include "downloads.h"
-#include "new_profile.h"
-#include "profile_commands.h"
-#include "purchases.h"
-#include "watch/watch_command.h"
 #include "windows/call_hooks.h"
 #include "windows/utf16.h"
 
@@ -50,15 +44,6 @@ std::vector<std::string> CommandLine(int, char **)
     }
     LocalFree(words);
     return texts;
-}
-
-void AddCommands(CLI::App &app, ExitCode *exitCode)
-{
-    AddDownloadCommands(app, exitCode);
-    AddBuyCommand(app, exitCode);
-    AddDoctorCommand(app, exitCode);
-    AddWatchCommand(app, exitCode);
-    AddNewProfileCommand(*AddProfileCommands(app, exitCode), exitCode);
 }
 
 void SetUnlessSet(const char *variable, const std::string &value)
