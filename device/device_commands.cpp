@@ -1,6 +1,6 @@
 #include "device_commands.h"
 
-#include "system/holdings.h"
+#include "system/open_handles.h"
 #include "system/import_table.h"
 #include "system/open_files.h"
 
@@ -12,8 +12,8 @@ namespace {
 
 std::string Stats(std::istream &)
 {
-    std::string text = "stats " + holdings.Text();
-    holdings.heapPeak = holdings.heapBytes;
+    std::string text = "stats " + openHandles.Text();
+    open_handles.heapPeak = open_handles.heapBytes;
     return text;
 }
 
@@ -58,9 +58,9 @@ std::string Winsock(std::istream &words)
 {
     unsigned starts = 0;
     words >> starts;
-    holdings.applicationStarts += starts;
-    holdings.winsockStarts += starts;
-    return "winsock " + std::to_string(holdings.winsockStarts);
+    openHandles.applicationStarts += starts;
+    openHandles.winsockStarts += starts;
+    return "winsock " + std::to_string(openHandles.winsockStarts);
 }
 
 std::string Hold(std::istream &words)

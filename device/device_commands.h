@@ -1,6 +1,6 @@
 // The commands that only this caller knows, beside the calls themselves.
 //
-//   stats                    ->  stats heap=N ...   what the DLL holds (holdings.h); the peak starts anew
+//   stats                    ->  stats heap=N ...   what the DLL holds (open_handles.h); the peak starts anew
 //   count                    ->  count NAME=N ...   the imports called since the last calm
 //   fail NAME N once|ever    ->  ok                 the Nth call from now of an import fails, or all from there
 //   calm                     ->  calm N             no more faults; N calls were failed since the last calm

@@ -4,11 +4,11 @@
 // When the DLL is unloaded and something is still held, says what and ends with
 // exit code 3; when the DLL does what no system forgives, with 70.
 #include "caller/call_loop.h"
-#include "crossing/crossing.h"
+#include "trampoline/trampoline.h"
 #include "device_commands.h"
 #include "device_options.h"
 #include "image/pe_image.h"
-#include "system/holdings.h"
+#include "system/open_handles.h"
 #include "system/import_table.h"
 #include "system_command.h"
 
@@ -46,8 +46,8 @@ public:
     void Unload() override
     {
         image_.reset();
-        if (!holdings.Empty()) {
-            std::cerr << "left behind: " << holdings.Text() << std::endl;
+        if (!openHandles.Empty()) {
+            std::cerr << "left behind: " << openHandles.Text() << std::endl;
             leaked_ = true;
         }
     }

@@ -8,7 +8,7 @@
 // none before, and each ROOM is shown as HEX after the call.
 #pragma once
 
-#include "crossing/crossing.h"
+#include "trampoline/trampoline.h"
 
 #include <functional>
 #include <istream>

@@ -2,7 +2,7 @@
 // the address, the target and the reply, with sends and writes that take a part,
 // and with allocations and platform calls that fail.
 #include "demand.h"
-#include "cut/played_call.h"
+#include "truncated/played_call.h"
 #include "driver/tree.h"
 #include "model/drawn_call.h"
 #include "model/reply_model.h"
@@ -48,7 +48,7 @@ void CheckLoosely(const Scenario &call, const Outcome &outcome)
 
 // A call that reads the whole key and sends nothing: what the library holds between
 // calls depends on the last one alone.
-tap::Holdings HeldAfterwards()
+tap::OpenHandles HeldAfterwards()
 {
     static const std::u16string profile = PlayGround().Write("whole", PlainPurchase().profile.value_or(""));
     const OneGoodRequest request = {};
@@ -74,7 +74,7 @@ void Disturb(std::size_t kind, std::size_t nth)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    static const tap::Holdings held = (Play(PlainPurchase()), HeldAfterwards());
+    static const tap::OpenHandles held = (Play(PlainPurchase()), HeldAfterwards());
     Choices choices(Bytes(data, size));
     const std::size_t disturbance = choices.Below(8), nth = choices.Below(512);
     const Scenario call = DrawCall("drawn", &choices);

@@ -1,5 +1,5 @@
 // The log's three renderings of whatever is logged in whatever nesting: well formed
-// by libxml2's judgement, and with every entry in its place.
+// by libxml2's opinion, and with every entry in its place.
 #include "demand.h"
 #include "model/choices.h"
 #include "rsa/log/logger.h"

@@ -3,7 +3,7 @@
 // device's processors fault there, or read something else. When the program ends,
 // the emulator's log gets "accesses N stack BYTES step BYTES": how deep the image's
 // own stack became, and how far below its deepest place so far it ever reached.
-#include "crossing/image_stack.h"
+#include "trampoline/image_stack.h"
 #include "emulator/plugin.h"
 
 #include <algorithm>

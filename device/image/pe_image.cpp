@@ -1,6 +1,6 @@
 #include "image/pe_image.h"
 
-#include "crossing/crossing.h"
+#include "trampoline/trampoline.h"
 #include "image/image_checks.h"
 #include "image/image_relocations.h"
 

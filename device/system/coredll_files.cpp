@@ -1,7 +1,7 @@
 // coredll.dll: folders, deletion and byte streams.
 #include "system/coredll.h"
 #include "system/device_path.h"
-#include "system/holdings.h"
+#include "system/open_handles.h"
 #include "system/open_files.h"
 
 #include <cstdio>
@@ -15,8 +15,8 @@ namespace {
 
 FILE *CheckedStream(FILE *stream)
 {
-    if (!holdings.files.Has(stream)) {
-        Misuse("a stream that is not open");
+    if (!openHandles.files.Has(stream)) {
+        Fatal("a stream that is not open");
     }
     return stream;
 }
@@ -47,7 +47,7 @@ FILE *Wfopen(const WideChar *path, const WideChar *mode)
     if (stream == nullptr) {
         return FailWith(kErrorFileNotFound, none);
     }
-    holdings.files.Add(stream);
+    openHandles.files.Add(stream);
     openFiles.Add(stream, file.name());
     return stream;
 }
@@ -69,7 +69,7 @@ int Fflush(FILE *stream)
 
 int Fclose(FILE *stream)
 {
-    holdings.files.Remove(CheckedStream(stream));
+    openHandles.files.Remove(CheckedStream(stream));
     openFiles.Remove(stream);
     return std::fclose(stream);
 }

@@ -2,7 +2,7 @@
 // a second free ends the run, and fresh and freed bytes hold patterns, so that
 // nothing works on their former content by luck.
 #include "system/coredll.h"
-#include "system/holdings.h"
+#include "system/open_handles.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -32,10 +32,10 @@ BlockHeader *CheckedHeader(void *block)
 {
     auto *header = static_cast<BlockHeader *>(block) - 1;
     if (header->state != kLiving) {
-        Misuse(header->state == kFreed ? "a block used after free" : "free of a block that malloc did not give");
+        Fatal(header->state == kFreed ? "a block used after free" : "free of a block that malloc did not give");
     }
     if (std::memcmp(BytesOf(header) + header->size, kFence, sizeof kFence) != 0) {
-        Misuse("a block of " + std::to_string(header->size) + " bytes was written past its end");
+        Fatal("a block of " + std::to_string(header->size) + " bytes was written past its end");
     }
     return header;
 }
@@ -52,9 +52,9 @@ void *Malloc(std::uint32_t size)
     *header = {size, kLiving};
     std::memset(BytesOf(header), kFresh, size);
     std::memcpy(BytesOf(header) + size, kFence, sizeof kFence);
-    ++holdings.heapBlocks;
-    holdings.heapBytes += size;
-    holdings.heapPeak = std::max(holdings.heapPeak, holdings.heapBytes);
+    ++open_handles.heapBlocks;
+    open_handles.heapBytes += size;
+    open_handles.heapPeak = std::max(open_handles.heapPeak, open_handles.heapBytes);
     return BytesOf(header);
 }
 
@@ -64,8 +64,8 @@ void Free(void *block)
         return;
     }
     BlockHeader *header = CheckedHeader(block);
-    --holdings.heapBlocks;
-    holdings.heapBytes -= header->size;
+    --open_handles.heapBlocks;
+    open_handles.heapBytes -= header->size;
     header->state = kFreed;
     std::memset(block, kDead, header->size);
     std::free(header);

@@ -2,7 +2,7 @@
 #include "system/coredll.h"
 #include "device_options.h"
 #include "system/device_path.h"
-#include "system/holdings.h"
+#include "system/open_handles.h"
 #include "platform/code_pages.h"
 
 #include <cstddef>
@@ -74,14 +74,14 @@ Search *FindFirstFile(const WideChar *path, FindData *data)
         return FailWith(kErrorFileNotFound, none);
     }
     TellNext(search.get(), data);
-    holdings.searches.Add(search.get());
+    openHandles.searches.Add(search.get());
     return search.release();
 }
 
 int FindNextFile(Search *search, FindData *data)
 {
-    if (!holdings.searches.Has(search)) {
-        Misuse("FindNextFileW on a search that is not open");
+    if (!openHandles.searches.Has(search)) {
+        Fatal("FindNextFileW on a search that is not open");
     }
     if (search->empty()) {
         return FailWith(kErrorNoMoreFiles, 0);
@@ -92,8 +92,8 @@ int FindNextFile(Search *search, FindData *data)
 
 int FindClose(Search *search)
 {
-    if (!holdings.searches.Remove(search)) {
-        Misuse("FindClose of a search that is not open");
+    if (!openHandles.searches.Remove(search)) {
+        Fatal("FindClose of a search that is not open");
     }
     delete search;
     return 1;

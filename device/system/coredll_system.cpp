@@ -1,6 +1,6 @@
 // coredll.dll: clock, locks, random bytes, the thread error.
 #include "system/coredll.h"
-#include "system/holdings.h"
+#include "system/open_handles.h"
 #include "platform/clock.h"
 #include "platform/critical_section.h"
 #include "platform/random.h"
@@ -42,18 +42,18 @@ static_assert(sizeof(CriticalSection) == 20);
 
 platform::CriticalSection *LockOf(CriticalSection *section)
 {
-    if (!holdings.sections.Has(section)) {
-        Misuse("a critical section that is not initialised");
+    if (!openHandles.sections.Has(section)) {
+        Fatal("a critical section that is not initialised");
     }
     return section->lock;
 }
 
 void InitializeCriticalSection(CriticalSection *section)
 {
-    if (holdings.sections.Has(section)) {
-        Misuse("a critical section initialised twice");
+    if (openHandles.sections.Has(section)) {
+        Fatal("a critical section initialised twice");
     }
-    holdings.sections.Add(section);
+    openHandles.sections.Add(section);
     *section = {0, 0, new platform::CriticalSection, 0, 0};
     platform::InitCriticalSection(section->lock);
 }
@@ -67,7 +67,7 @@ void EnterCriticalSection(CriticalSection *section)
 void LeaveCriticalSection(CriticalSection *section)
 {
     if (--section->lockCount < 0) {
-        Misuse("a critical section left more often than entered");
+        Fatal("a critical section left more often than entered");
     }
     platform::LeaveSection(LockOf(section));
 }
@@ -76,7 +76,7 @@ void DeleteCriticalSection(CriticalSection *section)
 {
     platform::FreeCriticalSection(LockOf(section));
     delete section->lock;
-    holdings.sections.Remove(section);
+    openHandles.sections.Remove(section);
 }
 
 // Without a container nothing is kept, and the caller must say that it knows.
@@ -117,19 +117,19 @@ int CryptAcquireContext(platform::Provider **handle, const WideChar *container, 
         return FailWith(kErrorBadKeySet, 0);
     }
     *handle = provider.release();
-    holdings.providers.Add(*handle);
+    openHandles.providers.Add(*handle);
     return 1;
 }
 
 int CryptGenRandom(const platform::Provider *handle, std::uint32_t length, std::uint8_t *bytes)
 {
-    return holdings.providers.Has(handle) ? platform::GenerateRandom(*handle, bytes, length)
-                                          : FailWith(kErrorInvalidParameter, 0);
+    return openHandles.providers.Has(handle) ? platform::GenerateRandom(*handle, bytes, length)
+                                             : FailWith(kErrorInvalidParameter, 0);
 }
 
 int CryptReleaseContext(platform::Provider *handle, std::uint32_t)
 {
-    if (!holdings.providers.Remove(handle)) {
+    if (!openHandles.providers.Remove(handle)) {
         return FailWith(kErrorInvalidParameter, 0);
     }
     platform::ReleaseProvider(*handle);

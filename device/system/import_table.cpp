@@ -1,6 +1,6 @@
 #include "system/import_table.h"
 
-#include "crossing/crossing.h"
+#include "trampoline/trampoline.h"
 #include "system/coredll.h"
 
 #include <strings.h>

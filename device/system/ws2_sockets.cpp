@@ -1,6 +1,6 @@
 // ws2.dll, with Winsock's records and its strictness: no call before the start.
 #include "system/coredll.h"
-#include "system/holdings.h"
+#include "system/open_handles.h"
 #include "platform/sockets.h"
 
 #include <cerrno>
@@ -42,10 +42,10 @@ const void *HandleOf(Socket socket)
 // Checks what every call on a socket needs, and sets the error.
 bool IsUsable(Socket socket)
 {
-    if (holdings.winsockStarts == 0) {
+    if (openHandles.winsockStarts == 0) {
         return FailWith(kErrorWinsockNotStarted, false);
     }
-    return holdings.sockets.Has(HandleOf(socket)) || FailWith(kErrorNotASocket, false);
+    return openHandles.sockets.Has(HandleOf(socket)) || FailWith(kErrorNotASocket, false);
 }
 
 int Start(std::uint32_t version, WsaData *data)
@@ -53,7 +53,7 @@ int Start(std::uint32_t version, WsaData *data)
     std::memset(data, 0, sizeof *data);
     int result = platform::StartWinsock(static_cast<std::uint16_t>(version), &data->version);
     data->highVersion = data->version;
-    holdings.winsockStarts += result == 0;
+    openHandles.winsockStarts += result == 0;
     return result;
 }
 
@@ -61,21 +61,21 @@ int Start(std::uint32_t version, WsaData *data)
 // away from the application, and is refused when there is none left.
 int Cleanup()
 {
-    if (holdings.winsockStarts == 0) {
+    if (openHandles.winsockStarts == 0) {
         return FailWith(kErrorWinsockNotStarted, kSocketError);
     }
-    --holdings.winsockStarts;
+    --openHandles.winsockStarts;
     return platform::CleanupWinsock();
 }
 
 Socket Open(int family, int type, int protocol)
 {
-    if (holdings.winsockStarts == 0) {
+    if (openHandles.winsockStarts == 0) {
         return FailWith(kErrorWinsockNotStarted, kInvalidSocket);
     }
     Socket socket = platform::OpenSocket(family, type, protocol);
     if (socket != kInvalidSocket) {
-        holdings.sockets.Add(HandleOf(socket));
+        openHandles.sockets.Add(HandleOf(socket));
     }
     return socket;
 }
@@ -85,7 +85,7 @@ int Close(Socket socket)
     if (!IsUsable(socket)) {
         return kSocketError;
     }
-    holdings.sockets.Remove(HandleOf(socket));
+    openHandles.sockets.Remove(HandleOf(socket));
     return platform::CloseSocket(socket);
 }
 
@@ -95,7 +95,7 @@ const Host *Resolve(const char *name)
     static std::uint8_t address[4];
     static const std::uint8_t *addresses[] = {address, nullptr};
     static const Host host = {"", noAliases, 2, sizeof address, addresses};
-    if (holdings.winsockStarts == 0) {
+    if (openHandles.winsockStarts == 0) {
         return FailWith<const Host *>(kErrorWinsockNotStarted, nullptr);
     }
     const platform::HostEntry *found = platform::ResolveHost(name);

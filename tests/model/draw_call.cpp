@@ -135,7 +135,7 @@ Scenario DrawCall(const RowName &name, Choices *choices)
     call.profile = choices->Below(16) == 1 ? std::nullopt : std::optional(DrawProfile(choices));
     call.pieces = DrawPieces(choices);
     call.ending = Ending::kCloses;
-    Foretell(&call);
+    PredictOutcome(&call);
     return call;
 }
 

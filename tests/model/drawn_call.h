@@ -19,6 +19,6 @@ Scenario PlainPurchase();
 // Fills in what must come of a call of which the rest is given. Knows targets of
 // ASCII names without patterns, addresses of the loopback's number, and keys that
 // are DrawnKey's.
-void Foretell(Scenario *call);
+void PredictOutcome(Scenario *call);
 
 } // namespace pavonix::e2e

@@ -70,7 +70,7 @@ TEST_F(Pairing, OfEveryEndOfADownload)
         if (*row.failing != 0) {
             tap::FailAlways(row.failing);
         }
-        const tap::Holdings before = tap::Held();
+        const tap::OpenHandles before = tap::Held();
         EXPECT_EQ(Download(row.target), row.result);
         EXPECT_EQ(tap::CountOf("StartWinsock"), row.starts);
         EXPECT_EQ(tap::CountOf("CleanupWinsock"), row.cleanups);

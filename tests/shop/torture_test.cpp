@@ -24,7 +24,7 @@ protected:
     // faulted run.
     void Run(const std::function<int()> &call, const std::function<void(int result)> &check)
     {
-        const tap::Holdings before = HeldAfterADownload();
+        const tap::OpenHandles before = HeldAfterADownload();
         const int faults = tap::FailEach([&] {
             const int result = call();
             tap::FailNone();
@@ -37,7 +37,7 @@ protected:
 
     // What the process-wide component holds (key, log) depends on the last call
     // alone, and a purchase's log on its random bytes.
-    tap::Holdings HeldAfterADownload()
+    tap::OpenHandles HeldAfterADownload()
     {
         EXPECT_EQ(Download(), 200);
         return tap::Held();

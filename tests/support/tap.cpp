@@ -103,7 +103,7 @@ bool FaultHappened()
     return faults.happened;
 }
 
-Holdings Held()
+OpenHandles Held()
 {
     return TheState().held;
 }

@@ -54,16 +54,16 @@ int FailEach(const Run &run)
 void Before(const std::string &name, const std::function<void()> &action);
 
 // --- What the library holds, to be compared before and after.
-struct Holdings {
+struct OpenHandles {
     int blocks = 0; // allocations
     int sockets = 0;
     int streams = 0;
     int searches = 0;
     int sections = 0; // critical sections
     int providers = 0;
-    bool operator==(const Holdings &) const = default;
+    bool operator==(const OpenHandles &) const = default;
 };
-Holdings Held();
+OpenHandles Held();
 int SectionsEntered();    // how often any critical section has been entered
 std::int64_t PeakBytes(); // largest sum of the library's allocations since Reset
 // Looks for these bytes in every block that the library frees from now on, and

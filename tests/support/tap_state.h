@@ -13,7 +13,7 @@ bool Enter(const char *name, const std::string &detail = {});
 bool EnterAllocation();
 
 struct State {
-    Holdings held;
+    OpenHandles held;
     std::int64_t bytes = 0;
     std::int64_t peakBytes = 0;
     std::vector<std::string> secrets;

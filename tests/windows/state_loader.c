@@ -33,7 +33,7 @@ static Word At(const Byte *place)
     return *(const Word *)place;
 }
 
-static void Say(const char *text, Word number)
+static void Print(const char *text, Word number)
 {
     char line[80];
     Word length = 0;
@@ -90,19 +90,19 @@ void Run(const char *path)
     Relocate(image, directories + 5 * 8, (Word)image - At(header + 52));
     Bind(image, directories + 1 * 8);
 
-    Say("attach ", ((int (*)(void *, Word, void *))(image + At(header + 40)))(image, 1, 0));
+    Print("attach ", ((int (*)(void *, Word, void *))(image + At(header + 40)))(image, 1, 0));
     const Word *const exported = (const Word *)(image + At(image + At(directories) + 28));
     static const Half none[2];
     static Word request[8];
     for (int i = 0; i < 2; ++i) {
         int (*const download)(const void *, void *, const void *, int, const void *, int) =
             (void *)(image + exported[i]);
-        Say("download ", (Word)download(none, request, none, 1, none, 80));
+        Print("download ", (Word)download(none, request, none, 1, none, 80));
     }
     static Word result[1024];
     int (*const buy)(const void *, void *, void *, const void *, int) = (void *)(image + exported[2]);
-    Say("buy ", (Word)buy(none, request, result, none, 80));
-    Say("detach ", ((int (*)(void *, Word, void *))(image + At(header + 40)))(image, 0, 0));
-    Say("imports called ", calls > 0);
+    Print("buy ", (Word)buy(none, request, result, none, 80));
+    Print("detach ", ((int (*)(void *, Word, void *))(image + At(header + 40)))(image, 0, 0));
+    Print("imports called ", calls > 0);
     SystemCall(kExit, 0, 0, 0, 0, 0);
 }

@@ -1,7 +1,7 @@
 #include "downloads.h"
 
 #include "interruption.h"
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 #include "shop_call.h"
 #include "stored_file.h"
 #include "wide_text.h"
@@ -12,7 +12,7 @@ namespace client {
 
 namespace {
 
-using judgement::Finding;
+using diagnostics::Finding;
 
 struct Download {
     ShopCall call;
@@ -31,9 +31,9 @@ void AddOptions(CLI::App &command, Download &download)
 
 ExitCode ExplainKept(const StoredFile &stored, Report *report)
 {
-    report->Say("kept (1): " + stored.path() + " exists, the server was not asked (--force asks)");
+    report->Print("kept (1): " + stored.path() + " exists, the server was not asked (--force asks)");
     if (const std::string fault = stored.Fault(); !fault.empty()) {
-        report->Complain("warning: it is no whole XML document: " + fault);
+        report->PrintError("warning: it is no whole XML document: " + fault);
         report->json["xml_fault"] = fault;
     }
     return ExitCode::kKept;
@@ -42,14 +42,14 @@ ExitCode ExplainKept(const StoredFile &stored, Report *report)
 // What the file lacks, and why, as far as the exchange shows it.
 ExitCode ExplainIncomplete(const Outcome &outcome, const StoredFile &stored, const std::string &fault, Report *report)
 {
-    const Finding *cause = judgement::FirstError(outcome.findings);
-    report->Complain("this is not a whole XML document: " + fault);
+    const Finding *cause = diagnostics::FirstError(outcome.findings);
+    report->PrintError("this is not a whole XML document: " + fault);
     if (const std::size_t zeros = stored.Zeros(); zeros > 0) {
-        report->Complain(std::to_string(zeros) + " zeros stand for bytes that did not come with the reply's head");
+        report->PrintError(std::to_string(zeros) + " zeros stand for bytes that did not come with the reply's head");
         report->json["zeros"] = zeros;
     }
     if (cause != nullptr) {
-        report->Complain("cause: " + std::string(cause->rule->sentence));
+        report->PrintError("cause: " + std::string(cause->rule->sentence));
         report->json["cause"] = cause->rule->name;
     }
     report->AddFindings(outcome.findings, cause);
@@ -60,12 +60,12 @@ ExitCode ExplainStored(const Outcome &outcome, const StoredFile &stored, Report 
 {
     if (!stored.IsNew()) {
         const std::string reason = stored.WhyNotStored();
-        report->Complain("status 200, but nothing was stored in " + stored.path() + ": " + reason);
+        report->PrintError("status 200, but nothing was stored in " + stored.path() + ": " + reason);
         report->json["not_stored"] = reason;
         return ExitCode::kNothingWhole;
     }
-    report->Say("status 200: stored " + std::to_string(stored.Size()) + " bytes in " + stored.path());
-    report->Say(stored.FirstLines());
+    report->Print("status 200: stored " + std::to_string(stored.Size()) + " bytes in " + stored.path());
+    report->Print(stored.FirstLines());
     report->json["bytes"] = stored.Size();
     const std::string fault = stored.Fault();
     report->json["whole"] = fault.empty();
@@ -87,7 +87,7 @@ ExitCode Run(const std::string &command, const Download &download, Function Shop
     const WideText url = ToWide(download.call.Url());
     const Outcome outcome = [&] {
         const Interruption interruption(stored);
-        return download.call.Make(judgement::Call::kDownload, [&](const ShopLibrary &library) {
+        return download.call.Make(diagnostics::Call::kDownload, [&](const ShopLibrary &library) {
             return (library.*function)(profile.c_str(), &request, target.c_str(), download.force ? 1 : 0, url.c_str(),
                                        download.call.Port());
         });

@@ -1,15 +1,15 @@
 // Why a call brought no status 200.
-#include "judgement/connection_rules.h"
-#include "judgement/device_reading.h"
-#include "judgement/printable.h"
+#include "diagnostics/connection_rules.h"
+#include "diagnostics/device_reading.h"
+#include "diagnostics/printable.h"
 #include "shop_call.h"
 
 namespace client {
 
 namespace {
 
-using judgement::Finding;
-using judgement::Topic;
+using diagnostics::Finding;
+using diagnostics::Topic;
 
 ExitCode CodeOf(const Finding &cause)
 {
@@ -18,7 +18,7 @@ ExitCode CodeOf(const Finding &cause)
         return ExitCode::kUnusableUrl;
     case Topic::kName:
     case Topic::kConnection:
-        return cause.rule == &judgement::kSendFailed ? ExitCode::kNoReply : ExitCode::kNoConnection;
+        return cause.rule == &diagnostics::kSendFailed ? ExitCode::kNoReply : ExitCode::kNoConnection;
     default:
         return ExitCode::kNoReply;
     }
@@ -26,12 +26,12 @@ ExitCode CodeOf(const Finding &cause)
 
 ExitCode ExplainNoStatus(const Outcome &outcome, Report *report)
 {
-    const Finding *cause = judgement::FirstError(outcome.findings);
+    const Finding *cause = diagnostics::FirstError(outcome.findings);
     if (cause == nullptr) {
-        report->Complain("no reply status (0), and nothing wrong was seen: the library may have had no memory");
+        report->PrintError("no reply status (0), and nothing wrong was seen: the library may have had no memory");
         return ExitCode::kNoReply;
     }
-    report->Complain("no reply status (0): " + std::string(cause->rule->sentence));
+    report->PrintError("no reply status (0): " + std::string(cause->rule->sentence));
     report->json["cause"] = cause->rule->name;
     report->AddFindings(outcome.findings, cause);
     return CodeOf(*cause);
@@ -40,14 +40,14 @@ ExitCode ExplainNoStatus(const Outcome &outcome, Report *report)
 // The library keeps code and message of a refused download to itself.
 void ShowReason(const Outcome &outcome, Report *report)
 {
-    const judgement::DeviceReading device(outcome.record.exchange);
+    const diagnostics::DeviceReading device(outcome.record.exchange);
     if (const auto code = device.Verdict("X-Error-Code")) {
-        report->Complain("error code:" + judgement::Printable(*code));
-        report->json["error_code"] = judgement::DeviceNumber(*code);
+        report->PrintError("error code:" + diagnostics::Printable(*code));
+        report->json["error_code"] = diagnostics::DeviceNumber(*code);
     }
     if (const auto message = device.Verdict("X-Error-Message")) {
-        report->Complain("message:" + judgement::Printable(*message, judgement::kFirstReception));
-        report->json["message"] = judgement::Printable(*message, judgement::kFirstReception);
+        report->PrintError("message:" + diagnostics::Printable(*message, diagnostics::kFirstReception));
+        report->json["message"] = diagnostics::Printable(*message, diagnostics::kFirstReception);
     }
 }
 
@@ -56,13 +56,13 @@ ExitCode ExplainStatus(const Outcome &outcome, Report *report)
     const auto isAboutStatus = [](const Finding &finding) { return finding.rule->topic == Topic::kStatus; };
     const auto cause = std::find_if(outcome.findings.begin(), outcome.findings.end(), isAboutStatus);
     const bool known = cause != outcome.findings.end();
-    report->Complain("status " + std::to_string(outcome.status) + ": " +
-                     (known ? std::string(cause->rule->sentence) : "The server refuses the purchase."));
+    report->PrintError("status " + std::to_string(outcome.status) + ": " +
+                       (known ? std::string(cause->rule->sentence) : "The server refuses the purchase."));
     if (known) {
         report->json["cause"] = cause->rule->name;
     }
     report->AddFindings(outcome.findings, known ? &*cause : nullptr);
-    if (outcome.record.exchange.call == judgement::Call::kDownload) {
+    if (outcome.record.exchange.call == diagnostics::Call::kDownload) {
         ShowReason(outcome, report);
     }
     return ExitCode::kRefused;

@@ -28,15 +28,15 @@ constexpr int kUntouched = INT_MIN;
 void ShowVerdict(const BuyGoodRoomyResult &result, Report *report)
 {
     const std::string message = TextAt(result, result.message);
-    report->Complain("error code: " + std::to_string(result.errorCode) +
-                     (result.errorCode == 0 ? " (none that the library can read)" : ""));
-    report->Complain("message: " + (message.empty() ? "(none)" : message));
+    report->PrintError("error code: " + std::to_string(result.errorCode) +
+                       (result.errorCode == 0 ? " (none that the library can read)" : ""));
+    report->PrintError("message: " + (message.empty() ? "(none)" : message));
     report->json["error_code"] = result.errorCode;
     report->json["message"] = message;
     if (result.errorCode == 906) {
         const std::string timestamp = TextAt(result, result.serverTimestamp);
-        report->Complain("server timestamp: " + timestamp);
-        report->Complain("The clock of this device is off: set it and buy again.");
+        report->PrintError("server timestamp: " + timestamp);
+        report->PrintError("The clock of this device is off: set it and buy again.");
         report->json["server_timestamp"] = timestamp;
     }
 }
@@ -46,8 +46,8 @@ void ShowRemains(const BuyGoodRoomyResult &result, Report *report)
 {
     const bool untouched = result.errorCode == kUntouched;
     const std::string text = untouched ? "" : TextAt(result, result.message);
-    report->Complain(untouched ? "the result record is untouched: nothing was sent"
-                               : "the result record has code 0 and the message \"" + text + "\"");
+    report->PrintError(untouched ? "the result record is untouched: nothing was sent"
+                                 : "the result record has code 0 and the message \"" + text + "\"");
     report->json["record_touched"] = !untouched;
     report->json["message"] = text;
 }
@@ -56,7 +56,7 @@ ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const
                  Report *report)
 {
     if (outcome.status == PAVONIX_OK) {
-        report->Say("bought (200): type " + std::to_string(request.type) + ", id " + std::to_string(request.id));
+        report->Print("bought (200): type " + std::to_string(request.type) + ", id " + std::to_string(request.id));
         report->AddFindings(outcome.findings);
         return ExitCode::kDone;
     }
@@ -75,7 +75,7 @@ ExitCode Buy(const ShopCall &call, const BuyGoodRequest &request)
     result->errorCode = kUntouched;
     const WideText profile = call.WideProfile();
     const WideText url = ToWide(call.Url());
-    const Outcome outcome = call.Make(judgement::Call::kPurchase, [&](const ShopLibrary &library) {
+    const Outcome outcome = call.Make(diagnostics::Call::kPurchase, [&](const ShopLibrary &library) {
         return library.getBuyGood(profile.c_str(), &request, reinterpret_cast<BuyGoodResult *>(result.get()),
                                   url.c_str(), call.Port());
     });

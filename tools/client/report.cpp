@@ -6,29 +6,29 @@ namespace client {
 
 using Json = nlohmann::ordered_json;
 
-void Report::Say(const std::string &line) const
+void Report::Print(const std::string &line) const
 {
     if (!asJson_) {
         std::cout << line << '\n';
     }
 }
 
-void Report::Complain(const std::string &line) const
+void Report::PrintError(const std::string &line) const
 {
     if (!asJson_) {
         std::cerr << line << '\n';
     }
 }
 
-void Report::AddFindings(const judgement::Findings &findings, const judgement::Finding *cause)
+void Report::AddFindings(const diagnostics::Findings &findings, const diagnostics::Finding *cause)
 {
     Json &list = json["findings"] = Json::array();
-    for (const judgement::Finding &finding : findings) {
+    for (const diagnostics::Finding &finding : findings) {
         list.push_back(ToJson(finding));
         if (&finding != cause) {
-            Complain(std::string(WeightWord(finding.rule->weight)) + ": " + std::string(finding.rule->sentence));
+            PrintError(std::string(WeightWord(finding.rule->weight)) + ": " + std::string(finding.rule->sentence));
         }
-        Complain("  seen: " + finding.evidence);
+        PrintError("  seen: " + finding.evidence);
     }
 }
 
@@ -46,7 +46,7 @@ ExitCode Report::End(ExitCode code)
     return code;
 }
 
-Json ToJson(const judgement::Finding &finding)
+Json ToJson(const diagnostics::Finding &finding)
 {
     Json json = {{"rule", finding.rule->name},
                  {"weight", WeightWord(finding.rule->weight)},
@@ -54,15 +54,15 @@ Json ToJson(const judgement::Finding &finding)
                  {"seen", finding.evidence},
                  {"device", finding.rule->device}};
     Json &remedies = json["remedies"] = Json::object();
-    for (const judgement::Remedy &remedy : finding.rule->remedies) {
+    for (const diagnostics::Remedy &remedy : finding.rule->remedies) {
         remedies[std::string(remedy.server)] = remedy.advice;
     }
     return json;
 }
 
-const char *WeightWord(judgement::Weight weight)
+const char *WeightWord(diagnostics::Weight weight)
 {
-    return weight == judgement::Weight::kError ? "error" : "warning";
+    return weight == diagnostics::Weight::kError ? "error" : "warning";
 }
 
 } // namespace client

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "exit_code.h"
-#include "judgement/judge.h"
+#include "diagnostics/judge.h"
 
 #include <nlohmann/json.hpp>
 
@@ -15,12 +15,12 @@ public:
     Report(const std::string &command, bool asJson) : asJson_(asJson) { json["command"] = command; }
 
     // A line on standard output, and one on standard error; neither with JSON.
-    void Say(const std::string &line) const;
-    void Complain(const std::string &line) const;
+    void Print(const std::string &line) const;
+    void PrintError(const std::string &line) const;
 
     // Findings with what shows them, on standard error, and into the JSON object.
     // The sentence of the one that is known as the cause was said before.
-    void AddFindings(const judgement::Findings &findings, const judgement::Finding *cause = nullptr);
+    void AddFindings(const diagnostics::Findings &findings, const diagnostics::Finding *cause = nullptr);
 
     // Writes the JSON object. Answers `code`, or kLocalFailure when standard output
     // did not take what was written.
@@ -32,9 +32,9 @@ private:
     bool asJson_;
 };
 
-[[nodiscard]] nlohmann::ordered_json ToJson(const judgement::Finding &finding);
+[[nodiscard]] nlohmann::ordered_json ToJson(const diagnostics::Finding &finding);
 
 // "error" or "warning".
-[[nodiscard]] const char *WeightWord(judgement::Weight weight);
+[[nodiscard]] const char *WeightWord(diagnostics::Weight weight);
 
 } // namespace client

@@ -54,7 +54,7 @@ WideText ShopCall::WideProfile() const
     return ToWidePath(profile);
 }
 
-Outcome ShopCall::Make(judgement::Call kind, const std::function<int(const ShopLibrary &)> &call) const
+Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const ShopLibrary &)> &call) const
 {
     const ShopLibrary loaded(library, trace);
     const TraceFile traced(trace ? profile : "");

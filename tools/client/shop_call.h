@@ -19,7 +19,7 @@ namespace client {
 struct Outcome {
     int status = PAVONIX_FAILED; // what the library answered
     CallRecord record;
-    judgement::Findings findings;
+    diagnostics::Findings findings;
 };
 
 struct ShopCall {
@@ -39,7 +39,7 @@ struct ShopCall {
     [[nodiscard]] WideText WideProfile() const;
 
     // Loads the library, makes one call and watches it.
-    [[nodiscard]] Outcome Make(judgement::Call kind, const std::function<int(const ShopLibrary &)> &call) const;
+    [[nodiscard]] Outcome Make(diagnostics::Call kind, const std::function<int(const ShopLibrary &)> &call) const;
     // The URL with the command's name in place of "{}".
     [[nodiscard]] std::string Url() const;
     // --port, or the port that stands in the URL, or 80.

@@ -1,8 +1,8 @@
 #include "stored_file.h"
 
 #include "exit_code.h"
-#include "judgement/exchange.h"
-#include "judgement/xml_fault.h"
+#include "diagnostics/exchange.h"
+#include "diagnostics/xml_fault.h"
 #include "path.h"
 #include "wide_text.h"
 
@@ -57,7 +57,7 @@ std::uint64_t StoredFile::Size() const
 
 std::string StoredFile::Fault() const
 {
-    return judgement::XmlFaultOfFile(path_);
+    return diagnostics::XmlFaultOfFile(path_);
 }
 
 std::string StoredFile::Beginning() const
@@ -71,7 +71,7 @@ std::string StoredFile::Beginning() const
 
 std::size_t StoredFile::Zeros() const
 {
-    const std::string text = Beginning().substr(0, judgement::kFirstReception);
+    const std::string text = Beginning().substr(0, diagnostics::kFirstReception);
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\0'));
 }
 

@@ -1,6 +1,6 @@
 #include "access_log.h"
 
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 #include "token/time_text.h"
 
 #include <sstream>
@@ -13,7 +13,7 @@ namespace {
 
 std::string Shown(boost::beast::string_view text)
 {
-    return judgement::Printable({text.data(), text.size()}, 200);
+    return diagnostics::Printable({text.data(), text.size()}, 200);
 }
 
 } // namespace

@@ -1,10 +1,10 @@
 #include "command_line.h"
 
 #include "devices.h"
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 #include "shop/faults/fault_table.h"
-#include "shop/keeper/goods_table.h"
-#include "shop/keeper/lists.h"
+#include "shop/admin/goods_table.h"
+#include "shop/admin/lists.h"
 #include "shop_database.h"
 
 #include <CLI/CLI.hpp>
@@ -26,7 +26,7 @@ std::string ReadFile(const std::string &name)
     std::ifstream file(name, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     if (!file) {
-        throw std::runtime_error(judgement::Printable(name) + " cannot be read");
+        throw std::runtime_error(diagnostics::Printable(name) + " cannot be read");
     }
     return text;
 }
@@ -61,7 +61,7 @@ void Import(const Options &options)
         const ImportCount count = ImportGoods(database, ReadFile(options.goodsFile));
         std::cout << count.added << " goods added, " << count.changed << " changed" << std::endl;
     } catch (const std::exception &failure) {
-        throw std::runtime_error(judgement::Printable(options.goodsFile) + ": " + failure.what() +
+        throw std::runtime_error(diagnostics::Printable(options.goodsFile) + ": " + failure.what() +
                                  "; nothing is changed");
     }
 }
@@ -78,7 +78,7 @@ void Export(const Options &options)
     ExportGoods(database, file);
     file.close();
     if (!file) {
-        throw std::runtime_error(judgement::Printable(options.goodsFile) + " cannot be written");
+        throw std::runtime_error(diagnostics::Printable(options.goodsFile) + " cannot be written");
     }
 }
 
@@ -99,7 +99,7 @@ std::string CheckFault(const std::string &name)
 {
     return FindFault(name) != nullptr
                ? ""
-               : "there is no fault " + judgement::Printable(name) + ", pavonix-shop faults lists them";
+               : "there is no fault " + diagnostics::Printable(name) + ", pavonix-shop faults lists them";
 }
 
 std::string CheckSerial(const std::string &serial)

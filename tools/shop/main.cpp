@@ -1,6 +1,6 @@
 // pavonix-shop: a small shop to try a client on.
 #include "command_line.h"
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 #include "server.h"
 #include "shop_database.h"
 
@@ -18,17 +18,17 @@ void Serve(const shop::Options &options)
     shop::Window window(context, database, options.windowForAll);
     shop::Server server(context, {goodsShop, window, shop::FindFault(options.fault)}, options.host, options.port);
     std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
-              << judgement::Printable(options.database) << std::endl;
+              << diagnostics::Printable(options.database) << std::endl;
     server.Run();
 }
 
 // Answers the exit code. A word that is none is behind most errors, whatever the
 // parser makes of it.
-int Complain(const CLI::App &app, const CLI::ParseError &error)
+int PrintError(const CLI::App &app, const CLI::ParseError &error)
 {
     const std::vector<std::string> unknown = app.remaining(true);
     if (error.get_exit_code() != 0 && !unknown.empty()) {
-        std::cerr << "pavonix-shop: there is no " << judgement::Printable(unknown.front())
+        std::cerr << "pavonix-shop: there is no " << diagnostics::Printable(unknown.front())
                   << " here; --help says what there is" << std::endl;
         return 2;
     }
@@ -47,7 +47,7 @@ int main(int argc, char **argv)
         try {
             app.parse(argc, argv);
         } catch (const CLI::ParseError &error) {
-            return Complain(app, error);
+            return PrintError(app, error);
         }
         if (app.get_subcommands().empty()) {
             Serve(options);

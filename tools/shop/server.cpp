@@ -1,6 +1,6 @@
 #include "server.h"
 
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 
 #include <boost/asio/steady_timer.hpp>
 
@@ -18,7 +18,7 @@ asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
     boost::system::error_code error;
     const auto found = asio::ip::tcp::resolver(context).resolve(host, "", error);
     if (error || found.empty()) {
-        throw std::runtime_error("--host " + judgement::Printable(host) + ": " + error.message());
+        throw std::runtime_error("--host " + diagnostics::Printable(host) + ": " + error.message());
     }
     for (const auto &one : found) {
         if (one.endpoint().address().is_v4()) {
@@ -30,9 +30,9 @@ asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
 
 } // namespace
 
-Server::Server(asio::io_context &context, House house, const std::string &host, unsigned short port)
+Server::Server(asio::io_context &context, ServerContext house, const std::string &host, unsigned short port)
 
-    : context_(context), house_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
+    : context_(context), context_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
 {
     const asio::ip::tcp::endpoint endpoint(AddressOf(context_, host), port);
     try {
@@ -57,7 +57,7 @@ void Server::Accept()
 {
     acceptor_.async_accept([this](boost::system::error_code error, asio::ip::tcp::socket socket) {
         if (!error) {
-            std::make_shared<Session>(std::move(socket), house_)->Start();
+            std::make_shared<Session>(std::move(socket), context_)->Start();
             Accept();
             return;
         }

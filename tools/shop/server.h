@@ -13,7 +13,7 @@ class Server {
 public:
     // Listens, and minds signals, at once. host: an address or a name. port 0 picks
     // a free one. Throws std::runtime_error that names the option at fault.
-    Server(boost::asio::io_context &context, House house, const std::string &host, unsigned short port);
+    Server(boost::asio::io_context &context, ServerContext house, const std::string &host, unsigned short port);
 
     std::string address() const { return acceptor_.local_endpoint().address().to_string(); }
 
@@ -26,7 +26,7 @@ private:
     void Accept();
 
     boost::asio::io_context &context_;
-    House house_;
+    ServerContext context_;
     boost::asio::signal_set signals_;
     boost::asio::ip::tcp::acceptor acceptor_;
 };

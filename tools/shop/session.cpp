@@ -25,22 +25,22 @@ const ErrorKind &KindOfReadError(beast::error_code error)
                                                                                   : kMalformedRequest;
 }
 
-judgement::End EndOf(const Transmission &sent)
+diagnostics::End EndOf(const Transmission &sent)
 {
     switch (sent.end) {
     case Transmission::End::kReset:
-        return judgement::End::kReset;
+        return diagnostics::End::kReset;
     case Transmission::End::kSilence:
-        return judgement::End::kTimeOut;
+        return diagnostics::End::kTimeOut;
     case Transmission::End::kClose:
         break;
     }
-    return judgement::End::kClosed;
+    return diagnostics::End::kClosed;
 }
 
 } // namespace
 
-Session::Session(asio::ip::tcp::socket socket, House &house) : stream_(std::move(socket)), house_(house)
+Session::Session(asio::ip::tcp::socket socket, ServerContext &house) : stream_(std::move(socket)), context_(house)
 {
     parser_.body_limit(kLongestBody);
     parser_.eager(true);
@@ -99,9 +99,9 @@ void Session::Answer()
     }
     try {
         const Fault *named = TakeFault(&request);
-        const Fault *fault = named == nullptr ? house_.fault : named;
+        const Fault *fault = named == nullptr ? context_.fault : named;
         const bool answers = fault != nullptr && fault->answer != nullptr;
-        Send(&request, answers ? fault->answer() : house_.shop.Answer(request), fault);
+        Send(&request, answers ? fault->answer() : context_.shop.Answer(request), fault);
     } catch (const Refusal &refusal) {
         Send(&request, MakeErrorResponse(refusal.kind(), refusal.what()), nullptr);
     }
@@ -109,11 +109,11 @@ void Session::Answer()
 
 void Session::AnswerForWindow(const Request &request)
 {
-    if (house_.window.WantsEvents(request, peer_)) {
-        house_.window.Watch(std::move(stream_));
+    if (context_.window.WantsEvents(request, peer_)) {
+        context_.window.Watch(std::move(stream_));
         return;
     }
-    const Response response = house_.window.Answer(request, peer_);
+    const Response response = context_.window.Answer(request, peer_);
     std::make_shared<ReplySender>(std::move(stream_), AsOnePiece(response))->Start();
 }
 
@@ -136,9 +136,9 @@ void Session::Show(const Request *request, const Response &response, const Fault
     seen.status = response.result_int();
     seen.code = std::string(response["X-Error-Code"]);
     seen.message = std::string(response["X-Error-Message"]);
-    judgement::Exchange &exchange = seen.exchange;
+    diagnostics::Exchange &exchange = seen.exchange;
     const bool purchase = request != nullptr && request->method() == http::verb::post;
-    exchange.call = purchase ? judgement::Call::kPurchase : judgement::Call::kDownload;
+    exchange.call = purchase ? diagnostics::Call::kPurchase : diagnostics::Call::kDownload;
     exchange.request = std::move(received_);
     for (const Piece &piece : sent.pieces) {
         exchange.reply += piece.bytes;
@@ -146,7 +146,7 @@ void Session::Show(const Request *request, const Response &response, const Fault
     exchange.end = EndOf(sent);
     exchange.firstBytes = sent.pieces.empty() ? 0 : sent.pieces.front().bytes.size();
     exchange.firstByteAfter = sent.pieces.empty() ? kNoWait : sent.pieces.front().wait;
-    house_.window.Add(std::move(seen));
+    context_.window.Add(std::move(seen));
 }
 
 } // namespace shop

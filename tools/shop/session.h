@@ -14,7 +14,7 @@
 namespace shop {
 
 // What all connections share.
-struct House {
+struct ServerContext {
     Shop &shop;
     Window &window;
     const Fault *fault; // of every reply; null for none
@@ -23,7 +23,7 @@ struct House {
 // Lives as long as one of its operations is under way.
 class Session : public std::enable_shared_from_this<Session> {
 public:
-    Session(boost::asio::ip::tcp::socket socket, House &house);
+    Session(boost::asio::ip::tcp::socket socket, ServerContext &house);
 
     void Start();
 
@@ -38,7 +38,7 @@ private:
 
     boost::beast::tcp_stream stream_;
     boost::asio::ip::address peer_;
-    House &house_;
+    ServerContext &context_;
     boost::beast::http::request_parser<boost::beast::http::string_body> parser_;
     std::array<char, 4096> chunk_;
     std::string received_; // all that came

@@ -41,7 +41,7 @@ std::string Shop::Sell(const Request &request)
             throw Refusal(kWrongParameter, std::string("needed once is the header ") + name);
         }
     }
-    return till_.Sell(
+    return checkout_.Sell(
         {Field(request, "User-Serial"), Field(request, "User-ID"), Field(request, "User-Cert"), request.body()});
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "catalogue.h"
-#include "till.h"
+#include "checkout.h"
 #include "transmission.h"
 
 namespace shop {
@@ -12,7 +12,7 @@ namespace shop {
 //   POST /shop/buy   form type=&id=&force=              a purchase
 class Shop {
 public:
-    Shop(Database &database, std::chrono::seconds maxSkew) : catalogue_(database), till_(database, maxSkew) {}
+    Shop(Database &database, std::chrono::seconds maxSkew) : catalogue_(database), checkout_(database, maxSkew) {}
 
     // Always answers: what goes wrong becomes an error response.
     [[nodiscard]] Response Answer(const Request &request);
@@ -22,7 +22,7 @@ private:
     std::string Sell(const Request &request);
 
     Catalogue catalogue_;
-    Till till_;
+    Checkout checkout_;
 };
 
 } // namespace shop

@@ -1,6 +1,6 @@
 #include "shop_database.h"
 
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 
 namespace shop {
 
@@ -132,7 +132,7 @@ Database OpenShopDatabase(const std::string &file)
     try {
         return Open(file);
     } catch (const std::exception &failure) {
-        throw std::runtime_error("--db " + judgement::Printable(file) + ": " + failure.what());
+        throw std::runtime_error("--db " + diagnostics::Printable(file) + ": " + failure.what());
     }
 }
 

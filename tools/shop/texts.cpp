@@ -1,6 +1,6 @@
 #include "texts.h"
 
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 
 #include <libxml/xmlstring.h>
 
@@ -41,7 +41,7 @@ bool IsPlainText(const std::string &text)
 
 std::string ForTerminal(const std::string &text)
 {
-    return IsReadable(text, "") ? text : judgement::Printable(text, text.size());
+    return IsReadable(text, "") ? text : diagnostics::Printable(text, text.size());
 }
 
 } // namespace shop

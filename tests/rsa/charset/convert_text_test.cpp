@@ -117,7 +117,7 @@ TEST(ConvertText, MissingMemoryIsAFailureAndNothingElse)
 {
     Charset charset;
     charset.SetByCodePage(1252);
-    const tap::Holdings before = tap::Held();
+    const tap::OpenHandles before = tap::Held();
     const int faults = tap::FailEach([&] {
         XString text;
         text.SetFromUtf8("2026-\xE2\x82\xAC");

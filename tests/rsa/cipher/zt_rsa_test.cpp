@@ -146,7 +146,7 @@ TEST(ZtRsa, EveryAllocationMayFail)
         (void)Log(&rsa);
         return imported && success;
     };
-    const tap::Holdings before = tap::Held();
+    const tap::OpenHandles before = tap::Held();
     ScriptSeed("twenty bytes of seed");
     EXPECT_TRUE(run());
     const std::string whole = token;

@@ -207,7 +207,7 @@ TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
 {
     LogSomeContexts(log_);
     const std::set<std::string> whole = LinesOf(log_);
-    const tap::Holdings before = tap::Held();
+    const tap::OpenHandles before = tap::Held();
     tap::FailEach([&] {
         Logger log;
         log.clear();

@@ -131,7 +131,7 @@ TEST(DataBuffer, GrowsWithTheSlackOfEachOperation)
 
 TEST(DataBuffer, OwnsBorrowsAndHandsOver)
 {
-    const tap::Holdings before = tap::Held();
+    const tap::OpenHandles before = tap::Held();
     {
         DataBuffer buffer;
         ASSERT_TRUE(buffer.AppendByte(1));

@@ -1,7 +1,7 @@
 #include "call/call_record.h"
 
-#include "judgement/connection_rules.h"
-#include "judgement/printable.h"
+#include "diagnostics/connection_rules.h"
+#include "diagnostics/printable.h"
 #include "system.h"
 #include "wire/name_fault.h"
 
@@ -22,20 +22,20 @@ void CallRecord::Keep(const char *bytes, std::size_t count)
     exchange.beyond += count - kept;
 }
 
-judgement::Findings CallRecord::Judge(const std::string &url) const
+diagnostics::Findings CallRecord::Judge(const std::string &url) const
 {
-    judgement::Findings findings = judgement::JudgeUrl(url, exchange.call);
+    diagnostics::Findings findings = diagnostics::JudgeUrl(url, exchange.call);
     if (host.empty()) {
         return findings; // nothing was tried
     }
     if (address.empty()) {
-        findings.push_back({&NameRule(host, nameError), judgement::Printable(host)});
+        findings.push_back({&NameRule(host, nameError), diagnostics::Printable(host)});
     } else if (connectError != 0) {
         findings.push_back({&ConnectRule(connectError), address + ": " + NetworkErrorText(connectError)});
     } else if (sendError != 0) {
-        findings.push_back({&judgement::kSendFailed, address + ": " + NetworkErrorText(sendError)});
+        findings.push_back({&diagnostics::kSendFailed, address + ": " + NetworkErrorText(sendError)});
     } else {
-        judgement::Findings more = judgement::Judge(exchange);
+        diagnostics::Findings more = diagnostics::Judge(exchange);
         std::move(more.begin(), more.end(), std::back_inserter(findings));
     }
     return findings;

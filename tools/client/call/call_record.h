@@ -2,8 +2,8 @@
 // answers one number; this is how the client knows the reason for it.
 #pragma once
 
-#include "judgement/exchange.h"
-#include "judgement/judge.h"
+#include "diagnostics/exchange.h"
+#include "diagnostics/judge.h"
 
 #include <chrono>
 #include <optional>
@@ -14,7 +14,7 @@ namespace client {
 struct CallRecord {
     using Clock = std::chrono::steady_clock;
 
-    explicit CallRecord(judgement::Call call) { exchange.call = call; }
+    explicit CallRecord(diagnostics::Call call) { exchange.call = call; }
 
     std::optional<Clock::time_point> deadline; // nothing is waited for beyond it
     bool showProgress = false;                 // on standard error, after a second
@@ -28,14 +28,14 @@ struct CallRecord {
     bool timedOut = false; // the deadline came
     int socket = -1;       // the library's
     Clock::time_point sentAt;
-    judgement::Exchange exchange;
+    diagnostics::Exchange exchange;
     std::uint64_t received = 0; // bytes that the library read
 
     [[nodiscard]] const Clock::time_point *deadlineOrNull() const { return deadline ? &*deadline : nullptr; }
     // Takes over bytes of the reply, as many as are kept.
     void Keep(const char *bytes, std::size_t count);
     // What is wrong with the call, URL included.
-    [[nodiscard]] judgement::Findings Judge(const std::string &url) const;
+    [[nodiscard]] diagnostics::Findings Judge(const std::string &url) const;
 };
 
 // While it lives, the system calls that the library makes on this thread are noted

@@ -1,6 +1,6 @@
 #include "call/progress.h"
 
-#include "judgement/device_reading.h"
+#include "diagnostics/device_reading.h"
 
 #include <iomanip>
 #include <iostream>
@@ -26,7 +26,7 @@ void ShowProgress(const CallRecord &record)
     if (now - record.sentAt < kFirstAfter || (shown && now - lastShown < kEvery)) {
         return;
     }
-    const judgement::DeviceReading device(record.exchange);
+    const diagnostics::DeviceReading device(record.exchange);
     std::cerr << "\r\033[K" << std::fixed << std::setprecision(1) << double(record.received) / kMegabyte << " MB";
     if (device.announced() != 0) {
         std::cerr << " of " << double(device.announced() + device.headLength()) / kMegabyte;

@@ -2,7 +2,7 @@
 
 #include "http/http_connection.h"
 #include "http/url.h"
-#include "judgement/device_reading.h"
+#include "diagnostics/device_reading.h"
 #include "rsa/cipher/zt_rsa.h"
 #include "token/time_text.h"
 
@@ -31,7 +31,7 @@ Identity IdentityOf(const ProfileText &profile)
         const auto found = profile.values.find(key);
         return found == profile.values.end() ? std::string() : found->second;
     };
-    return {value("User-Agent"), value("User-Serial"), judgement::DeviceNumber(value("User-Id")), value("Public-Key"),
+    return {value("User-Agent"), value("User-Serial"), diagnostics::DeviceNumber(value("User-Id")), value("Public-Key"),
             value("Private-Key")};
 }
 

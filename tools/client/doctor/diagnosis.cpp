@@ -6,9 +6,9 @@ namespace client {
 
 namespace {
 
-using judgement::Rule;
-using judgement::Topic;
-using judgement::Weight;
+using diagnostics::Rule;
+using diagnostics::Topic;
+using diagnostics::Weight;
 using Json = nlohmann::ordered_json;
 
 struct Point {
@@ -45,9 +45,9 @@ std::string Padded(std::string text, std::size_t width)
 
 } // namespace
 
-void Diagnosis::Add(const judgement::Findings &findings)
+void Diagnosis::Add(const diagnostics::Findings &findings)
 {
-    for (const judgement::Finding &finding : findings) {
+    for (const diagnostics::Finding &finding : findings) {
         const auto known = std::find_if(seen_.begin(), seen_.end(),
                                         [&](const Seen &seen) { return seen.finding.rule == finding.rule; });
         if (known == seen_.end()) {
@@ -112,12 +112,12 @@ void Diagnosis::ShowFindings(Topic topic, Report *report, Json *json) const
         Json finding = ToJson(seen.finding);
         finding["times"] = seen.times;
         json->push_back(std::move(finding));
-        report->Say("  " + std::string(rule.name) + ": " + std::string(rule.sentence) +
-                    (seen.times > 1 ? " (" + std::to_string(seen.times) + " times)" : ""));
-        report->Say("    seen: " + seen.finding.evidence);
-        report->Say("    the device: " + std::string(rule.device));
-        for (const judgement::Remedy &remedy : rule.remedies) {
-            report->Say("    " + std::string(remedy.server) + ": " + std::string(remedy.advice));
+        report->Print("  " + std::string(rule.name) + ": " + std::string(rule.sentence) +
+                      (seen.times > 1 ? " (" + std::to_string(seen.times) + " times)" : ""));
+        report->Print("    seen: " + seen.finding.evidence);
+        report->Print("    the device: " + std::string(rule.device));
+        for (const diagnostics::Remedy &remedy : rule.remedies) {
+            report->Print("    " + std::string(remedy.server) + ": " + std::string(remedy.advice));
         }
     }
 }
@@ -130,7 +130,7 @@ void Diagnosis::Show(Report *report) const
         const auto look =
             std::find_if(looks_.begin(), looks_.end(), [&](const Look &each) { return each.topic == point.topic; });
         const std::string shown = look == looks_.end() ? "" : look->shown;
-        report->Say(Padded(point.title, kTitleWidth) + Padded(result, 10) + shown);
+        report->Print(Padded(point.title, kTitleWidth) + Padded(result, 10) + shown);
         Json json = {{"point", point.title}, {"result", result}, {"shown", shown}, {"findings", Json::array()}};
         ShowFindings(point.topic, report, &json["findings"]);
         points.push_back(std::move(json));

@@ -1,7 +1,7 @@
 // What a doctor has found out, point by point.
 #pragma once
 
-#include "judgement/judge.h"
+#include "diagnostics/judge.h"
 #include "report.h"
 
 #include <string>
@@ -12,13 +12,13 @@ namespace client {
 class Diagnosis {
 public:
     // Takes over findings; the same rule again is counted.
-    void Add(const judgement::Findings &findings);
-    void Add(const judgement::Rule &rule, const std::string &evidence) { Add({{&rule, evidence}}); }
+    void Add(const diagnostics::Findings &findings);
+    void Add(const diagnostics::Rule &rule, const std::string &evidence) { Add({{&rule, evidence}}); }
 
     // A point was looked at. shown: the bytes or numbers that show it to be right.
-    void LookedAt(judgement::Topic topic, const std::string &shown);
+    void LookedAt(diagnostics::Topic topic, const std::string &shown);
 
-    [[nodiscard]] bool Has(const judgement::Rule &rule) const;
+    [[nodiscard]] bool Has(const diagnostics::Rule &rule) const;
     [[nodiscard]] bool HasErrors() const;
     // An error in a point other than the segments, where each try may see another thing.
     [[nodiscard]] bool HasErrorsBesideSegments() const;
@@ -28,16 +28,16 @@ public:
 
 private:
     struct Seen {
-        judgement::Finding finding;
+        diagnostics::Finding finding;
         int times = 1;
     };
     struct Look {
-        judgement::Topic topic;
+        diagnostics::Topic topic;
         std::string shown;
     };
 
-    void ShowFindings(judgement::Topic topic, Report *report, nlohmann::ordered_json *json) const;
-    [[nodiscard]] std::string Result(judgement::Topic topic) const;
+    void ShowFindings(diagnostics::Topic topic, Report *report, nlohmann::ordered_json *json) const;
+    [[nodiscard]] std::string Result(diagnostics::Topic topic) const;
 
     std::vector<Seen> seen_;
     std::vector<Look> looks_;

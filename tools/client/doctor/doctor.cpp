@@ -2,11 +2,11 @@
 
 #include "doctor/library_check.h"
 #include "doctor/purchase_check.h"
-#include "judgement/connection_rules.h"
-#include "judgement/device_reading.h"
-#include "judgement/head_lines.h"
-#include "judgement/printable.h"
-#include "judgement/reply_rules.h"
+#include "diagnostics/connection_rules.h"
+#include "diagnostics/device_reading.h"
+#include "diagnostics/head_lines.h"
+#include "diagnostics/printable.h"
+#include "diagnostics/reply_rules.h"
 #include "path.h"
 
 #include <fstream>
@@ -16,8 +16,8 @@ namespace client {
 
 namespace {
 
-using judgement::Call;
-using judgement::Topic;
+using diagnostics::Call;
+using diagnostics::Topic;
 
 constexpr int kMostTriesForEach = 4; // blind ones included
 constexpr int kTriesToTheEnd = 3;
@@ -77,7 +77,7 @@ const Diagnosis &Doctor::Examine()
 
 bool Doctor::FindServer()
 {
-    diagnosis_.Add(judgement::JudgeUrl(examination_.url, Call::kDownload));
+    diagnosis_.Add(diagnostics::JudgeUrl(examination_.url, Call::kDownload));
     diagnosis_.LookedAt(Topic::kUrl, std::to_string(examination_.url.size()) + " characters, port " +
                                          std::to_string(examination_.port));
     if (diagnosis_.HasErrors()) {
@@ -104,7 +104,7 @@ bool Doctor::TryDownloads()
         }
     }
     if (seen_ == 0) {
-        diagnosis_.Add(judgement::kTogetherByLuck,
+        diagnosis_.Add(diagnostics::kTogetherByLuck,
                        "in each of " + std::to_string(blind_) + " tries more than one segment was there at once");
     }
     ShowDownload(last_);
@@ -121,25 +121,25 @@ bool Doctor::TryDownload(const std::string &request)
         return false;
     }
     made.exchange.request.clear(); // is ours, not the server's
-    const judgement::Findings findings = judgement::Judge(made.exchange);
+    const diagnostics::Findings findings = diagnostics::Judge(made.exchange);
     diagnosis_.Add(findings);
     ++(made.sawFirstSegment ? seen_ : blind_);
     slowest_ = std::max(slowest_, made.exchange.firstByteAfter);
     last_ = std::move(made.exchange);
-    diagnosis_.LookedAt(Topic::kFirstBytes, judgement::Printable(last_.reply, 30));
+    diagnosis_.LookedAt(Topic::kFirstBytes, diagnostics::Printable(last_.reply, 30));
     // a server that is waited for once is not waited for again
-    return !last_.reply.empty() && last_.end != judgement::End::kTimeOut;
+    return !last_.reply.empty() && last_.end != diagnostics::End::kTimeOut;
 }
 
-void Doctor::ShowDownload(const judgement::Exchange &exchange)
+void Doctor::ShowDownload(const diagnostics::Exchange &exchange)
 {
-    const std::size_t headLength = judgement::DeviceReading(exchange).headLength();
-    const std::vector<judgement::HeadLine> lines = judgement::ReadHeadLines(exchange.reply);
+    const std::size_t headLength = diagnostics::DeviceReading(exchange).headLength();
+    const std::vector<diagnostics::HeadLine> lines = diagnostics::ReadHeadLines(exchange.reply);
     const auto line = [&](const char *name) {
-        const judgement::HeadLine *found = judgement::FindLine(lines, name);
-        return found == nullptr ? std::string() : judgement::Printable(found->whole);
+        const diagnostics::HeadLine *found = diagnostics::FindLine(lines, name);
+        return found == nullptr ? std::string() : diagnostics::Printable(found->whole);
     };
-    const bool hasHead = judgement::DeviceReading(exchange).headIsWhole();
+    const bool hasHead = diagnostics::DeviceReading(exchange).headIsWhole();
     diagnosis_.LookedAt(Topic::kHead, hasHead ? Bytes(headLength) + ", 1024 are the most" : "");
     const std::string tries = std::to_string(seen_ + blind_) + " tries";
     diagnosis_.LookedAt(Topic::kSegments,
@@ -151,8 +151,8 @@ void Doctor::ShowDownload(const judgement::Exchange &exchange)
     if (!hasHead) {
         return;
     }
-    diagnosis_.LookedAt(Topic::kStatus, judgement::Printable(lines.front().whole));
-    if (judgement::DeviceReading(exchange).status() == PAVONIX_OK) {
+    diagnosis_.LookedAt(Topic::kStatus, diagnostics::Printable(lines.front().whole));
+    if (diagnostics::DeviceReading(exchange).status() == PAVONIX_OK) {
         diagnosis_.LookedAt(Topic::kLength, line("Content-Length"));
         diagnosis_.LookedAt(Topic::kCoding, line("Transfer-Encoding") + line("Content-Encoding"));
         diagnosis_.LookedAt(Topic::kBody, Bytes(exchange.reply.size() - headLength + exchange.beyond));

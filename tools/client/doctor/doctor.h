@@ -39,13 +39,13 @@ private:
     [[nodiscard]] bool FindServer();
     [[nodiscard]] bool TryDownloads();
     [[nodiscard]] bool TryDownload(const std::string &request);
-    void ShowDownload(const judgement::Exchange &exchange);
+    void ShowDownload(const diagnostics::Exchange &exchange);
 
     const Examination &examination_;
     Identity identity_;
     Address address_;
     ArrivalTimes times_;
-    judgement::Exchange last_;
+    diagnostics::Exchange last_;
     std::chrono::milliseconds slowest_{0};
     int seen_ = 0;  // tries in which the first segment was told apart
     int blind_ = 0; // and those in which it was not

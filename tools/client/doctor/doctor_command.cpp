@@ -58,13 +58,13 @@ ExitCode Examine(Options options)
     report.json["port"] = examination.port;
     if (!examination.profile.empty()) {
         report.json["buy_url"] = examination.buyUrl;
-        report.Say("purchases are asked for at " + examination.buyUrl);
+        report.Print("purchases are asked for at " + examination.buyUrl);
     }
     Doctor doctor(examination);
     const Diagnosis &diagnosis = doctor.Examine();
     diagnosis.Show(&report);
-    report.Say(diagnosis.HasErrors() ? "This server will not do for the devices as it is."
-                                     : "No error was found: this server will do for the devices.");
+    report.Print(diagnosis.HasErrors() ? "This server will not do for the devices as it is."
+                                       : "No error was found: this server will do for the devices.");
     return report.End(diagnosis.HasErrors() ? ExitCode::kServerProblems : ExitCode::kDone);
 }
 

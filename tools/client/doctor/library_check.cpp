@@ -1,9 +1,9 @@
 #include "doctor/library_check.h"
 
 #include "call/call_record.h"
-#include "judgement/device_reading.h"
-#include "judgement/purchase_rules.h"
-#include "judgement/xml_fault.h"
+#include "diagnostics/device_reading.h"
+#include "diagnostics/purchase_rules.h"
+#include "diagnostics/xml_fault.h"
 #include "path.h"
 #include "wide_text.h"
 
@@ -57,12 +57,12 @@ void LibraryCheck::Run()
 {
     const ShopLibrary library(examination_.library);
     const Folder folder;
-    const int expected = judgement::DeviceReading(plain_).status();
+    const int expected = diagnostics::DeviceReading(plain_).status();
     int whole = 0;
     std::string answers;
     bool same = true;
     for (int i = 0; i < kCalls; ++i) {
-        CallRecord record(judgement::Call::kDownload);
+        CallRecord record(diagnostics::Call::kDownload);
         record.deadline = CallRecord::Clock::now() + 2 * examination_.patience;
         record.listensOn = false;
         const Recording recording(&record);
@@ -70,15 +70,15 @@ void LibraryCheck::Run()
         answers += i > 0 ? ", " : "";
         answers += std::to_string(status);
         same = same && status == expected;
-        whole += status == PAVONIX_OK && judgement::XmlFaultOfFile(folder.File()).empty() ? 1 : 0;
+        whole += status == PAVONIX_OK && diagnostics::XmlFaultOfFile(folder.File()).empty() ? 1 : 0;
     }
     const std::string shown =
         "answered " + answers + "; " + std::to_string(whole) + " of " + std::to_string(kCalls) + " files are whole";
-    diagnosis_->LookedAt(judgement::Topic::kLibrary, shown);
+    diagnosis_->LookedAt(diagnostics::Topic::kLibrary, shown);
     const bool split = diagnosis_->HasErrors() && !diagnosis_->HasErrorsBesideSegments();
     const bool shouldBeWhole = expected == PAVONIX_OK && !diagnosis_->HasErrors();
     if (!split && (!same || (shouldBeWhole && whole < kCalls))) {
-        diagnosis_->Add(judgement::kLibraryDiffers,
+        diagnosis_->Add(diagnostics::kLibraryDiffers,
                         "plain: status " + std::to_string(expected) + "; library: " + shown);
     }
 }

@@ -8,7 +8,7 @@ namespace client {
 class LibraryCheck {
 public:
     // plain: what the last plain socket saw.
-    LibraryCheck(const Examination &examination, const judgement::Exchange &plain, Diagnosis *diagnosis)
+    LibraryCheck(const Examination &examination, const diagnostics::Exchange &plain, Diagnosis *diagnosis)
         : examination_(examination), plain_(plain), diagnosis_(diagnosis)
     {
     }
@@ -17,7 +17,7 @@ public:
 
 private:
     const Examination &examination_;
-    const judgement::Exchange &plain_;
+    const diagnostics::Exchange &plain_;
     Diagnosis *diagnosis_;
 };
 

@@ -1,14 +1,14 @@
 #include "doctor/purchase_check.h"
 
-#include "judgement/device_reading.h"
-#include "judgement/printable.h"
-#include "judgement/purchase_rules.h"
+#include "diagnostics/device_reading.h"
+#include "diagnostics/printable.h"
+#include "diagnostics/purchase_rules.h"
 
 namespace client {
 
 namespace {
 
-using judgement::Topic;
+using diagnostics::Topic;
 
 constexpr int kNoSuchGood = 2147483647;
 constexpr int kHoursOff = 5 * 3600;
@@ -32,10 +32,10 @@ PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &ide
 
 void PurchaseCheck::Run()
 {
-    diagnosis_->Add(judgement::JudgeUrl(examination_.buyUrl, judgement::Call::kPurchase));
+    diagnosis_->Add(diagnostics::JudgeUrl(examination_.buyUrl, diagnostics::Call::kPurchase));
     const std::string token = MakeToken(identity_, 0);
     if (token.empty()) {
-        diagnosis_->Add(judgement::kTokenEmpty, "the profile's keys make none");
+        diagnosis_->Add(diagnostics::kTokenEmpty, "the profile's keys make none");
         return;
     }
     // With a good that exists each refusal speaks for itself. Without one a refusal
@@ -44,7 +44,7 @@ void PurchaseCheck::Run()
     if (!examination_.buy) {
         baseline = Try(token);
         if (baseline.status == PAVONIX_OK) {
-            diagnosis_->Add(judgement::kSoldNothing, baseline.shown);
+            diagnosis_->Add(diagnostics::kSoldNothing, baseline.shown);
             return;
         }
     }
@@ -55,7 +55,7 @@ void PurchaseCheck::Run()
     if (examination_.buy && goOn_) {
         const Answer bought = Try(token);
         if (bought.status != PAVONIX_OK) {
-            diagnosis_->Add(judgement::kDeviceRefused, bought.shown);
+            diagnosis_->Add(diagnostics::kDeviceRefused, bought.shown);
         }
         diagnosis_->LookedAt(Topic::kToken, "bought: " + bought.shown);
         TryAgain(token, bought);
@@ -70,27 +70,27 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
         return {};
     }
     const std::string request = PurchaseRequest(examination_.buyUrl, identity_, token, type_, id_);
-    PlainExchange made = Ask(address_, request, judgement::Call::kPurchase, examination_.patience);
+    PlainExchange made = Ask(address_, request, diagnostics::Call::kPurchase, examination_.patience);
     diagnosis_->Add(made.noConnection);
     if (made.noConnection.empty()) {
-        diagnosis_->Add(judgement::Judge(made.exchange));
+        diagnosis_->Add(diagnostics::Judge(made.exchange));
         diagnosis_->LookedAt(Topic::kFormEnd, "no reset behind the reply");
     }
-    const judgement::DeviceReading device(made.exchange);
+    const diagnostics::DeviceReading device(made.exchange);
     goOn_ = device.status() != 0;
     const std::string code = device.Verdict("X-Error-Code").value_or("");
     const std::string message = device.Verdict("X-Error-Message").value_or("");
     std::string shown = "status " + std::to_string(device.status());
     if (!code.empty()) {
-        shown.append(", code").append(judgement::Printable(code));
+        shown.append(", code").append(diagnostics::Printable(code));
     }
     if (!message.empty()) {
-        shown.append(",").append(judgement::Printable(message));
+        shown.append(",").append(diagnostics::Printable(message));
     }
     if (goOn_ && device.status() != PAVONIX_OK) {
         diagnosis_->LookedAt(Topic::kVerdict, shown);
     }
-    return {device.status(), judgement::DeviceNumber(code), shown};
+    return {device.status(), diagnostics::DeviceNumber(code), shown};
 }
 
 void PurchaseCheck::TryBadToken(const Answer *baseline)
@@ -101,9 +101,9 @@ void PurchaseCheck::TryBadToken(const Answer *baseline)
     }
     diagnosis_->LookedAt(Topic::kToken, "a token of no key: " + answer.shown);
     if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(judgement::kBadTokenSold, answer.shown);
+        diagnosis_->Add(diagnostics::kBadTokenSold, answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(judgement::kTokenUntold, "with and without a good token: " + answer.shown);
+        diagnosis_->Add(diagnostics::kTokenUntold, "with and without a good token: " + answer.shown);
     }
 }
 
@@ -115,11 +115,11 @@ void PurchaseCheck::TryClock(const Answer *baseline, int secondsOff)
         return;
     }
     if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(judgement::kClockNotChecked, hours + answer.shown);
+        diagnosis_->Add(diagnostics::kClockNotChecked, hours + answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(judgement::kTokenUntold, hours + answer.shown);
+        diagnosis_->Add(diagnostics::kTokenUntold, hours + answer.shown);
     } else if (answer.code != 0 && answer.code != kClockIsOff) {
-        diagnosis_->Add(judgement::kClockOtherCode, hours + answer.shown);
+        diagnosis_->Add(diagnostics::kClockOtherCode, hours + answer.shown);
     }
 }
 
@@ -131,9 +131,9 @@ void PurchaseCheck::TryAgain(const std::string &token, const Answer &first)
     }
     diagnosis_->LookedAt(Topic::kReplay, answer.shown);
     if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(judgement::kReplaySold, answer.shown);
+        diagnosis_->Add(diagnostics::kReplaySold, answer.shown);
     } else if (answer == first) {
-        diagnosis_->Add(judgement::kReplayUntold, "both times: " + answer.shown);
+        diagnosis_->Add(diagnostics::kReplayUntold, "both times: " + answer.shown);
     }
 }
 

@@ -1,6 +1,6 @@
 #include "wire/name_fault.h"
 
-#include "judgement/connection_rules.h"
+#include "diagnostics/connection_rules.h"
 
 #include <netdb.h>
 
@@ -23,23 +23,23 @@ bool HasAddressOfOtherFamily(const std::string &host)
 
 } // namespace
 
-const judgement::Rule &NameRule(const std::string &host, int error)
+const diagnostics::Rule &NameRule(const std::string &host, int error)
 {
     if (error == NO_DATA || (error == HOST_NOT_FOUND && HasAddressOfOtherFamily(host))) {
-        return judgement::kNameNoIpv4;
+        return diagnostics::kNameNoIpv4;
     }
-    return error == HOST_NOT_FOUND ? judgement::kNameUnknown : judgement::kNameNoAnswer;
+    return error == HOST_NOT_FOUND ? diagnostics::kNameUnknown : diagnostics::kNameNoAnswer;
 }
 
-const judgement::Rule &ConnectRule(int error)
+const diagnostics::Rule &ConnectRule(int error)
 {
     switch (error) {
     case ECONNREFUSED:
-        return judgement::kRefused;
+        return diagnostics::kRefused;
     case ETIMEDOUT:
-        return judgement::kConnectTimeOut;
+        return diagnostics::kConnectTimeOut;
     default:
-        return judgement::kUnreachable;
+        return diagnostics::kUnreachable;
     }
 }
 

@@ -2,7 +2,7 @@
 
 #include "call/progress.h"
 #include "linux/real_calls.h"
-#include "judgement/device_reading.h"
+#include "diagnostics/device_reading.h"
 #include "wire/segments.h"
 
 #include <algorithm>
@@ -15,14 +15,14 @@ namespace client {
 
 namespace {
 
-using judgement::End;
+using diagnostics::End;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kListenOn{1000};
 
 void NoteFirst(CallRecord *record, ssize_t received)
 {
-    judgement::Exchange &exchange = record->exchange;
+    diagnostics::Exchange &exchange = record->exchange;
     const Arrived arrived = ArrivedOn(record->socket);
     exchange.firstByteAfter = std::chrono::duration_cast<milliseconds>(CallRecord::Clock::now() - record->sentAt);
     exchange.firstBytes = static_cast<std::size_t>(std::max<ssize_t>(received, 0));
@@ -31,10 +31,10 @@ void NoteFirst(CallRecord *record, ssize_t received)
 }
 
 // Whether the library leaves something unread that tells what was wrong.
-bool IsWorthListening(const judgement::Exchange &exchange)
+bool IsWorthListening(const diagnostics::Exchange &exchange)
 {
-    const judgement::DeviceReading device(exchange);
-    const bool sold = exchange.call == judgement::Call::kPurchase && device.status() == 200;
+    const diagnostics::DeviceReading device(exchange);
+    const bool sold = exchange.call == diagnostics::Call::kPurchase && device.status() == 200;
     const std::size_t body = exchange.reply.size() - std::min(exchange.reply.size(), device.headLength());
     return !device.headIsWhole() || (!sold && (device.announced() == 0 || body < device.announced()));
 }
@@ -117,7 +117,7 @@ ssize_t NoteReceive(CallRecord *record, void *buffer, size_t room, int flags)
 
 void NoteClose(CallRecord *record)
 {
-    judgement::Exchange &exchange = record->exchange;
+    diagnostics::Exchange &exchange = record->exchange;
     const int socket = std::exchange(record->socket, -1);
     if (!record->listensOn || exchange.reply.empty() || exchange.end != End::kOpen) {
         return;

@@ -1,7 +1,7 @@
 // An exchange as people read it.
 #pragma once
 
-#include "judgement/judge.h"
+#include "diagnostics/judge.h"
 
 #include <iosfwd>
 #include <string>
@@ -10,7 +10,7 @@ namespace client {
 
 // Writes the exchange's bytes and what is wrong with it. Every byte of either side
 // is escaped; bodies are cut.
-void ShowExchange(std::ostream &out, const std::string &title, const judgement::Exchange &exchange,
-                  const judgement::Findings &findings);
+void ShowExchange(std::ostream &out, const std::string &title, const diagnostics::Exchange &exchange,
+                  const diagnostics::Findings &findings);
 
 } // namespace client

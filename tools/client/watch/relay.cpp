@@ -4,7 +4,7 @@ namespace client {
 
 namespace {
 
-using judgement::End;
+using diagnostics::End;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 

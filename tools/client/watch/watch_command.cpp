@@ -1,6 +1,6 @@
 #include "watch/watch_command.h"
 
-#include "judgement/device_reading.h"
+#include "diagnostics/device_reading.h"
 #include "system.h"
 #include "watch/exchange_view.h"
 #include "watch/relay.h"
@@ -39,7 +39,7 @@ Address ServerOf(const std::string &to)
         throw Failure(ExitCode::kUsage, "--to must be HOST:PORT");
     }
     Address address;
-    const judgement::Findings unknown = LookUp(to.substr(0, colon), port, &address);
+    const diagnostics::Findings unknown = LookUp(to.substr(0, colon), port, &address);
     if (!unknown.empty()) {
         throw Failure(ExitCode::kNoConnection, std::string(unknown[0].rule->sentence) + " " + unknown[0].evidence);
     }
@@ -64,13 +64,13 @@ Socket ListenFor(const Options &options)
 
 std::string TitleOf(int number, const PlainExchange &seen)
 {
-    const judgement::Exchange &exchange = seen.exchange;
+    const diagnostics::Exchange &exchange = seen.exchange;
     const std::string first = std::to_string(std::min(exchange.firstBytes, exchange.reply.size()));
     const std::string segments = !seen.sawFirstSegment    ? "segments not told apart"
                                  : exchange.segments == 0 ? first + " of them in the first reception"
                                                           : first + " of them at first";
     return "exchange " + std::to_string(number) + ": status " +
-           std::to_string(judgement::DeviceReading(exchange).status()) + ", " +
+           std::to_string(diagnostics::DeviceReading(exchange).status()) + ", " +
            std::to_string(exchange.reply.size() + exchange.beyond) + " bytes, " + segments + ", after " +
            std::to_string(exchange.firstByteAfter.count()) + " ms";
 }
@@ -119,9 +119,9 @@ void Watch::Carry(Socket device)
     relay.Run();
     PlainExchange seen = relay.seen();
     seen.exchange.call =
-        seen.exchange.request.starts_with("POST ") ? judgement::Call::kPurchase : judgement::Call::kDownload;
-    const judgement::Findings findings =
-        seen.noConnection.empty() ? judgement::Judge(seen.exchange) : seen.noConnection;
+        seen.exchange.request.starts_with("POST ") ? diagnostics::Call::kPurchase : diagnostics::Call::kDownload;
+    const diagnostics::Findings findings =
+        seen.noConnection.empty() ? diagnostics::Judge(seen.exchange) : seen.noConnection;
     const std::lock_guard<std::mutex> lock(output_);
     ShowExchange(std::cout, TitleOf(++shown_, seen), seen.exchange, findings);
 }

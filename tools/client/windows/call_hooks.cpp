@@ -17,7 +17,7 @@ namespace client {
 
 namespace {
 
-using judgement::End;
+using diagnostics::End;
 using std::chrono::milliseconds;
 
 CallRecord *RecordOf(SOCKET socket)
@@ -64,7 +64,7 @@ int WSAAPI Send(SOCKET socket, const char *bytes, int count, int flags)
 
 void NoteReceived(CallRecord *record, const char *bytes, int received)
 {
-    judgement::Exchange &exchange = record->exchange;
+    diagnostics::Exchange &exchange = record->exchange;
     if (record->received == 0) {
         exchange.firstByteAfter = std::chrono::duration_cast<milliseconds>(CallRecord::Clock::now() - record->sentAt);
         exchange.firstBytes = static_cast<std::size_t>(std::max(received, 0));

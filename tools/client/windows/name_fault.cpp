@@ -1,28 +1,28 @@
 #include "wire/name_fault.h"
 
-#include "judgement/connection_rules.h"
+#include "diagnostics/connection_rules.h"
 
 #include <winsock2.h>
 
 namespace client {
 
-const judgement::Rule &NameRule(const std::string &, int error)
+const diagnostics::Rule &NameRule(const std::string &, int error)
 {
     if (error == WSANO_DATA) {
-        return judgement::kNameNoIpv4;
+        return diagnostics::kNameNoIpv4;
     }
-    return error == WSAHOST_NOT_FOUND ? judgement::kNameUnknown : judgement::kNameNoAnswer;
+    return error == WSAHOST_NOT_FOUND ? diagnostics::kNameUnknown : diagnostics::kNameNoAnswer;
 }
 
-const judgement::Rule &ConnectRule(int error)
+const diagnostics::Rule &ConnectRule(int error)
 {
     switch (error) {
     case WSAECONNREFUSED:
-        return judgement::kRefused;
+        return diagnostics::kRefused;
     case WSAETIMEDOUT:
-        return judgement::kConnectTimeOut;
+        return diagnostics::kConnectTimeOut;
     default:
-        return judgement::kUnreachable;
+        return diagnostics::kUnreachable;
     }
 }
 

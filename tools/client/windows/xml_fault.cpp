@@ -1,8 +1,8 @@
 // Boost's reader stands in for libxml2, of which there is none here. It stops at a
 // zero byte and takes no document for one, so both are looked for before.
-#include "judgement/xml_fault.h"
+#include "diagnostics/xml_fault.h"
 
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 
 #include <boost/property_tree/xml_parser.hpp>
 
@@ -11,7 +11,7 @@
 #include <iterator>
 #include <sstream>
 
-namespace judgement {
+namespace diagnostics {
 
 std::string XmlFault(std::string_view document)
 {
@@ -37,4 +37,4 @@ std::string XmlFaultOfFile(const std::string &path)
     return file ? XmlFault(std::string(std::istreambuf_iterator<char>(file), {})) : "it cannot be opened";
 }
 
-} // namespace judgement
+} // namespace diagnostics

@@ -1,7 +1,7 @@
 #include "wire/plain_exchange.h"
 
-#include "judgement/connection_rules.h"
-#include "judgement/printable.h"
+#include "diagnostics/connection_rules.h"
+#include "diagnostics/printable.h"
 #include "system.h"
 #include "wire/name_fault.h"
 #include "wire/reply_watch.h"
@@ -12,7 +12,7 @@ namespace client {
 
 namespace {
 
-using judgement::End;
+using diagnostics::End;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
@@ -21,9 +21,9 @@ constexpr milliseconds kForTheResetOfAPurchase{300};
 
 // Bytes beyond the announced ones, the end of the connection or its reset come a
 // moment later, if they come.
-void WaitForTheEnd(ReplyWatch *watch, judgement::Exchange *exchange, const Deadline &deadline)
+void WaitForTheEnd(ReplyWatch *watch, diagnostics::Exchange *exchange, const Deadline &deadline)
 {
-    const bool isPurchase = exchange->call == judgement::Call::kPurchase;
+    const bool isPurchase = exchange->call == diagnostics::Call::kPurchase;
     const milliseconds patience = isPurchase ? kForTheResetOfAPurchase : kForTheEnd;
     const Deadline until = std::min<Deadline>(deadline, Clock::now() + patience);
     while (!watch->Read(until).empty()) {
@@ -33,7 +33,7 @@ void WaitForTheEnd(ReplyWatch *watch, judgement::Exchange *exchange, const Deadl
 
 void Receive(ReplyWatch *watch, const Deadline &deadline, bool toTheEnd, PlainExchange *made)
 {
-    judgement::Exchange &exchange = made->exchange;
+    diagnostics::Exchange &exchange = made->exchange;
     bool more = watch->WaitForFirst(deadline) || exchange.end != End::kTimeOut;
     while (more && !watch->IsComplete()) {
         more = !watch->Read(deadline).empty();
@@ -46,16 +46,16 @@ void Receive(ReplyWatch *watch, const Deadline &deadline, bool toTheEnd, PlainEx
 
 } // namespace
 
-judgement::Findings LookUp(const std::string &host, int port, Address *address)
+diagnostics::Findings LookUp(const std::string &host, int port, Address *address)
 {
     address->port = static_cast<std::uint16_t>(port);
     if (const int error = LookUpIpv4(host, address); error != 0) {
-        return {{&NameRule(host, error), judgement::Printable(host)}};
+        return {{&NameRule(host, error), diagnostics::Printable(host)}};
     }
     return {};
 }
 
-judgement::Findings Connect(const Address &address, milliseconds patience, Socket *connected)
+diagnostics::Findings Connect(const Address &address, milliseconds patience, Socket *connected)
 {
     Socket made = OpenSocket();
     const Deadline deadline = Clock::now() + patience;
@@ -67,7 +67,7 @@ judgement::Findings Connect(const Address &address, milliseconds patience, Socke
     return {};
 }
 
-PlainExchange Ask(const Address &address, const std::string &request, judgement::Call call, milliseconds patience,
+PlainExchange Ask(const Address &address, const std::string &request, diagnostics::Call call, milliseconds patience,
                   bool toTheEnd)
 {
     PlainExchange made;
@@ -80,7 +80,7 @@ PlainExchange Ask(const Address &address, const std::string &request, judgement:
     const Deadline deadline = Clock::now() + patience;
     ReplyWatch watch(socket.get(), &made.exchange);
     if (!SendAll(socket.get(), request, deadline)) {
-        made.noConnection = {{&judgement::kSendFailed, NetworkErrorText(LastSocketError())}};
+        made.noConnection = {{&diagnostics::kSendFailed, NetworkErrorText(LastSocketError())}};
         return made;
     }
     made.exchange.request = request;

@@ -1,8 +1,8 @@
 // One request and its reply over a plain socket, without the library.
 #pragma once
 
-#include "judgement/exchange.h"
-#include "judgement/judge.h"
+#include "diagnostics/exchange.h"
+#include "diagnostics/judge.h"
 #include "wire/socket.h"
 
 #include <chrono>
@@ -12,20 +12,20 @@ namespace client {
 
 // Looks a host up as the library does. Answers a finding and leaves *address
 // without one when there is no IPv4 address.
-[[nodiscard]] judgement::Findings LookUp(const std::string &host, int port, Address *address);
+[[nodiscard]] diagnostics::Findings LookUp(const std::string &host, int port, Address *address);
 
 // Answers a finding and leaves *socket alone when nobody takes the connection.
-[[nodiscard]] judgement::Findings Connect(const Address &address, std::chrono::milliseconds patience, Socket *socket);
+[[nodiscard]] diagnostics::Findings Connect(const Address &address, std::chrono::milliseconds patience, Socket *socket);
 
 struct PlainExchange {
-    judgement::Findings noConnection; // why nothing could be asked
-    judgement::Exchange exchange;
+    diagnostics::Findings noConnection; // why nothing could be asked
+    diagnostics::Exchange exchange;
     bool sawFirstSegment = false; // see ReplyWatch
 };
 
 // Never takes longer than `patience` to connect, and as long for the exchange. What
 // comes behind the announced body is waited for a moment longer if `toTheEnd`.
-[[nodiscard]] PlainExchange Ask(const Address &address, const std::string &request, judgement::Call call,
+[[nodiscard]] PlainExchange Ask(const Address &address, const std::string &request, diagnostics::Call call,
                                 std::chrono::milliseconds patience, bool toTheEnd = true);
 
 } // namespace client

@@ -1,7 +1,7 @@
 #include "wire/reply_watch.h"
 
-#include "judgement/device_reading.h"
-#include "judgement/head_lines.h"
+#include "diagnostics/device_reading.h"
+#include "diagnostics/head_lines.h"
 
 #include <algorithm>
 
@@ -9,8 +9,8 @@ namespace client {
 
 namespace {
 
-using judgement::End;
-using judgement::kFirstReception;
+using diagnostics::End;
+using diagnostics::kFirstReception;
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
@@ -18,7 +18,7 @@ constexpr std::size_t kMostKept = 1024 * 1024;
 
 } // namespace
 
-ReplyWatch::ReplyWatch(int socket, judgement::Exchange *exchange)
+ReplyWatch::ReplyWatch(int socket, diagnostics::Exchange *exchange)
     : socket_(socket), started_(Clock::now()), exchange_(exchange)
 {
     WatchSegments(socket);
@@ -81,13 +81,13 @@ bool ReplyWatch::IsComplete() const
     if (headEnd == std::string::npos) {
         return false;
     }
-    const std::vector<judgement::HeadLine> lines = judgement::ReadHeadLines(reply);
-    const judgement::HeadLine *length = judgement::FindLine(lines, "Content-Length");
+    const std::vector<diagnostics::HeadLine> lines = diagnostics::ReadHeadLines(reply);
+    const diagnostics::HeadLine *length = diagnostics::FindLine(lines, "Content-Length");
     const std::uint64_t came = reply.size() - headEnd - 4 + exchange_->beyond;
     if (length == nullptr) {
         return reply.ends_with("\r\n0\r\n\r\n"); // the last chunk
     }
-    const std::int32_t announced = judgement::DeviceNumber(length->value);
+    const std::int32_t announced = diagnostics::DeviceNumber(length->value);
     return announced >= 0 && came >= static_cast<std::uint32_t>(announced);
 }
 

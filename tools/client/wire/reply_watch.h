@@ -1,7 +1,7 @@
 // Receives a reply and sees in which segments it begins.
 #pragma once
 
-#include "judgement/exchange.h"
+#include "diagnostics/exchange.h"
 #include "wire/segments.h"
 
 #include <string_view>
@@ -14,7 +14,7 @@ public:
 
     // socket: connected; the request is sent afterwards. The reply goes into
     // *exchange, as much of it as is kept; the rest is counted.
-    ReplyWatch(int socket, judgement::Exchange *exchange);
+    ReplyWatch(int socket, diagnostics::Exchange *exchange);
 
     // Waits for the first bytes, notes the segment that brought them, and how long
     // that took. False when nothing comes until the deadline, or the connection ends.
@@ -39,7 +39,7 @@ private:
 
     int socket_;
     std::chrono::steady_clock::time_point started_;
-    judgement::Exchange *exchange_;
+    diagnostics::Exchange *exchange_;
     bool sawFirstSegment_ = false;
     std::size_t firstPiece_ = kMostAtOnce;
     char piece_[kMostAtOnce];

@@ -1,7 +1,7 @@
 // The last exchanges, as the window shows them.
 #pragma once
 
-#include "judgement/exchange.h"
+#include "diagnostics/exchange.h"
 #include "token/time_text.h"
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct SeenExchange {
     unsigned status = 0;
     std::string code; // "X-Error-Code" and "X-Error-Message" of the reply
     std::string message;
-    judgement::Exchange exchange;
+    diagnostics::Exchange exchange;
 };
 
 // Keeps so many exchanges, and so many bytes of each, whatever comes.

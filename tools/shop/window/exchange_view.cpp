@@ -1,7 +1,7 @@
 #include "shop/window/exchange_view.h"
 
-#include "judgement/head_lines.h"
-#include "judgement/judge.h"
+#include "diagnostics/head_lines.h"
+#include "diagnostics/judge.h"
 #include "shop/window/html.h"
 #include "shop/window/token_view.h"
 
@@ -14,31 +14,31 @@ std::string Html(std::string_view text)
     return shop::Html(std::string(text));
 }
 
-std::string RemediesAsHtml(const judgement::Rule &rule)
+std::string RemediesAsHtml(const diagnostics::Rule &rule)
 {
     std::string html;
-    for (const judgement::Remedy &remedy : rule.remedies) {
+    for (const diagnostics::Remedy &remedy : rule.remedies) {
         html += "<dt>" + Html(remedy.server) + "</dt><dd>" + Html(remedy.advice) + "</dd>";
     }
     return html.empty() ? "" : "<details><summary>What to do</summary><dl>" + html + "</dl></details>";
 }
 
-std::string FindingsAsHtml(const judgement::Findings &findings)
+std::string FindingsAsHtml(const diagnostics::Findings &findings)
 {
     std::string html;
-    for (const judgement::Finding &finding : findings) {
-        const judgement::Rule &rule = *finding.rule;
-        html += rule.weight == judgement::Weight::kError ? "<li class=\"error\">" : "<li class=\"warning\">";
+    for (const diagnostics::Finding &finding : findings) {
+        const diagnostics::Rule &rule = *finding.rule;
+        html += rule.weight == diagnostics::Weight::kError ? "<li class=\"error\">" : "<li class=\"warning\">";
         html += "<b>" + Html(rule.sentence) + "</b> <code>" + Html(finding.evidence) +
                 "</code><br>The device: " + Html(rule.device) + "." + RemediesAsHtml(rule) + "</li>";
     }
     return html.empty() ? "<p>Request and reply are in order.</p>" : "<ul>" + html + "</ul>";
 }
 
-std::string HeaderOf(const judgement::Exchange &exchange, std::string_view name)
+std::string HeaderOf(const diagnostics::Exchange &exchange, std::string_view name)
 {
-    const auto lines = judgement::ReadHeadLines(exchange.request);
-    const judgement::HeadLine *line = judgement::FindLine(lines, name);
+    const auto lines = diagnostics::ReadHeadLines(exchange.request);
+    const diagnostics::HeadLine *line = diagnostics::FindLine(lines, name);
     return line == nullptr ? "" : std::string(line->value);
 }
 
@@ -53,20 +53,20 @@ std::string SummaryAsHtml(const SeenExchange &seen)
     return html + (seen.fault.empty() ? "" : " <span class=\"fault\">fault " + Html(seen.fault) + "</span>");
 }
 
-const char *KindOf(const SeenExchange &seen, const judgement::Findings &findings)
+const char *KindOf(const SeenExchange &seen, const diagnostics::Findings &findings)
 {
-    return seen.status != 200 ? "refused" : judgement::FirstError(findings) != nullptr ? "wrong" : "right";
+    return seen.status != 200 ? "refused" : diagnostics::FirstError(findings) != nullptr ? "wrong" : "right";
 }
 
 } // namespace
 
 std::string ExchangeAsHtml(Database &database, const SeenExchange &seen)
 {
-    const judgement::Exchange &exchange = seen.exchange;
-    const judgement::Findings findings = judgement::Judge(exchange);
+    const diagnostics::Exchange &exchange = seen.exchange;
+    const diagnostics::Findings findings = diagnostics::Judge(exchange);
     std::string html = std::string("<details class=\"exchange ") + KindOf(seen, findings) + "\"><summary>" +
                        SummaryAsHtml(seen) + "</summary><h3>Judgement</h3>" + FindingsAsHtml(findings);
-    if (exchange.call == judgement::Call::kPurchase) {
+    if (exchange.call == diagnostics::Call::kPurchase) {
         html += "<h3>Token</h3>" + TokenAsHtml(database, HeaderOf(exchange, "User-Serial"),
                                                HeaderOf(exchange, "User-ID"), HeaderOf(exchange, "User-Cert"), seen.at);
     }

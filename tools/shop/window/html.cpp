@@ -1,6 +1,6 @@
 #include "shop/window/html.h"
 
-#include "judgement/printable.h"
+#include "diagnostics/printable.h"
 #include "shop/texts.h"
 
 namespace shop {
@@ -50,7 +50,7 @@ std::string HtmlOfBytes(std::string_view bytes)
     std::string html = "<pre>";
     while (!bytes.empty()) {
         const std::string_view line = bytes.substr(0, std::min(bytes.find('\n'), bytes.size() - 1) + 1);
-        html += Html(judgement::Printable(line, line.size())) + "\n";
+        html += Html(diagnostics::Printable(line, line.size())) + "\n";
         bytes.remove_prefix(line.size());
     }
     return html + "</pre>" + (left == 0 ? "" : "<p>and " + std::to_string(left) + " bytes more</p>");

@@ -1,0 +1,42 @@
+// What the DLL has taken from the system and not given back.
+#pragma once
+
+#include <cstdint>
+#include <set>
+#include <string>
+
+namespace pavonix::device {
+
+// The open handles of one kind.
+class Handles {
+public:
+    void Add(const void *handle) { open_.insert(handle); }
+    bool Has(const void *handle) const { return open_.count(handle) != 0; }
+    // False for a handle that is not open.
+    bool Remove(const void *handle) { return open_.erase(handle) != 0; }
+    std::size_t Count() const { return open_.size(); }
+
+private:
+    std::set<const void *> open_;
+};
+
+struct OpenHandles {
+    Handles files, searches, sections, providers, sockets;
+    unsigned winsockStarts = 0;     // not yet cleaned up, whoever made them
+    unsigned applicationStarts = 0; // that the application made for itself
+    unsigned heapBytes = 0, heapBlocks = 0;
+    unsigned heapPeak = 0; // the most bytes at any time since the last restart
+
+    // "heap=0 blocks=0 peak=0 files=0 searches=0 sections=0 providers=0 sockets=0 winsock=0"
+    std::string Text() const;
+    // Nothing is left, as it must be after detaching.
+    bool Empty() const;
+};
+
+extern OpenHandles openHandles;
+
+// Ends the process: the DLL did what no system forgives (a block freed twice,
+// a lock used before its initialisation).
+[[noreturn]] void Fatal(const std::string &what);
+
+} // namespace pavonix::device

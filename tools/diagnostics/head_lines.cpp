@@ -1,0 +1,60 @@
+#include "diagnostics/head_lines.h"
+
+#include <algorithm>
+
+namespace diagnostics {
+
+namespace {
+
+std::string_view Trimmed(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}
+
+char Lower(char letter)
+{
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 'a' - 'A') : letter;
+}
+
+HeadLine Split(std::string_view line, bool isFirst)
+{
+    const std::size_t colon = line.find(':');
+    if (isFirst || colon == std::string_view::npos) {
+        return {line, {}, {}};
+    }
+    return {line, line.substr(0, colon), Trimmed(line.substr(colon + 1))};
+}
+
+} // namespace
+
+std::vector<HeadLine> ReadHeadLines(std::string_view message)
+{
+    std::vector<HeadLine> lines;
+    while (!message.empty()) {
+        const std::size_t end = message.find('\n');
+        std::string_view line = message.substr(0, end);
+        line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+        if (line.empty()) {
+            break;
+        }
+        lines.push_back(Split(line, lines.empty()));
+        message.remove_prefix(end == std::string_view::npos ? message.size() : end + 1);
+    }
+    return lines;
+}
+
+const HeadLine *FindLine(const std::vector<HeadLine> &lines, std::string_view name)
+{
+    const auto found = std::find_if(lines.begin(), lines.end(),
+                                    [=](const HeadLine &line) { return EqualsInAnyCase(line.name, name); });
+    return found == lines.end() ? nullptr : &*found;
+}
+
+bool EqualsInAnyCase(std::string_view one, std::string_view other)
+{
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char a, char b) { return Lower(a) == Lower(b); });
+}
+
+} // namespace diagnostics

@@ -1,0 +1,27 @@
+#include "diagnostics/judge.h"
+
+#include "diagnostics/device_reading.h"
+
+#include <algorithm>
+
+namespace diagnostics {
+
+Findings Judge(const Exchange &exchange)
+{
+    Findings findings = JudgeRequest(exchange);
+    const auto append = [&](Findings more) { std::move(more.begin(), more.end(), std::back_inserter(findings)); };
+    append(JudgeHead(exchange));
+    if (DeviceReading(exchange).headIsWhole()) {
+        append(exchange.call == Call::kPurchase ? JudgeVerdict(exchange) : JudgeDownload(exchange));
+    }
+    return findings;
+}
+
+const Finding *FirstError(const Findings &findings)
+{
+    const auto found = std::find_if(findings.begin(), findings.end(),
+                                    [](const Finding &finding) { return finding.rule->weight == Weight::kError; });
+    return found == findings.end() ? nullptr : &*found;
+}
+
+} // namespace diagnostics

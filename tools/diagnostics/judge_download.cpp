@@ -1,0 +1,135 @@
+// Length, coding and body of a download's reply.
+#include "diagnostics/device_reading.h"
+#include "diagnostics/head_lines.h"
+#include "diagnostics/judge.h"
+#include "diagnostics/printable.h"
+#include "diagnostics/reply_rules.h"
+#include "diagnostics/xml_fault.h"
+
+#include <algorithm>
+
+namespace diagnostics {
+
+namespace {
+
+constexpr std::string_view kName = "Content-Length";
+
+class Download {
+public:
+    explicit Download(const Exchange &exchange)
+        : exchange_(exchange),
+          device_(exchange),
+          lines_(ReadHeadLines(exchange.reply)),
+          body_(std::string_view(exchange.reply).substr(device_.headLength()))
+    {
+    }
+
+    Findings Judge();
+
+private:
+    void Add(const Rule &rule, const std::string &evidence) { findings_.push_back({&rule, evidence}); }
+    bool Coded();
+    void JudgeLine(const HeadLine &line);
+    void JudgeLength();
+    void JudgeAgainstBody();
+    void JudgeBody();
+
+    const Exchange &exchange_;
+    DeviceReading device_;
+    std::vector<HeadLine> lines_;
+    std::string_view body_;
+    Findings findings_;
+};
+
+bool Download::Coded()
+{
+    const HeadLine *transfer = FindLine(lines_, "Transfer-Encoding");
+    const HeadLine *content = FindLine(lines_, "Content-Encoding");
+    if (transfer != nullptr) {
+        Add(kChunked, Printable(transfer->whole) + "; the body begins with " + Printable(body_, 12));
+    }
+    const bool compressed = content != nullptr && !EqualsInAnyCase(content->value, "identity");
+    if (compressed) {
+        Add(kCompressed, Printable(content->whole) + "; the body begins with " + Printable(body_, 12));
+    }
+    return transfer != nullptr || compressed;
+}
+
+// A line of that name is there: can the device read it?
+void Download::JudgeLine(const HeadLine &line)
+{
+    const std::string where = device_.LineOf(kName).value_or("");
+    if (line.name != kName && where.empty()) {
+        Add(kLengthCase, Printable(line.whole));
+    } else if (!where.starts_with(std::string(kName) + ":")) {
+        Add(kLengthHidden, Printable(where));
+    } else if (line.value.empty() || line.value.find_first_not_of("0123456789") != std::string_view::npos ||
+               device_.announced() == 0x7FFFFFFF) {
+        Add(kLengthNoNumber, Printable(line.whole));
+    } else if (device_.announced() == 0) {
+        Add(kLengthZero, Printable(line.whole));
+    } else {
+        JudgeAgainstBody();
+    }
+}
+
+void Download::JudgeLength()
+{
+    const HeadLine *line = FindLine(lines_, kName);
+    if (line == nullptr) {
+        const std::string where = device_.LineOf(kName).value_or("");
+        Add(kLengthMissing, where.empty() ? "no such line" : "the name stands only in: " + Printable(where));
+        return;
+    }
+    JudgeLine(*line);
+    for (const HeadLine &other : lines_) {
+        if (EqualsInAnyCase(other.name, kName) && other.value != line->value) {
+            Add(kLengthTwice, Printable(line->whole) + " and " + Printable(other.whole));
+            return;
+        }
+    }
+}
+
+void Download::JudgeAgainstBody()
+{
+    const std::uint64_t came = body_.size() + exchange_.beyond;
+    const std::string fact = std::to_string(device_.announced()) + " announced, " + std::to_string(came) + " came";
+    if (came > device_.announced()) {
+        Add(kLengthTooSmall, fact);
+    } else if (came == device_.announced()) {
+        return;
+    } else if (exchange_.end == End::kReset) {
+        Add(kBodyReset, fact);
+    } else {
+        Add(kLengthTooLarge, fact);
+    }
+}
+
+void Download::JudgeBody()
+{
+    if (exchange_.beyond == 0 && FirstError(findings_) == nullptr) {
+        if (const std::string fault = XmlFault(body_); !fault.empty()) {
+            Add(kNotXml, fault + "; it begins with " + Printable(body_, 40));
+        }
+    }
+}
+
+Findings Download::Judge()
+{
+    if (device_.status() == 200) {
+        if (!Coded()) {
+            JudgeLength();
+        }
+        JudgeBody();
+    }
+    return std::move(findings_);
+}
+
+} // namespace
+
+Findings JudgeDownload(const Exchange &exchange)
+{
+    return Download(exchange).Judge();
+}
+
+} // namespace diagnostics

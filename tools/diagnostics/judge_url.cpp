@@ -1,0 +1,76 @@
+#include "diagnostics/connection_rules.h"
+#include "diagnostics/head_lines.h"
+#include "diagnostics/judge.h"
+#include "diagnostics/printable.h"
+
+#include <algorithm>
+
+namespace diagnostics {
+
+namespace {
+
+constexpr std::size_t kUrlRoom = 256; // of the library, terminator included
+constexpr std::size_t kLongUrl = 200; // leaves room for any query
+constexpr std::string_view kShortestQuery = "?type=1&id=1";
+
+bool IsPlain(char letter)
+{
+    return letter > ' ' && letter < 0x7F;
+}
+
+// The first thing that keeps the library from sending, null for none.
+const Rule *Unusable(std::string_view url, std::string_view host, bool hasPath)
+{
+    const std::size_t slashes = url.find("//");
+    const std::string_view scheme = url.substr(0, slashes == std::string_view::npos ? 0 : slashes + 2);
+    if (url.empty()) {
+        return &kUrlEmpty;
+    }
+    if (EqualsInAnyCase(scheme, "https://")) {
+        return &kUrlTls;
+    }
+    if (!scheme.empty() && !EqualsInAnyCase(scheme, "http://")) {
+        return &kUrlScheme;
+    }
+    if (host.empty()) {
+        return &kUrlNoHost;
+    }
+    if (host.starts_with('[')) {
+        return &kUrlIpv6;
+    }
+    return hasPath ? nullptr : &kUrlNoPath;
+}
+
+} // namespace
+
+Findings JudgeUrl(std::string_view url, Call call)
+{
+    Findings findings;
+    const auto add = [&](const Rule &rule, std::string evidence) { findings.push_back({&rule, std::move(evidence)}); };
+    const std::size_t slashes = url.find("//");
+    const std::size_t hostStart = slashes == std::string_view::npos ? 0 : slashes + 2;
+    const std::size_t pathStart = std::min(url.find('/', hostStart), url.size());
+    const std::string_view host = url.substr(hostStart, pathStart - hostStart);
+    const std::string_view path = url.substr(pathStart);
+    if (const Rule *rule = Unusable(url, host, !path.empty())) {
+        add(*rule, url.empty() ? "no character" : Printable(url));
+    }
+    const std::size_t query = call == Call::kDownload ? kShortestQuery.size() : 0;
+    if (url.size() + query >= kUrlRoom) {
+        add(kUrlTooLong, std::to_string(url.size()) + " characters" + (query > 0 ? " without the query" : ""));
+    } else if (url.size() >= kLongUrl && call == Call::kDownload) {
+        add(kUrlLong, std::to_string(url.size()) + " characters");
+    }
+    if (path == "/" && call == Call::kPurchase) {
+        add(kUrlBarePath, Printable(url));
+    }
+    if (url.find_first_of("?#") != std::string_view::npos) {
+        add(kUrlQuery, Printable(url.substr(url.find_first_of("?#"))));
+    }
+    if (!std::all_of(url.begin(), url.end(), IsPlain)) {
+        add(kUrlCharacters, Printable(url));
+    }
+    return findings;
+}
+
+} // namespace diagnostics

@@ -1,0 +1,134 @@
+// What a purchase's reply tells the application.
+#include "diagnostics/device_reading.h"
+#include "diagnostics/head_lines.h"
+#include "diagnostics/judge.h"
+#include "diagnostics/printable.h"
+#include "diagnostics/purchase_rules.h"
+
+#include <algorithm>
+#include <regex>
+
+namespace diagnostics {
+
+namespace {
+
+constexpr std::string_view kCode = "X-Error-Code";
+constexpr std::string_view kMessage = "X-Error-Message";
+constexpr std::string_view kTimestamp = "X-Server-Timestamp";
+constexpr int kClockIsOff = 906;
+// of the plain record, without terminator and the blank behind the colon
+constexpr std::size_t kLongestMessage = 254;
+constexpr std::size_t kLongestTimestamp = 62;
+
+class Verdict {
+public:
+    explicit Verdict(const Exchange &exchange)
+        : exchange_(exchange), device_(exchange), lines_(ReadHeadLines(exchange.reply))
+    {
+    }
+
+    Findings Judge();
+
+private:
+    void Add(const Rule &rule, const std::string &evidence) { findings_.push_back({&rule, evidence}); }
+    std::string Text(std::string_view name) const;
+    void JudgeSpelling(std::string_view name);
+    void JudgeCode();
+    void JudgeMessage();
+    void JudgeTimestamp();
+
+    const Exchange &exchange_;
+    DeviceReading device_;
+    std::vector<HeadLine> lines_;
+    Findings findings_;
+};
+
+// A value as an application shows it: without the blank behind the colon.
+std::string Verdict::Text(std::string_view name) const
+{
+    const std::string value = device_.Verdict(name).value_or("");
+    return value.substr(std::min(value.find_first_not_of(' '), value.size()));
+}
+
+void Verdict::JudgeSpelling(std::string_view name)
+{
+    const HeadLine *line = FindLine(lines_, name);
+    if (line == nullptr) {
+        return;
+    }
+    const std::string where = device_.LineOf(name).value_or("");
+    if (where.empty()) {
+        Add(kCodeCase, Printable(line->whole));
+    } else if (!where.starts_with(std::string(name) + ":")) {
+        Add(kCodeHidden, Printable(where));
+    }
+}
+
+void Verdict::JudgeCode()
+{
+    const HeadLine *line = FindLine(lines_, kCode);
+    if (line == nullptr) {
+        Add(kCodeMissing, "no such line");
+    } else if (const auto code = device_.Verdict(kCode); code && DeviceNumber(*code) == 0) {
+        Add(kCodeZero, Printable(line->whole));
+    }
+}
+
+void Verdict::JudgeMessage()
+{
+    const std::string message = Text(kMessage);
+    const int code = DeviceNumber(device_.Verdict(kCode).value_or(""));
+    if (message.size() > kLongestMessage) {
+        Add(kMessageTooLong, std::to_string(message.size()) + " characters: " + Printable(message, 40));
+    }
+    if (std::any_of(message.begin(), message.end(), [](char letter) { return (letter & 0x80) != 0; })) {
+        Add(kMessageNotAscii, Printable(message));
+    }
+    if (code != 0 && FindLine(lines_, kMessage) == nullptr) {
+        Add(kMessageMissing, Printable(FindLine(lines_, kCode) ? FindLine(lines_, kCode)->whole : ""));
+    }
+}
+
+void Verdict::JudgeTimestamp()
+{
+    static const std::regex form(R"(\d+-\d+-\d+ \d+:\d+:\d+(\.-?\d+)?)");
+    const std::string time = Text(kTimestamp);
+    if (FindLine(lines_, kTimestamp) == nullptr) {
+        Add(kTimestampMissing, "no such line");
+    } else if (time.size() > kLongestTimestamp) {
+        Add(kTimestampTooLong, std::to_string(time.size()) + " characters: " + Printable(time, 40));
+    } else if (device_.Verdict(kTimestamp) && !std::regex_match(time, form)) {
+        Add(kTimestampForm, Printable(time));
+    }
+}
+
+Findings Verdict::Judge()
+{
+    if (device_.status() == 200) {
+        if (const HeadLine *line = FindLine(lines_, kCode); line != nullptr && DeviceNumber(line->value) != 0) {
+            Add(kSoldWithCode, Printable(line->whole));
+        }
+    } else if (device_.status() >= 400) {
+        for (const std::string_view name : {kCode, kMessage, kTimestamp}) {
+            JudgeSpelling(name);
+        }
+        JudgeCode();
+        JudgeMessage();
+        if (DeviceNumber(device_.Verdict(kCode).value_or("")) == kClockIsOff) {
+            JudgeTimestamp();
+        }
+    }
+    if (exchange_.end == End::kReset) {
+        Add(kLineEndUnread, "reset after " + std::to_string(exchange_.reply.size()) + " bytes of the reply");
+    }
+    return std::move(findings_);
+}
+
+} // namespace
+
+Findings JudgeVerdict(const Exchange &exchange)
+{
+    return Verdict(exchange).Judge();
+}
+
+} // namespace diagnostics

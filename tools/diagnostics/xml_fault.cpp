@@ -1,0 +1,69 @@
+#include "diagnostics/xml_fault.h"
+
+#include "diagnostics/printable.h"
+
+#include <fcntl.h>
+#include <libxml/xmlreader.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+namespace diagnostics {
+
+namespace {
+
+constexpr int kOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+
+struct Release {
+    void operator()(xmlTextReader *reader) const { xmlFreeTextReader(reader); }
+};
+
+std::string FaultOf(xmlTextReader *made)
+{
+    const std::unique_ptr<xmlTextReader, Release> reader(made);
+    if (reader == nullptr) {
+        return "it cannot be read";
+    }
+    int more = 1;
+    while (more == 1) {
+        more = xmlTextReaderRead(reader.get());
+    }
+    if (more == 0) {
+        return {};
+    }
+    const xmlError *error = xmlGetLastError();
+    if (error == nullptr || error->message == nullptr) {
+        return "it is no XML";
+    }
+    std::string_view text = error->message;
+    text = text.substr(0, text.find('\n'));
+    return "line " + std::to_string(error->line) + ": " + Printable(text);
+}
+
+} // namespace
+
+std::string XmlFault(std::string_view document)
+{
+    if (document.empty()) {
+        return "it is empty";
+    }
+    xmlResetLastError();
+    return FaultOf(
+        xmlReaderForMemory(document.data(), static_cast<int>(document.size()), "reply.xml", nullptr, kOptions));
+}
+
+std::string XmlFaultOfFile(const std::string &path)
+{
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) {
+        return std::string("it cannot be opened: ") + std::strerror(errno);
+    }
+    xmlResetLastError();
+    std::string fault = FaultOf(xmlReaderForFd(file, "stored.xml", nullptr, kOptions));
+    close(file);
+    return fault;
+}
+
+} // namespace diagnostics
