@@ -13,7 +13,7 @@ namespace {
 std::string Stats(std::istream &)
 {
     std::string text = "stats " + openHandles.Text();
-    open_handles.heapPeak = open_handles.heapBytes;
+    openHandles.heapPeak = openHandles.heapBytes;
     return text;
 }
 

@@ -52,9 +52,9 @@ void *Malloc(std::uint32_t size)
     *header = {size, kLiving};
     std::memset(BytesOf(header), kFresh, size);
     std::memcpy(BytesOf(header) + size, kFence, sizeof kFence);
-    ++open_handles.heapBlocks;
-    open_handles.heapBytes += size;
-    open_handles.heapPeak = std::max(open_handles.heapPeak, open_handles.heapBytes);
+    ++openHandles.heapBlocks;
+    openHandles.heapBytes += size;
+    openHandles.heapPeak = std::max(openHandles.heapPeak, openHandles.heapBytes);
     return BytesOf(header);
 }
 
@@ -64,8 +64,8 @@ void Free(void *block)
         return;
     }
     BlockHeader *header = CheckedHeader(block);
-    --open_handles.heapBlocks;
-    open_handles.heapBytes -= header->size;
+    --openHandles.heapBlocks;
+    openHandles.heapBytes -= header->size;
     header->state = kFreed;
     std::memset(block, kDead, header->size);
     std::free(header);
