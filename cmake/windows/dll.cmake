@@ -11,12 +11,16 @@ elseif(PAVONIX_FLAVOUR STREQUAL "x86")
   # only C++ exceptions read these tables; x64 has tables that the system reads
   set(no_tables -fno-asynchronous-unwind-tables)
 endif()
-configure_file(${CMAKE_CURRENT_LIST_DIR}/version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/version.rc)
+include(${CMAKE_CURRENT_LIST_DIR}/version.cmake)
 configure_file(${definition} ${PROJECT_BINARY_DIR}/PAVONIX.def COPYONLY)
 
 # Sections by function let the linker leave out what is not reached; without
 # time stamps the same sources give the same bytes.
-foreach(target pavonix_rooms pavonix_calls pavonix_telling pavonix_tracing tommath)
+set(parts pavonix_rooms pavonix_calls tommath)
+if(PAVONIX_TOOLS)
+  list(APPEND parts pavonix_telling pavonix_tracing)
+endif()
+foreach(target IN LISTS parts)
   target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections ${no_tables})
 endforeach()
 if(PAVONIX_FLAVOUR STREQUAL "ce")
@@ -24,7 +28,8 @@ if(PAVONIX_FLAVOUR STREQUAL "ce")
 endif()
 
 function(make_dll target folder)
-  target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/version.rc ${PROJECT_BINARY_DIR}/PAVONIX.def)
+  target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/PAVONIX.def)
+  add_version_resource(${target} PAVONIX.dll "Pavonix shop client" ${ARGN})
   set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX RUNTIME_OUTPUT_DIRECTORY ${folder}
                         ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${target}.dir)
   target_link_options(${target} PRIVATE -Wl,--gc-sections -Wl,--no-insert-timestamp -Wl,--kill-at -Wl,--strip-all
@@ -37,8 +42,10 @@ function(make_dll target folder)
   endif()
 endfunction()
 make_dll(pavonix ${PROJECT_BINARY_DIR})
-make_dll(pavonix_trace ${PROJECT_BINARY_DIR}/trace)
-file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/trace)
+if(PAVONIX_TOOLS)
+  make_dll(pavonix_trace ${PROJECT_BINARY_DIR}/trace "tracing build")
+  file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/trace)
+endif()
 
 # The linker's own import library lacks the x86 decoration, so it is not used.
 add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/libPAVONIX.dll.a DEPENDS ${definition}

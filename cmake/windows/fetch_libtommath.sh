@@ -1,11 +1,10 @@
 #!/bin/sh
-# fetch_libtommath.sh FOLDER: fetches LibTomMath 1.2.0 as Debian's source package,
-# for the builds that Debian has no library for.
+# fetch_libtommath.sh FOLDER: fetches LibTomMath as Debian's source package, for
+# the builds that Debian has no library for.
 #
-# FOLDER/libtommath-1.2.0 stands when it succeeds. The package comes
-# from the machine's own package sources, read as source entries from a list of
-# the build's own; the machine's configuration stays as it is. A finished fetch
-# is kept.
+# On success the source is in FOLDER/libtommath-VERSION. The package comes from the
+# machine's own package sources, read as source entries from a private list, so
+# the machine's configuration is not changed. A finished fetch is kept.
 # Needs: apt dpkg-dev.
 set -eu
 
@@ -35,7 +34,7 @@ cd "$directory"
 {
     # a source without source packages may fail here; the next line tells
     fetch update || true
-    fetch source libtommath && test -d libtommath-1.2.0
+    fetch source libtommath && test -e libtommath-*/tommath.h
 } >log 2>&1 || { tail -n 20 log; exit 1; }
 rm -rf apt
 touch stamp

@@ -1,9 +1,15 @@
-# LibTomMath for the Windows flavours, from Debian's source package. Its
-# file-per-function archive lets the linker take only what is reached.
-set(PAVONIX_LIBTOMMATH ${PROJECT_SOURCE_DIR}/build/libtommath CACHE PATH
-    "Where LibTomMath's source package is, or is fetched to")
-execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_libtommath.sh ${PAVONIX_LIBTOMMATH} COMMAND_ERROR_IS_FATAL ANY)
-set(tommath_source ${PAVONIX_LIBTOMMATH}/libtommath-1.2.0)
+# LibTomMath for the Windows flavours. Its file-per-function archive lets the linker
+# take only what is reached.
+set(PAVONIX_LIBTOMMATH_SOURCE "" CACHE PATH "LibTomMath's unpacked source; if empty, Debian's source package is fetched")
+set(tommath_source ${PAVONIX_LIBTOMMATH_SOURCE})
+if(NOT tommath_source)
+  set(fetched ${PROJECT_SOURCE_DIR}/build/libtommath)
+  execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_libtommath.sh ${fetched} COMMAND_ERROR_IS_FATAL ANY)
+  file(GLOB tommath_source ${fetched}/libtommath-*)
+endif()
+if(NOT EXISTS ${tommath_source}/tommath.h)
+  message(FATAL_ERROR "${tommath_source} is not LibTomMath's source: tommath.h is missing")
+endif()
 
 function(add_trimmed_tommath name)
   file(GLOB files ${tommath_source}/bn_*.c)

@@ -51,8 +51,8 @@ UrlParts SplitUrl(const char *url)
     }
     const std::string_view whole = url;
     parts.valid = true;
-    parts.host = whole.substr(hostStart, pathStart - hostStart);
-    parts.target = whole.substr(pathStart);
+    parts.host = whole.substr(static_cast<std::size_t>(hostStart), static_cast<std::size_t>(pathStart - hostStart));
+    parts.target = whole.substr(static_cast<std::size_t>(pathStart));
     if (parts.target == "/") {
         parts.target = {}; // a bare "/" is sent as an empty target; the shop's URLs carry a longer path
     }

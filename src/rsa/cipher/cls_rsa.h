@@ -47,9 +47,9 @@ private:
 
     bool verboseLogging_ = false;
     bool oaep_ = false;
-    bool reserved1_ = false; // nothing reads the two reserved flags; they belong to the component's layout
+    [[maybe_unused]] bool reserved1_ = false; // the reserved flags keep the component's layout
     bool littleEndian_ = true;
-    bool reserved2_ = false;
+    [[maybe_unused]] bool reserved2_ = false;
     RsaKey key_;
     XString encodingMode_;
     Charset charset_;

@@ -25,7 +25,8 @@ inline void StoreBigEndian(Word word, std::uint8_t *bytes)
 
 inline std::uint32_t LoadLittleEndian(const std::uint8_t *bytes)
 {
-    return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
+    return static_cast<std::uint32_t>(bytes[0] | bytes[1] << 8 | bytes[2] << 16) | static_cast<std::uint32_t>(bytes[3])
+                                                                                       << 24;
 }
 
 template <typename Word>
