@@ -31,8 +31,7 @@ asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
 } // namespace
 
 Server::Server(asio::io_context &context, ServerContext house, const std::string &host, unsigned short port)
-
-    : context_(context), context_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
+    : context_(context), serverContext_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
 {
     const asio::ip::tcp::endpoint endpoint(AddressOf(context_, host), port);
     try {
@@ -57,7 +56,7 @@ void Server::Accept()
 {
     acceptor_.async_accept([this](boost::system::error_code error, asio::ip::tcp::socket socket) {
         if (!error) {
-            std::make_shared<Session>(std::move(socket), context_)->Start();
+            std::make_shared<Session>(std::move(socket), serverContext_)->Start();
             Accept();
             return;
         }

@@ -26,7 +26,7 @@ private:
     void Accept();
 
     boost::asio::io_context &context_;
-    ServerContext context_;
+    ServerContext serverContext_;
     boost::asio::signal_set signals_;
     boost::asio::ip::tcp::acceptor acceptor_;
 };
