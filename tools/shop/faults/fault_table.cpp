@@ -1,10 +1,13 @@
 #include "shop/faults/fault_table.h"
 
 #include "shop/errors.h"
+#include "shop/faults/fault_outcomes.h"
 #include "shop/faults/spoiled_replies.h"
 #include "shop/replies.h"
 
 #include <algorithm>
+#include <iterator>
+#include <stdexcept>
 
 namespace shop {
 
@@ -14,38 +17,48 @@ namespace {
 
 constexpr std::string_view kPrefix = "/fault/";
 
-Fault Spoiled(const char *name, const char *does, const char *download, const char *sale, const char *refusal,
-              std::function<Transmission(Response)> send)
+// The fault of that name as fault_outcomes.h describes it, without what it sends.
+Fault Described(const char *name)
 {
-    return {name, does, download, sale, refusal, nullptr, std::move(send)};
+    const auto *found = std::find_if(std::begin(kFaultOutcomes), std::end(kFaultOutcomes),
+                                     [=](const FaultOutcome &one) { return std::string_view(one.name) == name; });
+    if (found == std::end(kFaultOutcomes)) {
+        throw std::logic_error(std::string("no outcome of fault ") + name);
+    }
+    return {found->name, found->does, found->download, found->sale, found->refusal, nullptr, nullptr};
 }
 
-// Sends the same bytes whatever was asked.
-Fault Bytes(const char *name, const char *does, const Transmission &transmission)
+Fault Spoiled(const char *name, std::function<Transmission(Response)> send)
 {
-    const bool waits = transmission.end == Transmission::End::kSilence;
-    const char *bought = waits ? "waits" : "0";
-    return {name,
-            does,
-            waits ? "waits" : "0 none",
-            bought,
-            bought,
-            nullptr,
-            [=](const Response &) { return transmission; }};
+    Fault fault = Described(name);
+    fault.send = std::move(send);
+    return fault;
 }
 
-// Refuses in the shop's place: the status, and the code in a purchase's record.
-Fault Refused(const std::string &name, const std::string &does, int status, int code, std::function<Response()> answer)
+// Sends the same bytes to every request.
+Fault Bytes(const char *name, const Transmission &transmission)
 {
-    const std::string number = std::to_string(status);
-    const std::string verdict = number + " code " + std::to_string(code);
-    return {name, does, number + " none", verdict, verdict, std::move(answer), AsOnePiece};
+    return Spoiled(name, [=](const Response &) { return transmission; });
+}
+
+// Refuses in the shop's place.
+Fault Refused(const char *name, std::function<Response()> answer)
+{
+    Fault fault = Spoiled(name, AsOnePiece);
+    fault.answer = std::move(answer);
+    return fault;
 }
 
 Fault Refused(const ErrorKind &kind)
 {
-    return Refused("code-" + std::to_string(kind.code), std::string("refuses: ") + kind.text, kind.status, kind.code,
-                   [kind] { return MakeErrorResponse(kind, kind.text); });
+    const std::string status = std::to_string(kind.status), verdict = status + " code " + std::to_string(kind.code);
+    return {"code-" + std::to_string(kind.code),
+            std::string("refuses: ") + kind.text,
+            status + " none",
+            verdict,
+            verdict,
+            [kind] { return MakeErrorResponse(kind, kind.text); },
+            AsOnePiece};
 }
 
 Response Verdict(const char *code, const std::string &message, const std::string &body)
@@ -75,47 +88,33 @@ std::vector<Fault> MakeFaults()
     using End = Transmission::End;
     const std::string longMessage(700, 'm');
     std::vector<Fault> faults = {
-        Spoiled("head-apart", "sends the head, and the body in a segment of its own", //
-                "200 zeros", "200", "404 code 903", HeadApart),
-        Spoiled("head-in-pieces", "sends the status line, and the rest in a segment of its own", //
-                "0 none", "0", "0", HeadInPieces),
-        Spoiled("late", "answers after six seconds", "200 right", "200", "404 code 903", Late),
-        Spoiled("slow", "lets all behind the first 1024 bytes drip", //
-                "200 right", "200", "404 code 903", Slow),
-        Spoiled("short", "leaves out the last 100 bytes that it announced", //
-                "200 cut", "200", "404 code 903", Short),
-        Spoiled("long", "sends 100 bytes more than it announced", //
-                "200 longer", "200", "404 code 903", Long),
-        Spoiled("no-length", "sends no Content-Length", "200 cut", "200", "404 code 903", WithoutLength),
-        Spoiled("chunked", "sends the body in chunks, without a length", //
-                "200 coded", "200", "404 code 903", Chunked),
-        Spoiled("compressed", "sends the body through gzip", "200 coded", "200", "404 code 903", Compressed),
-        Spoiled("long-head", "sends a head of more than 1024 bytes", "0 none", "0", "0", LongHead),
-        Spoiled("lower-case", "writes header names in lower case, which the library does not find", //
-                "200 cut", "200", "404 code 0", LowerCase),
-        Spoiled("hidden", "names its headers in the value of an earlier one, which the library takes for them",
-                "200 cut", "200", "404 code 0", HiddenHeaders),
-        Bytes("silent", "says nothing for a minute", {{}, End::kSilence}),
-        Bytes("nothing", "closes the connection without a byte", {}),
-        Bytes("reset", "resets the connection without a byte", {{}, End::kReset}),
-        Spoiled("reset-in-body", "resets the connection within the body", //
-                "200 cut", "200", "404 code 903", ResetInBody),
-        Bytes("not-http", "greets like a mail server", {{{"220 mail.example ESMTP\r\n"}}}),
-        Bytes("tls", "answers with an alert of TLS", {{{{"\x15\x03\x01\x00\x02\x02\x46", 7}}}}),
-        Spoiled("bare-line-feeds", "ends the head's lines with LF instead of CR LF", "0 none", "0", "0", BareLineFeeds),
-        Spoiled("head-without-end", "leaves out the empty line and the body", "0 none", "0", "0", HeadWithoutEnd),
-        Spoiled("interim", "sends 100 Continue, and the reply a moment later", //
-                "100 none", "100 code 0", "100 code 0", InterimFirst),
-        Spoiled("sold-with-code", "adds an error code to any reply, also to a 200", //
-                "200 right", "200", "404 code 909", SoldWithCode),
-        Refused("redirect", "redirects to another path", 302, 0, Redirection),
-        Refused("code-0", "refuses with code 0; the record's message is the body", 403, 0,
-                [] { return Verdict("0", "not read", "The body is the message"); }),
-        Refused("long-message", "refuses with a message of 700 characters, which overruns the plain record", 403, 999,
-                [=] { return Verdict("999", longMessage, ""); }),
-        Refused("long-timestamp", "refuses with 906 and a time of over 300 characters", 403, 906, LongTimestamp),
-        Refused("utf-8-message", "refuses with a message in UTF-8, which the record has in the ANSI code page", 403,
-                999,
+        Spoiled("head-apart", HeadApart),
+        Spoiled("head-in-pieces", HeadInPieces),
+        Spoiled("late", Late),
+        Spoiled("slow", Slow),
+        Spoiled("short", Short),
+        Spoiled("long", Long),
+        Spoiled("no-length", WithoutLength),
+        Spoiled("chunked", Chunked),
+        Spoiled("compressed", Compressed),
+        Spoiled("long-head", LongHead),
+        Spoiled("lower-case", LowerCase),
+        Spoiled("hidden", HiddenHeaders),
+        Bytes("silent", {{}, End::kSilence}),
+        Bytes("nothing", {}),
+        Bytes("reset", {{}, End::kReset}),
+        Spoiled("reset-in-body", ResetInBody),
+        Bytes("not-http", {{{"220 mail.example ESMTP\r\n"}}}),
+        Bytes("tls", {{{{"\x15\x03\x01\x00\x02\x02\x46", 7}}}}),
+        Spoiled("bare-line-feeds", BareLineFeeds),
+        Spoiled("head-without-end", HeadWithoutEnd),
+        Spoiled("interim", InterimFirst),
+        Spoiled("sold-with-code", SoldWithCode),
+        Refused("redirect", Redirection),
+        Refused("code-0", [] { return Verdict("0", "not read", "The body is the message"); }),
+        Refused("long-message", [=] { return Verdict("999", longMessage, ""); }),
+        Refused("long-timestamp", LongTimestamp),
+        Refused("utf-8-message",
                 [] {
                     return Verdict("999",
                                    "Guthaben reicht nicht f\xc3\xbcr B\xc3\xbc"

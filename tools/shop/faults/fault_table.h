@@ -15,12 +15,7 @@ struct Fault {
     std::string name;
     std::string does; // what the shop does, for people
 
-    // What the library makes of it. A download: the status, and the file against the
-    // body that was meant: right, zeros (at its beginning), cut, longer, coded, none.
-    // A purchase: the status, and for a refusal the record's code. "waits": for ever.
-    std::string download; // a reply of more than 1024 bytes
-    std::string sale;     // a purchase that the shop accepts
-    std::string refusal;  // one that it refuses with 903
+    std::string download, sale, refusal; // what the library makes of it: fault_outcomes.h
 
     // One of the two. A fault that has an answer of its own leaves the shop untouched;
     // otherwise the shop answers, sells if asked to, and its reply is sent so.
