@@ -69,8 +69,8 @@ private:
     typedef int(PAVONIX_CALL *BuyFunction)(const wchar_t *, const BuyGoodRequest *, BuyGoodResult *, const wchar_t *,
                                            int);
 
-    // A call that fails gives Winsock back once or twice more than it took it. Two more
-    // starts than the program needs keep its own sockets open through that.
+    // A call that stores or sells nothing may call WSACleanup once or twice too often. Two
+    // more starts than the program needs keep its own sockets open through that.
     static void KeepWinsock()
     {
         WSADATA data;
@@ -80,7 +80,7 @@ private:
     static int AfterDownload(int status, const wchar_t *target)
     {
         const bool stored = status == PAVONIX_OK && GetFileAttributesW(target) != 0xFFFFFFFF;
-        if (!stored && status != PAVONIX_KEPT) {
+        if (!stored) {
             KeepWinsock();
         }
         return status;

@@ -65,8 +65,8 @@ namespace Pavonix
             return verdict;
         }
 
-        // A call that fails gives Winsock back once or twice more than it took it. Two
-        // more starts than the program needs keep its own sockets open through that.
+        // A call that stores or sells nothing may call WSACleanup once or twice too often.
+        // Two more starts than the program needs keep its own sockets open through that.
         static bool winsockIsKept = false;
 
         static void KeepWinsock()
@@ -89,7 +89,7 @@ namespace Pavonix
 
         static int AfterDownload(int status, string target)
         {
-            winsockIsKept = status == Kept || status == Ok && File.Exists(target);
+            winsockIsKept = status == Ok && File.Exists(target);
             return status;
         }
 

@@ -7,11 +7,11 @@
  * call at a time. Every call blocks; there are no time-outs. No call throws,
  * and none reports anything by the thread's error value.
  *
- * Windows: a call that stores or keeps a file, sells, or is refused a sale leaves
- * the process's count of WSAStartup as it was. Any other, also one that answers 200
- * and could not write the file, may take one or two from it. An application that
- * uses Winsock itself calls WSAStartup twice more before its first call, and twice
- * again after each call that failed so; otherwise its own sockets are closed.
+ * Windows: a call that stores a file, or whose purchase is accepted or refused,
+ * balances its WSAStartup calls. Any other call, including one that keeps the file or
+ * returns 200 but could not write it, may call WSACleanup once or twice too often. An
+ * application that uses Winsock itself calls WSAStartup twice before its first call,
+ * and twice after each call of that kind; otherwise its own sockets are closed.
  */
 #ifndef PAVONIX_PAVONIX_H
 #define PAVONIX_PAVONIX_H
@@ -139,11 +139,12 @@ int PAVONIX_CALL GetGoodListXml(const PavonixChar *profilePath, const GoodListRe
 int PAVONIX_CALL GetOneGoodXml(const PavonixChar *profilePath, const OneGoodRequest *request,
                                const PavonixChar *targetPath, int force, const PavonixChar *baseUrl, int port);
 
-/* Asks the server to sell a good. The result record is untouched when the
- * answer is 200, and when it is 0 because nothing could be sent. When it is 0 for
- * want of a reply with a status, the record is filled in from what came, often
- * nothing: the error lines that it holds, else error code 0 and, as the message,
- * all of it but its first two bytes.
+/* Asks the server to sell a good. The result record is untouched when the call
+ * returns 200, and when it returns 0 because nothing could be sent. If the request
+ * went out but no usable status arrived, the call returns 0 and still fills in the
+ * record from whatever was received: the error headers, if there are any; otherwise
+ * error code 0 and, as the message, the body bytes that arrived with a complete head,
+ * or without a complete head everything but the first two bytes.
  */
 int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request, BuyGoodResult *result,
                             const PavonixChar *baseUrl, int port);

@@ -49,6 +49,9 @@ UrlParts SplitUrl(const char *url)
     if (pathStart <= hostStart) { // without a text too
         return parts;
     }
+    if (url[hostStart] == ':') {
+        return parts; // a port only, and no host to ask for
+    }
     const std::string_view whole = url;
     parts.valid = true;
     parts.host = whole.substr(static_cast<std::size_t>(hostStart), static_cast<std::size_t>(pathStart - hostStart));

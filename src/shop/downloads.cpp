@@ -53,9 +53,8 @@ void StoreBody(HttpConnection *connection, const WideChar *targetPath)
     connection->Reset();
 }
 
-int Fetch(const DownloadCall &call, const UrlText &url)
+int Fetch(const DownloadCall &call, const UrlText &url, HttpConnection &connection)
 {
-    HttpConnection connection;
     const CallIdentity identity(call.profilePath);
     ZtByteData reply; // its contents are of no use to a download
     const bool answered = AddIdentity(identity, &connection) &&
@@ -70,10 +69,11 @@ int Fetch(const DownloadCall &call, const UrlText &url)
     return status;
 }
 
-// Keeps or downloads the target; answers what the exported call returns: 1, 0,
+// Keeps or downloads the target; returns what the exported call returns: 1, 0,
 // 200, or the reply's status.
 int Download(const DownloadCall &call, const QueryText &query)
 {
+    HttpConnection connection; // before any early return: its destruction calls WSACleanup once on every path
     if (call.force == 0 && ProbePath(call.targetPath) == PathKind::kFile) {
         return PAVONIX_KEPT;
     }
@@ -82,7 +82,7 @@ int Download(const DownloadCall &call, const QueryText &query)
         return PAVONIX_FAILED;
     }
     url.Append(query.c_str());
-    return url.fits() ? Fetch(call, url) : PAVONIX_FAILED;
+    return url.fits() ? Fetch(call, url, connection) : PAVONIX_FAILED;
 }
 
 } // namespace

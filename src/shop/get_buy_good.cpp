@@ -71,9 +71,15 @@ void WriteVerdict(const HttpConnection &connection, BuyGoodResult *result)
     }
 }
 
-int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResult *result, const UrlText &url, int port)
+// Sells the good over the connection; returns what the exported call returns.
+int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResult *result, const WideChar *baseUrl,
+        int port)
 {
-    HttpConnection connection;
+    HttpConnection connection; // before any early return: its destruction calls WSACleanup once on every path
+    UrlText url;
+    if (!ConvertBaseUrl(baseUrl, &url)) {
+        return PAVONIX_FAILED;
+    }
     const CallIdentity identity(profilePath);
     const bool whole = AddIdentity(identity, &connection) && AddPurchase(identity, request, &connection);
     ZtByteData reply; // the connection holds all that is read
@@ -97,9 +103,5 @@ int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResul
 PAVONIX_EXPORT int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request,
                                            BuyGoodResult *result, const PavonixChar *baseUrl, int port)
 {
-    pavonix::UrlText url;
-    if (request == nullptr || !pavonix::ConvertBaseUrl(baseUrl, &url)) {
-        return PAVONIX_FAILED;
-    }
-    return pavonix::Buy(profilePath, *request, result, url, port);
+    return request == nullptr ? PAVONIX_FAILED : pavonix::Buy(profilePath, *request, result, baseUrl, port);
 }

@@ -8,7 +8,7 @@ sequence in a list instead of walking a table of 250 words.
 
 Lines: "seed" and 1000 bytes, or "rand" and the start of the linear
 congruence whose 31-bit numbers stand for the C library's rand; then requests
-on that generator, "bytes" or "nonzero", with their count and the answer.
+on that generator, "bytes" or "nonzero", with their count and the result.
 """
 import random
 
@@ -23,8 +23,8 @@ def words_from_rand(start):
     numbers = congruence(start)
     words = [0] * 250
     for i in reversed(range(250)):
-        low, high, two = (next(numbers) % 2**15 for _ in range(3))
-        words[i] = (low + high * 2**15) * 4 % 2**32 + two % 4
+        low, high, two = (next(numbers) for _ in range(3))
+        words[i] = (low | high << 15) << 2 & 0xFFFFFFFF | two & 3
     return words
 
 

@@ -26,6 +26,7 @@ int wmain(int, wchar_t **arguments)
     const wchar_t *const nobody = L"http://127.0.0.1/shop";
     for (int round = 2; round < 5; ++round) {
         if (shop.GetGood(L"profile", good, L"good.xml", true, nobody, 9) != 0 ||
+            shop.GetGood(L"profile", good, arguments[1], false, nobody, 9) != PAVONIX_KEPT ||
             shop.Buy(L"profile", purchase, &result, nobody, 9) != 0 || !HasWinsock()) {
             return round;
         }

@@ -50,7 +50,7 @@ struct AddressModel {
         std::transform(start.begin(), start.end(), start.begin(), [](char c) { return static_cast<char>(tolower(c)); });
         const bool slashes = url.find("//") != std::string::npos;
         const std::size_t hostAt = slashes ? 7 : 0, path = url.find('/', hostAt);
-        if (path == std::string::npos || path == hostAt || (slashes && start != "http://")) {
+        if (path == std::string::npos || path == hostAt || url[hostAt] == ':' || (slashes && start != "http://")) {
             return;
         }
         host = url.substr(hostAt, path - hostAt);

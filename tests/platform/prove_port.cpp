@@ -135,6 +135,8 @@ void CheckSearches()
 #if defined(_WIN32)
     CHECK(Search(W("Z:\\")) == kFolder);
     CHECK(Search(W("Q:\\")) == kNothing);
+    CHECK(Search(W("\\\\?\\Z:\\")) == kFolder); // the shape of a share's root
+    CHECK(Search(W("\\\\?\\Q:\\")) == kNothing);
 #endif
 }
 

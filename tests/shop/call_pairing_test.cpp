@@ -81,12 +81,12 @@ TEST_F(Pairing, OfEveryEndOfADownload)
     }
 }
 
-TEST_F(Pairing, AKeptTargetTouchesNothing)
+TEST_F(Pairing, AKeptTargetOnlyReleasesWinsock)
 {
     box.Write("f", "old");
     box.MakeFolder("folder");
     EXPECT_EQ(Download("f", 0), PAVONIX_KEPT);
-    const std::vector<std::string> expected = {"FindFirst"};
+    const std::vector<std::string> expected = {"FindFirst", "CleanupWinsock"};
     EXPECT_EQ(Steps(), expected);
     tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
     tap::UsePeer(&peer);
@@ -151,7 +151,11 @@ TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
     EXPECT_EQ(GetGoodListXml(u"p", &list, u"t", 1, longUrl.c_str(), 80), 0);
     EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, tooLong.c_str(), 80), 0);
     EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, tooLong.c_str(), 80), 0);
+    EXPECT_EQ(tap::CountOf("CleanupWinsock"), 3) << "one for each connection object";
     EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, u"//h/x", 80), 0); // shorter than a scheme
+    for (const char16_t *portOnly : {u"http://:8080/x", u":8080/x"}) {
+        EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, portOnly, 80), 0);
+    }
     EXPECT_EQ(GetGoodListXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
     EXPECT_EQ(GetOneGoodXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
     EXPECT_EQ(GetBuyGood(u"p", nullptr, nullptr, u"http://h/x", 80), 0);

@@ -50,7 +50,7 @@ HANDLE Search(const wchar_t *path, int barePathLength, WIN32_FIND_DATAW *found)
 FindHandle *FindFirst(const WideChar *path, FindRecord *record)
 {
     const int barePathLength = LengthWithoutSeparators(path);
-    if ((barePathLength == 0 && path[0] != 0) || IsDriveRoot(path)) {
+    if ((barePathLength == 0 && path[0] != 0) || IsRoot(path)) {
         record->attributes = kAttributeDirectory;
         return RootSearch();
     }

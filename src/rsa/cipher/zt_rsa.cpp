@@ -48,6 +48,14 @@ void ZtRsa::put_EncodingMode(const char *name)
     }
 }
 
+void ZtRsa::get_EncodingMode(ZtString *name)
+{
+    name->Clear();
+    if (impl_ != nullptr) {
+        impl_->get_EncodingMode(&name->text());
+    }
+}
+
 void ZtRsa::put_CharsetCodePage(std::int32_t codePage)
 {
     if (impl_ != nullptr) {

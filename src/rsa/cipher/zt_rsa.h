@@ -26,6 +26,8 @@ public:
     void put_OAEP(bool oaep); // true: OAEP padding, false (the default): PKCS #1 v1.5
     // The encoding of results, "base64" by default and for unknown names.
     void put_EncodingMode(const char *name);
+    // Replaces `name` by the name set last, in lower case without spaces.
+    void get_EncodingMode(ZtString *name);
 
     // Part of the component's surface; the shop leaves these as they are.
     void put_Utf8(bool utf8) { utf8_ = utf8; }

@@ -75,6 +75,9 @@ private:
     }
 };
 
+// A further log of the component, which keeps nothing. Nothing in the library makes one.
+class ErrorLog : public LogBase {};
+
 // A context of the log that is left on every path out of the scope. `tag` must
 // not be blank: a blank tag opens nothing that could be left.
 class LogContext {

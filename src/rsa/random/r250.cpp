@@ -19,8 +19,6 @@ constexpr std::uint32_t kFullRsaProvider = 1;
 // "Verify only" alone, then with a new key set, a machine key set, and both.
 constexpr std::uint32_t kAcquireFlags[] = {0xF0000000, 0xF0000008, 0xF0000020, 0xF0000028};
 
-constexpr std::uint32_t kBitsOfRand = 15;
-
 bool AcquireAnyProvider(platform::Provider *provider)
 {
     for (const std::uint32_t flags : kAcquireFlags) {
@@ -76,19 +74,16 @@ bool R250::FillFromProvider()
     return filled;
 }
 
-// A word is made of 15 bits in its places 2 to 16, 15 in 17 to 31, and two in 0
-// and 1, which presumes a rand of 15 bits. Where rand gives more, its upper bits
-// would be or-ed over the second number's place, and three quarters of those bits
-// would be 1. Each result is therefore cut to 15 bits, on every platform alike.
+// Each word is made for the 15-bit rand of Windows: bits 2 to 16, bits 17 to 31, and
+// bits 0 and 1. The wider results of other systems are used as they are.
 void R250::FillFromRand()
 {
-    constexpr std::uint32_t kMask = (1u << kBitsOfRand) - 1;
     platform::SeedRand(platform::ReadTickCount());
     for (unsigned i = kWords; i-- > 0;) {
-        const std::uint32_t first = static_cast<std::uint32_t>(platform::NextRand()) & kMask;
-        const std::uint32_t second = static_cast<std::uint32_t>(platform::NextRand()) & kMask;
-        const std::uint32_t third = static_cast<std::uint32_t>(platform::NextRand()) & kMask;
-        words_[i] = (first | second << kBitsOfRand) << 2 | (third & 3);
+        const std::uint32_t first = static_cast<std::uint32_t>(platform::NextRand());
+        const std::uint32_t second = static_cast<std::uint32_t>(platform::NextRand());
+        const std::uint32_t third = static_cast<std::uint32_t>(platform::NextRand());
+        words_[i] = (first | second << 15) << 2 | (third & 3);
     }
 }
 

@@ -121,13 +121,13 @@ void XString::CopyFrom(const XString &other)
         return;
     }
     Clear();
-    if (other.ansiValid_) {
+    if (other.utf16Valid_) { // first: it alone lacks no character
+        SetFromUtf16(other.GetUtf16());
+    } else if (other.ansiValid_) {
         AppendAnsiN(other.ansi_.c_str(), other.ansi_.length());
-    } else if (other.utf8Valid_) {
+    } else {
         KeepOnly(&utf8Valid_);
         AppendTo(&utf8_, other.utf8_.c_str(), other.utf8_.length());
-    } else {
-        SetFromUtf16(other.GetUtf16());
     }
     if (!other.complete()) {
         MarkIncomplete();
@@ -175,8 +175,10 @@ void XString::MakeNarrow(StringBuffer *narrow, bool *valid, std::uint32_t codePa
     }
     narrow->Clear();
     const StringBuffer &source = ansiValid_ ? ansi_ : utf8_;
-    if ((ansiValid_ || utf8Valid_) && platform::IsAscii(codePage, source.c_str(), source.length())) {
-        narrow->AppendN(source.c_str(), source.length()); // ASCII is the same in either form
+    // ASCII is the same in both 8-bit forms. Not when UTF-16 is valid: the ANSI form
+    // may have been made from it with '?' for characters that the code page lacks.
+    if (!utf16Valid_ && platform::IsAscii(codePage, source.c_str(), source.length())) {
+        narrow->AppendN(source.c_str(), source.length());
         *valid = narrow->complete();
     } else if (MakeWide()) {
         ConvertTo(codePage, narrow);

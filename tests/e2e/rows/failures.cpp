@@ -37,6 +37,7 @@ std::vector<Scenario> FailureRows()
         NothingSent("empty_address", u""),
         NothingSent("no_path_in_the_address", u"http://127.0.0.1"),
         NothingSent("no_host_in_the_address", u"http:///goods"),
+        NothingSent("a_port_and_no_host_in_the_address", u"http://:8080/goods"),
         // the host would be right if seven characters were taken for "http://"
         NothingSent("other_scheme", u"ftp://x127.0.0.1/goods"),
         NothingSent("double_slash_behind_an_address_without_scheme", u"127.0.0.1/a//b"),

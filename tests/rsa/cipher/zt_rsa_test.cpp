@@ -36,7 +36,9 @@ struct Encryption {
 Encryption Encrypt(ZtRsa *rsa, const std::string &text, bool privateKey)
 {
     rsa->put_EncodingMode(" H e X ");
-    ZtString result("left over");
+    ZtString result("left over"), mode;
+    rsa->get_EncodingMode(&mode);
+    EXPECT_STREQ(mode.c_str(), "hex");
     const bool success = rsa->EncryptStringENC(text.c_str(), privateKey, &result);
     return {success, FromHex(result.c_str())};
 }

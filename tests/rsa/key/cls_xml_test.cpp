@@ -53,6 +53,7 @@ TEST(ClsXml, HostileDocuments)
         {repeat("<!DOCTYPE [", 200000), std::nullopt},
         {"<r><P>a< b</P>", "a< b"},
         {"</r><r><P>x</Q></r><P>y", "x"},
+        {"<r><P>a\rb\r\nc\r\rd\r</P>", "a\nb\nc\n\nd\n"}, // XML 1.0, section 2.11
     };
     for (const auto &row : rows) {
         ClsXml xml;

@@ -41,6 +41,12 @@ TEST(XString, ConvertsOnDemand)
     EXPECT_STREQ(text.GetUtf8().c_str(), "K\xC3\xA4se 5 \xE2\x82\xAC!\xC3\x9F");
     text.SetFromUtf16(u"Ω\xD83Dz");
     EXPECT_STREQ(text.GetAnsi().c_str(), "??z") << "half a pair takes nothing with it";
+    text.SetFromUtf16(u"Жx"); // not in the ANSI code page
+    EXPECT_STREQ(text.GetAnsi().c_str(), "?x");
+    XString copy;
+    copy.CopyFrom(text);
+    EXPECT_STREQ(text.GetUtf8().c_str(), "\xD0\x96x") << "made from UTF-16, not from the lossy form";
+    EXPECT_STREQ(copy.GetUtf8().c_str(), "\xD0\x96x");
     text.SetFromUtf16(nullptr);
     EXPECT_TRUE(text.isEmpty());
     text.SetFromUtf16(u"z");

@@ -116,8 +116,8 @@ inline std::FILE *OpenShared(const wchar_t *path, const wchar_t *mode)
     return _wfopen(path, mode);
 }
 
-// One tree, no drives.
-inline bool IsDriveRoot(const wchar_t *)
+// One tree, without drives and shares.
+inline bool IsRoot(const wchar_t *)
 {
     return false;
 }

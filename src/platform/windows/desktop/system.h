@@ -18,12 +18,32 @@ inline std::FILE *OpenShared(const wchar_t *path, const wchar_t *mode)
     return _wfsopen(path, mode, _SH_DENYNO);
 }
 
-// Whether the path is the root of a drive that exists, as in "C:\". No search
-// finds it, because it is an entry of nothing.
-inline bool IsDriveRoot(const wchar_t *path)
+// The length of the root that a path begins with: 3 for a drive, as in "C:\", that of
+// "\\server\share\" for a share, 0 for neither.
+inline int RootLength(const wchar_t *path)
 {
-    return path[0] != 0 && path[1] == L':' && path[2] == L'\\' && path[3] == 0 &&
-           GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
+    if (path[0] != 0 && path[1] == L':' && path[2] == L'\\') {
+        return 3;
+    }
+    if (path[0] != L'\\' || path[1] != L'\\') {
+        return 0;
+    }
+    int separators = 0;
+    for (int i = 2; path[i] != 0; ++i) {
+        separators += path[i] == L'\\' ? 1 : 0;
+        if (separators == 2) {
+            return i + 1;
+        }
+    }
+    return 0;
+}
+
+// Whether the path is the root of a drive or of a share that exists. No search finds
+// one, because it is an entry of no folder.
+inline bool IsRoot(const wchar_t *path)
+{
+    const int length = RootLength(path);
+    return length > 0 && path[length] == 0 && GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
 }
 
 } // namespace pavonix::platform
