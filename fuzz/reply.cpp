@@ -1,9 +1,11 @@
-// The head and the body prefix that a connection makes of what it receives, and the
-// texts taken out of it.
+// The head and the body prefix that a connection makes of what it receives, the texts
+// taken out of it, and the tools' view of the same bytes.
 #include "demand.h"
 #include "http/http_connection.h"
+#include "http/reply_facts.h"
 #include "http/reply_text.h"
 #include "model/reply_model.h"
+#include "shop/shop_call.h"
 #include "support/tap.h"
 
 #include <memory>
@@ -26,11 +28,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Demand(connection.GetContentLength() == model.announced, "the announced length");
     const std::string held = model.announced == 0 ? model.behind : model.behind.substr(0, model.announced);
     Demand(std::string(connection.GetBodyPrefix(), held.size()) == held, "the body's start");
+    const ReplyFacts facts(reply);
+    Demand(facts.headLength() == model.head.size() && facts.announced() == model.announced, "the tools' view");
+    Demand(facts.status() == ReplyStatus(connection), "the tools' view of the status");
+    const bool hasHead = FindHeadFault(reply, kFirstReception, true) == HeadFault::kNone;
+    Demand(facts.headIsWhole() == hasHead, "a cause for each head that is not found");
     const std::string text = (model.head + held).c_str();
     for (const char *name : {"Content-Length", "X-Error-Code", "a", ":", "\r\n", " "}) {
         const std::unique_ptr<char[]> value(GetHeaderValue(connection.GetHeadBuffer(), name));
         const auto expected = e2e::ReplyModel::Value(text, name);
         Demand((value != nullptr) == expected.has_value() && (value == nullptr || *expected == value.get()), name);
+        Demand(facts.Verdict(name) == expected, "the tools' view of a name");
     }
     const std::unique_ptr<char[]> exact(new char[size + 2]()); // readable one byte beyond the count
     std::copy(data, data + size, exact.get());

@@ -30,7 +30,7 @@ ROOMS = {
               "shop/export.h", "pavonix"},
 }
 STANDARD = {"algorithm", "array", "cstddef", "cstdint", "cstring", "initializer_list", "memory", "new", "span",
-            "string_view", "type_traits", "utility", "tommath.h", "bit"}
+            "optional", "string_view", "type_traits", "utility", "tommath.h", "bit"}
 
 
 def sources(top=SRC):

@@ -1,6 +1,7 @@
 // The HTTP/1.1 client of one call: one TCP connection, one request, one reply.
 #pragma once
 
+#include "http/first_reception.h"
 #include "http/url.h"
 #include "platform/sockets.h"
 #include "rsa/text/string_buffer.h"
@@ -10,10 +11,6 @@
 #include <cstdint>
 
 namespace pavonix {
-
-// The reply is read with one receive of this many bytes; what arrives later is
-// read with Receive.
-constexpr std::uint32_t kFirstReception = 1024;
 
 // Operations answer 1 for success and 0 for failure unless stated otherwise; none
 // reports an error text. Every socket call blocks without a time-out. An object

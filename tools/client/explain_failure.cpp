@@ -43,7 +43,7 @@ void ShowReason(const Outcome &outcome, Report *report)
     const diagnostics::DeviceReading device(outcome.record.exchange);
     if (const auto code = device.Verdict("X-Error-Code")) {
         report->PrintError("error code:" + diagnostics::Printable(*code));
-        report->json["error_code"] = diagnostics::DeviceNumber(*code);
+        report->json["error_code"] = diagnostics::NumberIn(*code);
     }
     if (const auto message = device.Verdict("X-Error-Message")) {
         report->PrintError("message:" + diagnostics::Printable(*message, diagnostics::kFirstReception));

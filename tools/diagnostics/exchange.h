@@ -1,6 +1,8 @@
 // What was seen of one exchange between a device and a server.
 #pragma once
 
+#include "http/first_reception.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -9,7 +11,7 @@
 namespace diagnostics {
 
 // How many bytes the device takes at once, and all it ever sees of a head.
-inline constexpr std::size_t kFirstReception = 1024;
+inline constexpr std::size_t kFirstReception = pavonix::kFirstReception;
 
 enum class Call { kDownload, kPurchase };
 

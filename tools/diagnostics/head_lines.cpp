@@ -35,11 +35,12 @@ std::vector<HeadLine> ReadHeadLines(std::string_view message)
         const std::size_t end = message.find('\n');
         std::string_view line = message.substr(0, end);
         line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-        if (line.empty()) {
+        message.remove_prefix(end == std::string_view::npos ? message.size() : end + 1);
+        if (!line.empty()) {
+            lines.push_back(Split(line, lines.empty()));
+        } else if (!lines.empty()) {
             break;
         }
-        lines.push_back(Split(line, lines.empty()));
-        message.remove_prefix(end == std::string_view::npos ? message.size() : end + 1);
     }
     return lines;
 }

@@ -13,7 +13,8 @@ struct HeadLine {
 };
 
 // The lines before the first empty one, ended by CR LF or by LF alone; of a head
-// without end all that there is. Views into `message`.
+// without end all that there is. Empty lines before the first line are skipped, as
+// the library skips them. Views into `message`.
 [[nodiscard]] std::vector<HeadLine> ReadHeadLines(std::string_view message);
 
 // The first line of that name, in any case; null when there is none.

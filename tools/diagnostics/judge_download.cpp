@@ -58,7 +58,7 @@ bool Download::Coded()
 // A line of that name is there: can the device read it?
 void Download::JudgeLine(const HeadLine &line)
 {
-    const std::string where = device_.LineOf(kName).value_or("");
+    const std::string_view where = device_.LineOf(kName).value_or("");
     if (line.name != kName && where.empty()) {
         Add(kLengthCase, Printable(line.whole));
     } else if (!where.starts_with(std::string(kName) + ":")) {
@@ -77,7 +77,7 @@ void Download::JudgeLength()
 {
     const HeadLine *line = FindLine(lines_, kName);
     if (line == nullptr) {
-        const std::string where = device_.LineOf(kName).value_or("");
+        const std::string_view where = device_.LineOf(kName).value_or("");
         Add(kLengthMissing, where.empty() ? "no such line" : "the name stands only in: " + Printable(where));
         return;
     }

@@ -13,57 +13,59 @@ namespace {
 
 constexpr std::size_t kNearlyTooLong = 900;
 constexpr std::chrono::seconds kPatience{5};
-constexpr std::string_view kHeadEnd = "\r\n\r\n";
 
 std::string Count(std::size_t bytes)
 {
     return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
-bool IsTls(std::string_view reply)
+using pavonix::HeadFault;
+
+const Rule &RuleOf(HeadFault fault, const Exchange &exchange)
 {
-    // an alert or a handshake record, version 3.x
-    return reply.size() >= 2 && (reply[0] == 0x15 || reply[0] == 0x16) && reply[1] == 3;
+    switch (fault) {
+    case HeadFault::kTls:
+        return kTls;
+    case HeadFault::kNotHttp:
+        return kNotHttp;
+    case HeadFault::kZeroByte:
+        return kHeadZeroByte;
+    case HeadFault::kBareLineFeeds:
+        return kBareLineFeeds;
+    case HeadFault::kBareCarriageReturns:
+        return kBareCarriageReturns;
+    case HeadFault::kTooLong:
+        return kHeadTooLong;
+    case HeadFault::kInPieces:
+        return kHeadInPieces;
+    case HeadFault::kWithoutEnd:
+        return kHeadWithoutEnd;
+    default:
+        return exchange.end == End::kReset ? kResetEarly : exchange.end == End::kTimeOut ? kSilent : kClosedEmpty;
+    }
 }
 
-// Null when the reply begins like HTTP.
-const Rule *FirstBytesRule(const Exchange &exchange)
-{
-    if (exchange.reply.empty()) {
-        return exchange.end == End::kReset ? &kResetEarly : exchange.end == End::kTimeOut ? &kSilent : &kClosedEmpty;
-    }
-    if (IsTls(exchange.reply)) {
-        return &kTls;
-    }
-    const std::string_view reply = exchange.reply;
-    const bool isHttp = reply.starts_with("HTTP/") || std::string_view("HTTP/").starts_with(reply);
-    return isHttp ? nullptr : &kNotHttp;
-}
-
-// Why the device found no head in what it read.
-Finding NoHead(const Exchange &exchange)
+// What shows that the device finds no head in its first reception.
+std::string EvidenceOf(HeadFault fault, const Exchange &exchange)
 {
     const std::string_view reply = exchange.reply;
-    const std::size_t end = reply.find(kHeadEnd);
-    const std::size_t feeds = std::min(reply.find("\n\n"), reply.find("\n\r\n"));
-    const std::string seen = "the first " + Count(std::min(exchange.firstBytes, reply.size())) + ": ";
-    const auto finding = [&](const Rule &rule, const std::string &fact) {
-        return Finding{&rule, fact + "; " + seen + Printable(reply.substr(0, exchange.firstBytes), 60)};
-    };
-    if (end != std::string_view::npos && end < feeds && end + kHeadEnd.size() > kFirstReception) {
-        return finding(kHeadTooLong, "it has " + Count(end + kHeadEnd.size()));
+    const std::string_view atOnce = reply.substr(0, exchange.firstBytes);
+    if (reply.empty()) {
+        return "no byte came";
     }
-    if (feeds < std::min(end, kFirstReception)) {
-        return finding(kBareLineFeeds, "an empty line without carriage return after " + Count(feeds));
+    if (fault == HeadFault::kTls || fault == HeadFault::kNotHttp) {
+        return Printable(reply, 60);
     }
-    if (end != std::string_view::npos) {
-        return finding(kHeadInPieces, "it ends after " + Count(end + kHeadEnd.size()) + ", of which " +
-                                          std::to_string(exchange.firstBytes) + " came at once");
+    const std::size_t end = reply.find("\r\n\r\n");
+    std::string fact = "no blank line in " + Count(reply.size());
+    if (fault == HeadFault::kZeroByte) {
+        fact = "after " + Count(reply.find('\0'));
+    } else if (end != std::string_view::npos) {
+        fact = "the blank line ends after " + Count(end + 4);
+    } else if (exchange.end == End::kTimeOut || exchange.end == End::kOpen) {
+        fact += " while the connection was still open";
     }
-    if (reply.size() >= kFirstReception) {
-        return finding(kHeadTooLong, "no blank line in " + Count(reply.size()));
-    }
-    return finding(kHeadWithoutEnd, "no blank line in all " + Count(reply.size()));
+    return fact + "; the first " + Count(atOnce.size()) + ": " + Printable(atOnce, 60);
 }
 
 void JudgeSegments(const Exchange &exchange, const DeviceReading &device, Findings *findings)
@@ -76,7 +78,7 @@ void JudgeSegments(const Exchange &exchange, const DeviceReading &device, Findin
         findings->push_back({&kHeadAlone, came + " came first, " + head + ": the file has " +
                                               std::to_string(device.zeros()) + " zeros in place of its beginning"});
     } else if (split && exchange.call == Call::kPurchase && device.status() >= 400 &&
-               DeviceNumber(device.Verdict("X-Error-Code").value_or("")) == 0) {
+               NumberIn(device.Verdict("X-Error-Code").value_or("")) == 0) {
         findings->push_back({&kMessageApart, came + " came first"});
     } else if (!split && exchange.segments > 1) {
         findings->push_back(
@@ -138,14 +140,15 @@ Findings JudgeHead(const Exchange &exchange)
 {
     Findings findings;
     const DeviceReading device(exchange);
-    if (const Rule *rule = FirstBytesRule(exchange)) {
-        findings.push_back({rule, exchange.reply.empty() ? "no byte came" : Printable(exchange.reply, 60)});
-        return findings;
-    }
-    if (device.headIsWhole()) {
-        JudgeWholeHead(exchange, device, &findings);
+    const bool ended = exchange.end == End::kClosed || exchange.end == End::kReset;
+    const HeadFault fault = pavonix::FindHeadFault(exchange.reply, exchange.firstBytes, ended);
+    if (fault != HeadFault::kNone) {
+        findings.push_back({&RuleOf(fault, exchange), EvidenceOf(fault, exchange)});
     } else {
-        findings.push_back(NoHead(exchange));
+        if (!pavonix::BeginsLikeHttp(exchange.reply)) {
+            findings.push_back({&kNotHttp, Printable(exchange.reply, 60)});
+        }
+        JudgeWholeHead(exchange, device, &findings);
     }
     if (exchange.firstByteAfter > kPatience) {
         findings.push_back({&kSlow, std::to_string(exchange.firstByteAfter.count()) + " ms"});

@@ -25,7 +25,7 @@ void JudgePurchase(const Exchange &exchange, const std::vector<HeadLine> &lines,
         return;
     }
     const std::size_t came = exchange.request.size() - headEnd - 4;
-    const std::int32_t announced = DeviceNumber(length->value);
+    const std::int32_t announced = NumberIn(length->value);
     if (announced < 0 || came < static_cast<std::size_t>(announced)) {
         findings->push_back({&kFormIncomplete, Printable(length->whole) + "; " + std::to_string(came) + " bytes came"});
     }
@@ -49,7 +49,7 @@ Findings JudgeRequest(const Exchange &exchange)
     if (serial->value.empty()) {
         findings.push_back({&kSerialEmpty, Printable(serial->whole)});
     }
-    if (DeviceNumber(userId->value) == 0) {
+    if (NumberIn(userId->value) == 0) {
         findings.push_back({&kUserIdZero, Printable(userId->whole)});
     }
     if (exchange.call == Call::kPurchase) {

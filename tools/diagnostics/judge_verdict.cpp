@@ -46,8 +46,8 @@ private:
 // A value as an application shows it: without the blank behind the colon.
 std::string Verdict::Text(std::string_view name) const
 {
-    const std::string value = device_.Verdict(name).value_or("");
-    return value.substr(std::min(value.find_first_not_of(' '), value.size()));
+    const std::string_view value = device_.Verdict(name).value_or("");
+    return std::string(value.substr(std::min(value.find_first_not_of(' '), value.size())));
 }
 
 void Verdict::JudgeSpelling(std::string_view name)
@@ -56,7 +56,7 @@ void Verdict::JudgeSpelling(std::string_view name)
     if (line == nullptr) {
         return;
     }
-    const std::string where = device_.LineOf(name).value_or("");
+    const std::string_view where = device_.LineOf(name).value_or("");
     if (where.empty()) {
         Add(kCodeCase, Printable(line->whole));
     } else if (!where.starts_with(std::string(name) + ":")) {
@@ -69,7 +69,7 @@ void Verdict::JudgeCode()
     const HeadLine *line = FindLine(lines_, kCode);
     if (line == nullptr) {
         Add(kCodeMissing, "no such line");
-    } else if (const auto code = device_.Verdict(kCode); code && DeviceNumber(*code) == 0) {
+    } else if (const auto code = device_.Verdict(kCode); code && NumberIn(*code) == 0) {
         Add(kCodeZero, Printable(line->whole));
     }
 }
@@ -77,7 +77,7 @@ void Verdict::JudgeCode()
 void Verdict::JudgeMessage()
 {
     const std::string message = Text(kMessage);
-    const int code = DeviceNumber(device_.Verdict(kCode).value_or(""));
+    const int code = NumberIn(device_.Verdict(kCode).value_or(""));
     if (message.size() > kLongestMessage) {
         Add(kMessageTooLong, std::to_string(message.size()) + " characters: " + Printable(message, 40));
     }
@@ -105,7 +105,7 @@ void Verdict::JudgeTimestamp()
 Findings Verdict::Judge()
 {
     if (device_.status() == 200) {
-        if (const HeadLine *line = FindLine(lines_, kCode); line != nullptr && DeviceNumber(line->value) != 0) {
+        if (const HeadLine *line = FindLine(lines_, kCode); line != nullptr && NumberIn(line->value) != 0) {
             Add(kSoldWithCode, Printable(line->whole));
         }
     } else if (device_.status() >= 400) {
@@ -114,7 +114,7 @@ Findings Verdict::Judge()
         }
         JudgeCode();
         JudgeMessage();
-        if (DeviceNumber(device_.Verdict(kCode).value_or("")) == kClockIsOff) {
+        if (NumberIn(device_.Verdict(kCode).value_or("")) == kClockIsOff) {
             JudgeTimestamp();
         }
     }

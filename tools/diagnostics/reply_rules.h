@@ -2,6 +2,7 @@
 #pragma once
 
 #include "diagnostics/remedies.h"
+#include "http/reply_facts.h"
 
 namespace diagnostics {
 
@@ -14,26 +15,27 @@ inline constexpr Rule kClosedEmpty = {"closed-empty", Topic::kFirstBytes, Weight
                                       "The server closed the connection without a reply.", kAnswersNone};
 inline constexpr Rule kResetEarly = {"reset-early", Topic::kFirstBytes, Weight::kError,
                                      "The server reset the connection instead of answering.", kAnswersNone};
-inline constexpr Rule kTls = {"tls",        Topic::kFirstBytes, Weight::kError, "The port speaks TLS, not plain HTTP.",
-                              kAnswersNone, kPlainHttp};
-inline constexpr Rule kNotHttp = {"not-http", Topic::kFirstBytes, Weight::kError, "What answers is not an HTTP server.",
-                                  "it takes what stands behind the first blank for a status, mostly none: the call "
-                                  "returns 0"};
+// Of a reply in which the library finds no head; the tracing build says the same.
+constexpr Rule HeadRule(pavonix::HeadFault fault, Topic topic, std::string_view device = kAnswersNone,
+                        std::span<const Remedy> remedies = {})
+{
+    return {pavonix::TextOf(fault).name, topic, Weight::kError, pavonix::TextOf(fault).sentence, device, remedies};
+}
 
-inline constexpr Rule kHeadTooLong = {
-    "head-too-long", Topic::kHead,
-    Weight::kError,  "The head, from status line to blank line, is longer than 1024 bytes.",
-    kAnswersNone,    kShortHead};
-inline constexpr Rule kHeadInPieces = {"head-in-pieces",
-                                       Topic::kHead,
-                                       Weight::kError,
-                                       "The head came in pieces.",
-                                       "it reads once and sees the first piece; the call returns 0",
-                                       kOneSegment};
-inline constexpr Rule kBareLineFeeds = {"bare-line-feeds", Topic::kHead, Weight::kError,
-                                        "The head's lines end in a line feed without a carriage return.", kAnswersNone};
-inline constexpr Rule kHeadWithoutEnd = {"head-without-end", Topic::kHead, Weight::kError,
-                                         "The head has no blank line at its end.", kAnswersNone};
+inline constexpr Rule kTls = HeadRule(pavonix::HeadFault::kTls, Topic::kFirstBytes, kAnswersNone, kPlainHttp);
+inline constexpr Rule kNotHttp = HeadRule(pavonix::HeadFault::kNotHttp, Topic::kFirstBytes,
+                                          "it takes what stands behind the first blank for a status, mostly none: the "
+                                          "call returns 0");
+inline constexpr Rule kHeadZeroByte = HeadRule(pavonix::HeadFault::kZeroByte, Topic::kHead,
+                                               "its texts end at a zero byte, so it finds no end of the head; the call "
+                                               "returns 0");
+inline constexpr Rule kBareLineFeeds = HeadRule(pavonix::HeadFault::kBareLineFeeds, Topic::kHead);
+inline constexpr Rule kBareCarriageReturns = HeadRule(pavonix::HeadFault::kBareCarriageReturns, Topic::kHead);
+inline constexpr Rule kHeadTooLong = HeadRule(pavonix::HeadFault::kTooLong, Topic::kHead, kAnswersNone, kShortHead);
+inline constexpr Rule kHeadInPieces =
+    HeadRule(pavonix::HeadFault::kInPieces, Topic::kHead, "it reads once and sees the first piece; the call returns 0",
+             kOneSegment);
+inline constexpr Rule kHeadWithoutEnd = HeadRule(pavonix::HeadFault::kWithoutEnd, Topic::kHead);
 inline constexpr Rule kMixedLineEnds = {"mixed-line-ends", Topic::kHead, Weight::kWarning,
                                         "Some of the head's lines end in a line feed without a carriage return.",
                                         "a value runs on into the lines behind it"};

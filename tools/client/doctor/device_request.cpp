@@ -31,7 +31,7 @@ Identity IdentityOf(const ProfileText &profile)
         const auto found = profile.values.find(key);
         return found == profile.values.end() ? std::string() : found->second;
     };
-    return {value("User-Agent"), value("User-Serial"), diagnostics::DeviceNumber(value("User-Id")), value("Public-Key"),
+    return {value("User-Agent"), value("User-Serial"), diagnostics::NumberIn(value("User-Id")), value("Public-Key"),
             value("Private-Key")};
 }
 

@@ -78,8 +78,8 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
     }
     const diagnostics::DeviceReading device(made.exchange);
     goOn_ = device.status() != 0;
-    const std::string code = device.Verdict("X-Error-Code").value_or("");
-    const std::string message = device.Verdict("X-Error-Message").value_or("");
+    const std::string_view code = device.Verdict("X-Error-Code").value_or("");
+    const std::string_view message = device.Verdict("X-Error-Message").value_or("");
     std::string shown = "status " + std::to_string(device.status());
     if (!code.empty()) {
         shown.append(", code").append(diagnostics::Printable(code));
@@ -90,7 +90,7 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
     if (goOn_ && device.status() != PAVONIX_OK) {
         diagnosis_->LookedAt(Topic::kVerdict, shown);
     }
-    return {device.status(), diagnostics::DeviceNumber(code), shown};
+    return {device.status(), diagnostics::NumberIn(code), shown};
 }
 
 void PurchaseCheck::TryBadToken(const Answer *baseline)

@@ -87,7 +87,7 @@ bool ReplyWatch::IsComplete() const
     if (length == nullptr) {
         return reply.ends_with("\r\n0\r\n\r\n"); // the last chunk
     }
-    const std::int32_t announced = diagnostics::DeviceNumber(length->value);
+    const std::int32_t announced = diagnostics::NumberIn(length->value);
     return announced >= 0 && came >= static_cast<std::uint32_t>(announced);
 }
 
