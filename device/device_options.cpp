@@ -5,7 +5,7 @@
 namespace pavonix::device {
 
 const char kOptionsUsage[] = "[--search=rejects-trailing|accepts-trailing] [--imports=arm|thumb] "
-                             "[--thread=main|own] [--ansi=1252|932]";
+                             "[--thread=main|own] [--ansi=1252|932] [--without=FUNCTION]...";
 
 bool TakeOption(const char *argument)
 {
@@ -23,6 +23,11 @@ bool TakeOption(const char *argument)
         {"--ansi=1252", [](DeviceOptions &options) { options.ansiCodePage = 1252; }},
         {"--ansi=932", [](DeviceOptions &options) { options.ansiCodePage = 932; }},
     };
+    constexpr std::string_view kWithout = "--without=";
+    if (std::string_view(argument).starts_with(kWithout)) {
+        deviceOptions.missing.insert(argument + kWithout.size());
+        return true;
+    }
     for (const Choice &choice : kChoices) {
         if (choice.text == argument) {
             choice.take(deviceOptions);

@@ -1,6 +1,9 @@
 // In what devices differ, and what a test may choose.
 #pragma once
 
+#include <set>
+#include <string>
+
 namespace pavonix::device {
 
 struct DeviceOptions {
@@ -13,6 +16,8 @@ struct DeviceOptions {
     bool ownThreads = false;
     // The ANSI code page: 1252, or 932 for Japanese.
     unsigned ansiCodePage = 1252;
+    // Functions of the system that this device's image lacks.
+    std::set<std::string> missing;
 };
 
 inline DeviceOptions deviceOptions;

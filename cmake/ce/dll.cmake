@@ -16,11 +16,11 @@ function(link_for_the_device target)
     target_link_libraries(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/lib${system}.a)
   endforeach()
   target_link_options(${target} PRIVATE -Wl,-e,_DllMainCRTStartup -Wl,--subsystem,wince:5.0
-                      -Wl,--image-base,0x10000000)
+                      -Wl,--image-base,0x10000000 -Wl,--disable-dynamicbase -Wl,--disable-nxcompat)
 endfunction()
 
 # The build is for size. Only the three inner loops of the arithmetic are for speed:
 # nearly all instructions of a purchase's token run there.
 foreach(loop mul_digs sqr montgomery_reduce)
-  set_source_files_properties(${tommath_source}/bn_s_mp_${loop}_fast.c PROPERTIES COMPILE_OPTIONS "-O2;-fno-tree-pre")
+  set_source_files_properties(${tommath_source}/bn_s_mp_${loop}_fast.c PROPERTIES COMPILE_OPTIONS "-O3;-fno-tree-pre;-fno-gcse;-fno-tree-ter")
 endforeach()

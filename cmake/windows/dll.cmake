@@ -30,14 +30,15 @@ endif()
 function(make_dll target folder)
   target_sources(${target} PRIVATE ${PROJECT_BINARY_DIR}/PAVONIX.def)
   add_version_resource(${target} PAVONIX.dll "Pavonix shop client" ${ARGN})
-  set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX RUNTIME_OUTPUT_DIRECTORY ${folder}
+  set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME PAVONIX VERSION ${PROJECT_VERSION}
+                        RUNTIME_OUTPUT_DIRECTORY ${folder}
                         ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${target}.dir)
   target_link_options(${target} PRIVATE -Wl,--gc-sections -Wl,--no-insert-timestamp -Wl,--kill-at -Wl,--strip-all
                       -Wl,-Map,${folder}/PAVONIX.map)
   if(PAVONIX_FLAVOUR STREQUAL "ce")
     link_for_the_device(${target})
   else()
-    target_link_libraries(${target} PRIVATE ws2_32 advapi32)
+    target_link_libraries(${target} PRIVATE ws2_32)
     target_link_options(${target} PRIVATE -static)
   endif()
 endfunction()

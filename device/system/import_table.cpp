@@ -1,7 +1,8 @@
 #include "system/import_table.h"
 
-#include "trampoline/trampoline.h"
+#include "device_options.h"
 #include "system/coredll.h"
+#include "trampoline/trampoline.h"
 
 #include <strings.h>
 
@@ -16,6 +17,7 @@ std::vector<Import> MakeTable()
     AddTextImports(table);
     AddSearchImports(table);
     AddFileImports(table);
+    AddModuleImports(table);
     AddSystemImports(table);
     AddSocketImports(table);
     for (Import &import : table) {
@@ -34,6 +36,9 @@ const std::vector<Import> &ImportTable()
 
 std::uint32_t ResolveImport(const std::string &library, const std::string &name)
 {
+    if (deviceOptions.missing.count(name) != 0) {
+        return 0;
+    }
     for (const Import &import : ImportTable()) {
         if (import.gate->Name() == name && strcasecmp(import.gate->Library(), library.c_str()) == 0) {
             return import.address;

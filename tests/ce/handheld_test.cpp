@@ -46,6 +46,19 @@ TEST_F(Handheld, AFailedCallTakesAStartOfWinsockFromTheApplication)
     EXPECT_TRUE(e2e::TheSuite().caller->Quit()) << e2e::TheSuite().caller->Complaints();
 }
 
+// The provider's functions are a component of its own; the seed then comes from rand.
+TEST_F(Handheld, WithoutCryptBuysAllTheSame)
+{
+    for (const char *missing : {"CryptAcquireContextW", "CryptGenRandom", "CryptReleaseContext"}) {
+        const OtherRunner runner(ThePrograms().dll, {}, {std::string("--without=") + missing});
+        EXPECT_EQ(403, Call(e2e::Export::kBuy, kRefusal)) << missing;
+        const bool seeds = std::string(missing) != "CryptReleaseContext";
+        EXPECT_EQ(seeds ? 3 * 250 : 0, ImportCalls()["rand"]) << missing;
+    }
+    EXPECT_EQ(403, Call(e2e::Export::kBuy, kRefusal));
+    EXPECT_EQ(0, ImportCalls()["rand"]) << "with all three";
+}
+
 TEST_F(Handheld, AJapaneseDeviceReadsItsMessageInPairsOfBytes)
 {
     const OtherRunner runner(ThePrograms().dll, {}, {"--ansi=932"});

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Checks a built PAVONIX.dll by its headers and tables.
+"""Checks a built PAVONIX.dll, and the tracing one beside it, by headers and tables.
 
     check_dll.py FLAVOUR TOOLS FOLDER
 
 FLAVOUR is ce, x64 or x86, TOOLS the path prefix of its binutils, FOLDER the
-build folder that holds the DLL and its import libraries. A fault here is one
-that the device answers with no more than "cannot load library".
+build folder that holds the DLLs and their import libraries. A fault here is one
+that the device reports with no more than "cannot load library".
 """
 import pathlib
 import re
@@ -19,10 +19,11 @@ X86_SYMBOLS = {"_GetGoodListXml@24", "_GetOneGoodXml@24", "_GetBuyGood@20"}
 MACHINES = {"ce": 0x1C0, "x64": 0x8664, "x86": 0x14C}
 LIBRARY_MACHINES = {**MACHINES, "ce": 0x1C2}
 LARGEST = {"ce": 76 * 1024, "x64": 140 * 1024, "x86": 125 * 1024}
+TRACING = 16 * 1024  # what the tracing build may take beside that
 CE_SUBSYSTEM, CONSOLE_SUBSYSTEM = 9, 3
 NEWEST_CE = (6, 0)
 CE_SECTIONS = {b".text", b".data", b".rdata", b".pdata", b".bss", b".edata", b".idata", b".rsrc", b".reloc"}
-DESKTOP_SYSTEM = {"kernel32.dll", "msvcrt.dll", "ws2_32.dll", "advapi32.dll"}
+DESKTOP_SYSTEM = {"kernel32.dll", "msvcrt.dll", "ws2_32.dll"}
 
 
 def check_kind(flavour, dll):
@@ -34,7 +35,10 @@ def check_kind(flavour, dll):
     if flavour == "ce":
         version = header.MajorSubsystemVersion, header.MinorSubsystemVersion
         assert version <= NEWEST_CE, version
+        assert header.DllCharacteristics == 0, hex(header.DllCharacteristics)  # these mean nothing to it
     assert not dll.get_warnings(), dll.get_warnings()
+    resource = dll.VS_FIXEDFILEINFO[0].FileVersionMS
+    assert (header.MajorImageVersion, header.MinorImageVersion) == (resource >> 16, resource & 0xFFFF), hex(resource)
 
 
 def check_sections(flavour, dll):
@@ -70,15 +74,20 @@ def check_import_libraries(flavour, tools, folder):
         assert int.from_bytes(member[offset:offset + 2], "little") == LIBRARY_MACHINES[flavour], member
 
 
-def main():
-    flavour, tools, folder = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
-    size = (folder / "PAVONIX.dll").stat().st_size
-    assert size <= LARGEST[flavour], size
-    dll = pefile.PE(folder / "PAVONIX.dll")
+def check_dll(flavour, path, largest):
+    print(path.parent.name, path.stat().st_size)
+    assert path.stat().st_size <= largest
+    dll = pefile.PE(path)
     check_kind(flavour, dll)
     check_sections(flavour, dll)
     assert {symbol.ordinal: symbol.name for symbol in dll.DIRECTORY_ENTRY_EXPORT.symbols} == EXPORTS
     check_imports(flavour, dll)
+
+
+def main():
+    flavour, tools, folder = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+    check_dll(flavour, folder / "PAVONIX.dll", LARGEST[flavour])
+    check_dll(flavour, folder / "trace/PAVONIX.dll", LARGEST[flavour] + TRACING)
     check_import_libraries(flavour, tools, folder)
 
 

@@ -11,8 +11,9 @@ static_assert(sizeof(HCRYPTPROV) == sizeof(Provider));
 
 bool AcquireProvider(Provider *provider, const WideChar *name, std::uint32_t type, std::uint32_t flags)
 {
+    const auto acquire = PAVONIX_CRYPT_FUNCTION(CryptAcquireContextW);
     HCRYPTPROV acquired = 0;
-    if (!CryptAcquireContextW(&acquired, nullptr, name, type, flags)) {
+    if (acquire == nullptr || !acquire(&acquired, nullptr, name, type, flags)) {
         return false;
     }
     *provider = acquired;
@@ -21,12 +22,15 @@ bool AcquireProvider(Provider *provider, const WideChar *name, std::uint32_t typ
 
 bool GenerateRandom(Provider provider, std::uint8_t *bytes, std::uint32_t length)
 {
-    return CryptGenRandom(provider, length, bytes) != 0;
+    const auto generate = PAVONIX_CRYPT_FUNCTION(CryptGenRandom);
+    return generate != nullptr && generate(provider, length, bytes);
 }
 
 void ReleaseProvider(Provider provider)
 {
-    CryptReleaseContext(provider, 0);
+    if (const auto release = PAVONIX_CRYPT_FUNCTION(CryptReleaseContext); release != nullptr) {
+        release(provider, 0);
+    }
 }
 
 void SeedRand(std::uint32_t seed)

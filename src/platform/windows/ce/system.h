@@ -13,6 +13,7 @@ using WORD = std::uint16_t;
 using DWORD = std::uint32_t;
 using UINT = unsigned;
 using HANDLE = void *;
+using HMODULE = void *;
 using SOCKET = unsigned;
 using HCRYPTPROV = std::uintptr_t;
 
@@ -91,6 +92,10 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, const wchar_t *text, int len
                         const char *replacement, BOOL *replaced);
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int length, wchar_t *text, int room);
 
+HMODULE GetModuleHandleW(const wchar_t *name);
+void *GetProcAddressW(HMODULE module, const wchar_t *name);
+
+// Never imported; see PAVONIX_CRYPT_FUNCTION.
 BOOL CryptAcquireContextW(HCRYPTPROV *provider, const wchar_t *container, const wchar_t *name, DWORD type, DWORD flags);
 BOOL CryptGenRandom(HCRYPTPROV provider, DWORD length, std::uint8_t *bytes);
 BOOL CryptReleaseContext(HCRYPTPROV provider, DWORD flags);
@@ -106,6 +111,11 @@ int recv(SOCKET socket, char *bytes, int length, int flags);
 int setsockopt(SOCKET socket, int level, int option, const char *value, int length);
 
 } // extern "C"
+
+// The Crypt functions are a component that an image may lack: a DLL that imports
+// them would not load there. Null where they are missing.
+#define PAVONIX_CRYPT_FUNCTION(name)                                                                                   \
+    reinterpret_cast<decltype(&name)>(GetProcAddressW(GetModuleHandleW(L"coredll.dll"), L"" #name))
 
 namespace pavonix::platform {
 
