@@ -7,6 +7,8 @@
 #include <winsock2.h> // before windows.h
 #include <windows.h>
 
+#include <string.h>
+
 #include <pavonix/pavonix.h>
 
 #ifdef UNDER_CE
@@ -26,7 +28,7 @@ public:
     }
 
     // file: the whole path, or "PAVONIX.dll" alone for the system's search, which
-    // looks beside the program and in \Windows. False when there is no such library.
+    // looks beside the program and in \Windows. On false, GetLastError() has the reason.
     bool Load(const wchar_t *file)
     {
         library_ = LoadLibraryW(file);
@@ -36,11 +38,30 @@ public:
         list_ = reinterpret_cast<ListFunction>(GetProcAddress(library_, EXPORT_NAME("GetGoodListXml")));
         good_ = reinterpret_cast<GoodFunction>(GetProcAddress(library_, EXPORT_NAME("GetOneGoodXml")));
         buy_ = reinterpret_cast<BuyFunction>(GetProcAddress(library_, EXPORT_NAME("GetBuyGood")));
+        if (list_ == NULL || good_ == NULL || buy_ == NULL) {
+            return false;
+        }
         KeepWinsock();
-        return list_ != NULL && good_ != NULL && buy_ != NULL;
+        return true;
     }
 
-    // What they take and answer stands in pavonix.h. One call at a time.
+    // Whether the file exists and ends with this tag, which a result of 200 does not say.
+    static bool IsComplete(const wchar_t *file, const char *closingTag)
+    {
+        const HANDLE stored = CreateFileW(file, GENERIC_READ, FILE_SHARE_READ, NULL, OPEN_EXISTING, 0, NULL);
+        if (stored == INVALID_HANDLE_VALUE) {
+            return false;
+        }
+        char end[65];
+        DWORD length = 0;
+        SetFilePointer(stored, -64, NULL, FILE_END); // it stays at the start of a shorter file
+        const bool isRead = ReadFile(stored, end, 64, &length, NULL) != 0;
+        CloseHandle(stored);
+        end[isRead ? length : 0] = 0;
+        return strstr(end, closingTag) != NULL;
+    }
+
+    // pavonix.h has what they take and return. One call at a time.
     int GetList(const wchar_t *profile, const GoodListRequest &page, const wchar_t *target, bool force,
                 const wchar_t *url, int port)
     {

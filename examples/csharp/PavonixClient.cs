@@ -11,7 +11,7 @@ using System.Text;
 
 namespace Pavonix
 {
-    // What a server said to a purchase that it refused.
+    // The server's reply to a purchase.
     public class Verdict
     {
         public int Status;             // what the call returned
@@ -89,8 +89,31 @@ namespace Pavonix
 
         static int AfterDownload(int status, string target)
         {
-            winsockIsKept = status == Ok && File.Exists(target);
+            winsockIsKept = status == Ok && File.Exists(NativePath(target));
             return status;
+        }
+
+        // The library's paths have backslashes on every system.
+        static string NativePath(string path)
+        {
+            return path.Replace('\\', Path.DirectorySeparatorChar);
+        }
+
+        // Whether the file exists and ends with this tag, which a result of 200 does not say.
+        public static bool IsComplete(string file, string closingTag)
+        {
+            file = NativePath(file);
+            if (!File.Exists(file))
+            {
+                return false;
+            }
+            using (FileStream stored = File.OpenRead(file))
+            {
+                byte[] end = new byte[64];
+                stored.Seek(-Math.Min(64, stored.Length), SeekOrigin.End);
+                int length = stored.Read(end, 0, end.Length);
+                return Encoding.ASCII.GetString(end, 0, length).IndexOf(closingTag) >= 0;
+            }
         }
 
         [DllImport("ws2.dll", EntryPoint = "WSAStartup")]
@@ -99,7 +122,7 @@ namespace Pavonix
         [DllImport("ws2_32.dll", EntryPoint = "WSAStartup")]
         static extern int StartOnDesktop(short version, byte[] data);
 
-        // Header values come with the blank that follows the colon.
+        // Header values begin with the space after the colon.
         static string TextAt(byte[] record, int offset)
         {
             int end = offset;
