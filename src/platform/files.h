@@ -42,7 +42,8 @@ bool RemoveFile(const WideChar *path);
 // SetLastError, on the calling thread.
 void SetThreadError(std::uint32_t error);
 
-// Opens a file as a byte stream. Null on failure.
+// Opens a file as a byte stream. Null on failure. What is read may be a key: a stream
+// for reading leaves no copy of it in a buffer of its own.
 Stream *OpenStream(const WideChar *path, StreamMode mode);
 // Bytes read; less than `length` only at the end of the file or on an error.
 std::uint32_t ReadStream(Stream *stream, void *bytes, std::uint32_t length);

@@ -33,7 +33,11 @@ Stream *OpenStream(const WideChar *path, StreamMode mode)
     if (!name.valid()) {
         return nullptr;
     }
-    return reinterpret_cast<Stream *>(std::fopen(name.c_str(), mode == StreamMode::kRead ? "rbe" : "abe"));
+    std::FILE *file = std::fopen(name.c_str(), mode == StreamMode::kRead ? "rbe" : "abe");
+    if (file != nullptr && mode == StreamMode::kRead) {
+        std::setvbuf(file, nullptr, _IONBF, 0); // its buffer would be freed with the key in it
+    }
+    return reinterpret_cast<Stream *>(file);
 }
 
 std::uint32_t ReadStream(Stream *stream, void *bytes, std::uint32_t length)
