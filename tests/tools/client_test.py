@@ -79,6 +79,11 @@ class CommandTest(ClientTest):
              (5, "chunked"), (0, None)),
             ("no XML", (HEAD % 5 + b"hello",), (5, "not-xml"), (0, None)),
             ("silent", (SILENCE,), (9, "silent"), (9, "silent")),
+            ("slow head", (b"HTTP/1.1 200 OK\r\nContent-Le", SILENCE), (3, "head-in-pieces"), (3, "head-in-pieces")),
+            ("zero byte", (whole.replace(b"Con", b"X: \0\r\nCon"),), (3, "head-zero-byte"), (3, "head-zero-byte")),
+            ("TLS port", (b"HTTP/1.1 400 Bad\r\n\r\nplain HTTP request was sent to HTTPS port",), (4, "tls-port"),
+             (4, "tls-port")),
+            ("status 001", (b"HTTP/1.1 001 Odd\r\n\r\n",), (4, "status-line"), (4, "status-line")),
             ("silent in the body", (HEAD % 9999 + b"<good>", SILENCE), (9, "length-too-large"), (0, None)),
         ]
         for name, pieces, download, purchase in table:
@@ -107,10 +112,14 @@ class CommandTest(ClientTest):
 
     def test_what_the_record_and_the_file_hold(self):
         server = OddServer(self, b"HTTP/1.1 200 OK\r\n", 0.1, b"\r\n")
-        self.assertIn('the message "TP/1.1 200 OK??"', self.buy(port=server.port)[1])
+        words = self.buy(port=server.port)[1]
+        self.assertIn('code 0 and the message "TP/1.1 200 OK\\r\\n"', words)
+        self.assertIn("may have sold", words)
+        self.assertEqual(("within 0.2 s" in self.buy("--timeout", "0.2", port=OddServer(self, 1).port)[1],
+                          "may have sold" in self.buy(port=1)[1]), (True, False))
         page = b"<a>" + b"x" * 3000 + b"</a>"
         code, words = self.good(port=OddServer(self, HEAD % len(page), 0.1, page).port)
-        self.assertEqual((code, f"{1024 - len(HEAD % 3007)} zeros stand for" in words), (5, True), words)
+        self.assertEqual((code, f"{1024 - len(HEAD % 3007)} zeros replace bytes" in words), (5, True), words)
         code, words = self.call("good", "--type", "3", "--id", "99", "--force", "--out", self.target)
         self.assertIn("error code: 903\nmessage: There is no such good", words)
 
@@ -118,7 +127,7 @@ class CommandTest(ClientTest):
         """The half file is named, and the next call says that it is no whole one."""
         server = OddServer(self, HEAD % 10 ** 8 + b"<a>" + b"x" * 5000, SILENCE)
         self.write("stored.xml", "<old/>")
-        for force, left in ((["--force"], "is only half there"), ([], "kept")):
+        for force, left in ((["--force"], "is incomplete; use --force"), ([], "kept")):
             client = subprocess.Popen([f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/x", "--port",
                                        str(server.port), "--profile", self.profile, "--type", "1", "--id", "1", "--out",
                                        self.target, *force], stderr=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
@@ -128,7 +137,7 @@ class CommandTest(ClientTest):
                 client.send_signal(signal.SIGINT)
             output, errors = client.communicate(timeout=10)
             self.assertEqual((client.returncode, left in output + errors), (130 if force else 1, True), errors)
-        self.assertIn("no whole XML document", errors)
+        self.assertIn("not a complete XML document", errors)
 
     def test_progress_on_a_terminal(self):
         page = b"<a>" + b"x" * 10 ** 6 + b"</a>"
@@ -143,10 +152,36 @@ class CommandTest(ClientTest):
         os.close(far_end)
 
     def test_terminal_is_safe_from_the_server(self):
-        body = "<a>\x1b[2Jäöü€</a>".encode() + "ä".encode() * 200
+        body = "<a>\x1b[2J\x85\x9d\u2028\u202e\u2066äöü€</a>".encode() + b"\xff" + "ä".encode() * 200
         port = OddServer(self, b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n%s" % (len(body), body)).port
         code, words = self.good(port=port)
-        self.assertEqual((code, "\x1b" in words, "?[2Jäöü€" in words), (5, False, True))
+        self.assertEqual((code, "\\x1b[2J\\u0085\\u009d\\u2028\\u202e\\u2066äöü€</a>\\xffä" in words), (5, True), words)
+        profile = self.write("odd.profile", "User-Agent: \x9d\u202e\n")
+        self.assertIn("User-Agent: \\u009d\\u202e\n", run(f"{PROGRAMS}/pavonix", "profile", "check", profile).stdout)
+        encoding = b"<?xml version='1.0' encoding='UTF-16'?><a/>\xff"
+        for page in (encoding, b"<a>" * 300):
+            words = self.good("--force", port=OddServer(self, HEAD % len(page) + page).port)[1]
+            self.assertEqual(("I/O" in words, "XML_PARSE" in words, "line 0" in words), (False, False, False), words)
+
+    def test_a_whole_file_is_no_error(self):
+        """What works all the same is a warning; a refusal's body is shown."""
+        for reply in (b"HTTP/1.1 200 OK\r\nContent-Length: +4\r\n\r\n<a/>", b"ICY 200 OK\r\nContent-Length: 4\r\n\r\n<a/>",
+                      b"\r\nHTTP/1.1 200 OK\r\nContent-Length: 4\r\nTransfer-Encoding: identity\r\n\r\n<a/>"):
+            with self.subTest(reply):
+                code, words = self.good("--force", port=OddServer(self, reply).port)
+                self.assertEqual((code, "error" in words, "warning" in words), (0, False, b"\r\nHTTP" not in reply), words)
+        words = self.good("--force", port=OddServer(self, b"HTTP/1.1 404 No\r\n\r\nno\x1b such good").port)[1]
+        self.assertIn("body: no\\x1b such good", words)
+
+    def test_an_endless_body_ends_with_the_time_out(self):
+        def flood(connection):
+            while True:
+                connection.sendall(b"x" * 65536)
+
+        server = OddServer(self, HEAD % (2 ** 31 - 2), flood)
+        self.assertEqual(self.good("--timeout", "1", port=server.port)[0], 9)
+        self.assertEqual(run(f"{PROGRAMS}/pavonix", "doctor", f"http://127.0.0.1:{server.port}/x", "--timeout", "1",
+                             "--tries", "1").returncode, 8)
 
     def test_request(self):
         """The port comes from --port, else from the URL; the identity from the profile."""
@@ -177,8 +212,9 @@ class CommandTest(ClientTest):
                 self.assertEqual(run(f"{PROGRAMS}/pavonix", *arguments).returncode, expected)
 
     def test_words_that_do_not_exist_are_named(self):
-        table = [(["buuy"], "no command buuy; did you mean buy?"), (["profile", "chek"], "did you mean check?"),
+        table = [(["buuy"], 'unknown command "buuy"; did you mean buy?'), (["profile", "chek"], "did you mean check?"),
                  (["buy", "--typ", "1"], "buy has no option --typ; did you mean --type?"),
+                 (["good", "--type", "1"], "good needs --url, --profile, --out, --id\n"),
                  (["list", "--out", "--x", "--zzzzzz=1"], "no option --zzzzzz\n")]
         for arguments, words in table:
             done = run(f"{PROGRAMS}/pavonix", *arguments)
@@ -232,12 +268,13 @@ class CommandTest(ClientTest):
         table = [
             (b"403 No", b"X-Error-Code: 17\r\nX-Error-Message: Gr\xfc\xdfe, 5 \x80\r\n", b"",
              "error code: 17\nmessage: Gr\u00fc\u00dfe, 5 \u20ac\n"),
-            (b"500 Oops", b"", b"out of goods", "error code: 0 (none that the library can read)\nmessage: out of goods\n"),
+            (b"500 Oops", b"", b"out of goods", "error code: 0 (none readable)\nmessage: out of goods\n"),
             (b"403 No", b"X-Error-Code: -5\r\n", b"", "error code: -5\nmessage: (none)\n"),
             (b"403 No", b"X-Error-Code: 1\r\nX-Error-Message: %s\r\n" % (b"m" * 900), b"", "m" * 900 + "\n"),
             (b"403 No", b"X-Error-Code: 906\r\nX-Error-Message: off\r\nX-Server-Timestamp: %s\r\n" % (b"t" * 800), b"",
              "message: off\nserver timestamp: " + "t" * 800 + "\n"),
-            (b"403 No", b"X-Error-Code: 2\r\nX-Error-Message: \x1b[2J\r\n", b"", "message: ?[2J\n"),
+            (b"403 No", b"X-Error-Code: 2\r\nX-Error-Message: \x1b[2J\r\n", b"", "message: \\x1b[2J\n"),
+            (b"403 No", b"X-Error-Code: 2\r\nX-Error-Message: A \x9d0;t \x90q\r\n", b"", "A \\u009d0;t \\u0090q\n"),
         ]
         for status, headers, body, words in table:
             with self.subTest(headers=headers):

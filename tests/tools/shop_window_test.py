@@ -79,7 +79,7 @@ class WindowTest(ShopTest):
         self.buy(5, Key(1024).token(time_text()))
         self.wait_for("ol.token .error", "made with another key")
         self.ask("GET", "/fault/head-apart/shop/good?type=3&id=5")
-        self.wait_for(".wrong li.error", "The head came in a segment without")
+        self.wait_for(".wrong li.error", "The first packet did not hold")
         # The keeper's work shows, too.
         run(f"{PROGRAMS}/pavonix-shop", "--db", self.database_file, "device", "top-up", "--serial", "PX-1",
             "--user-id", "42", "--amount", "5000")

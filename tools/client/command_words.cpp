@@ -1,6 +1,6 @@
 #include "command_words.h"
 
-#include "wide_text.h"
+#include "diagnostics/printable.h"
 
 #include <algorithm>
 #include <numeric>
@@ -41,7 +41,7 @@ std::string NoSuchCommand(CLI::App *app, const std::string &word)
     for (const CLI::App *command : app->get_subcommands(nullptr)) {
         known.push_back(command->get_name());
     }
-    return "there is no command " + Printable(word) + Suggest(word, known);
+    return "unknown command \"" + diagnostics::PrintableText(word) + "\"" + Suggest(word, known);
 }
 
 std::string NoSuchOption(CLI::App *app, const std::string &word)
@@ -52,7 +52,7 @@ std::string NoSuchOption(CLI::App *app, const std::string &word)
             known.push_back("--" + name);
         }
     }
-    return app->get_name() + " has no option " + Printable(word) + Suggest(word, known);
+    return app->get_name() + " has no option " + diagnostics::PrintableText(word) + Suggest(word, known);
 }
 
 } // namespace
@@ -66,7 +66,7 @@ std::string UnknownWord(CLI::App *app, const std::vector<std::string> &words)
             if (option == nullptr) {
                 return NoSuchOption(app, name);
             }
-            i += option->get_items_expected_max() > 0 && name == words[i] ? 1 : 0; // the value is no word of ours
+            i += option->get_items_expected_max() > 0 && name == words[i] ? 1 : 0; // skip its value
         } else if (!words[i].starts_with("-") && !app->get_subcommands(nullptr).empty()) {
             const std::vector<CLI::App *> commands = app->get_subcommands(nullptr);
             const auto command = std::find_if(commands.begin(), commands.end(),
@@ -78,6 +78,21 @@ std::string UnknownWord(CLI::App *app, const std::vector<std::string> &words)
         }
     }
     return {};
+}
+
+std::string MissingOptions(const CLI::App &program)
+{
+    const CLI::App *command = &program;
+    while (!command->get_subcommands().empty()) {
+        command = command->get_subcommands().front();
+    }
+    std::string missing;
+    for (const CLI::Option *option : command->get_options()) {
+        if (option->get_required() && option->count() == 0) {
+            missing += (missing.empty() ? "" : ", ") + option->get_name();
+        }
+    }
+    return missing.empty() ? "" : command->get_name() + " needs " + missing;
 }
 
 } // namespace client

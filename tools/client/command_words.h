@@ -1,5 +1,4 @@
-// A word of the command line that does not exist is named, with the nearest one
-// that does.
+// Mistakes in the command line.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -9,8 +8,11 @@
 
 namespace client {
 
-// Answers what is wrong with the words; empty when each command and each option
-// exists.
+// The first unknown command or option, with the nearest one that exists; empty if
+// all exist.
 [[nodiscard]] std::string UnknownWord(CLI::App *app, const std::vector<std::string> &words);
+
+// All required options that the parsed command lacks; empty for none.
+[[nodiscard]] std::string MissingOptions(const CLI::App &program);
 
 } // namespace client

@@ -31,28 +31,28 @@ void AddOptions(CLI::App &command, Download &download)
 
 ExitCode ExplainKept(const StoredFile &stored, Report *report)
 {
-    report->Print("kept (1): " + stored.path() + " exists, the server was not asked (--force asks)");
+    report->Print(stored.path() + " already exists and was kept (1); use --force to download it again");
     if (const std::string fault = stored.Fault(); !fault.empty()) {
-        report->PrintError("warning: it is no whole XML document: " + fault);
+        report->PrintError("warning: it is not a complete XML document: " + fault);
         report->json["xml_fault"] = fault;
     }
     return ExitCode::kKept;
 }
 
-// What the file lacks, and why, as far as the exchange shows it.
+// What is missing from the file, and why, as far as the exchange shows it.
 ExitCode ExplainIncomplete(const Outcome &outcome, const StoredFile &stored, const std::string &fault, Report *report)
 {
     const Finding *cause = diagnostics::FirstError(outcome.findings);
-    report->PrintError("this is not a whole XML document: " + fault);
+    report->PrintError("this is not a complete XML document: " + fault);
     if (const std::size_t zeros = stored.Zeros(); zeros > 0) {
-        report->PrintError(std::to_string(zeros) + " zeros stand for bytes that did not come with the reply's head");
+        report->PrintError(std::to_string(zeros) + " zeros replace bytes that were not in the first packet");
         report->json["zeros"] = zeros;
     }
     if (cause != nullptr) {
         report->PrintError("cause: " + std::string(cause->rule->sentence));
         report->json["cause"] = cause->rule->name;
     }
-    report->AddFindings(outcome.findings, cause);
+    report->AddFindings(outcome.record.exchange, outcome.findings, cause);
     return outcome.record.timedOut ? ExitCode::kTimeOut : ExitCode::kNothingWhole;
 }
 
@@ -73,7 +73,7 @@ ExitCode ExplainStored(const Outcome &outcome, const StoredFile &stored, Report 
         report->json["xml_fault"] = fault;
         return ExplainIncomplete(outcome, stored, fault, report);
     }
-    report->AddFindings(outcome.findings);
+    report->AddWarnings(outcome.record.exchange, outcome.findings);
     return ExitCode::kDone;
 }
 
@@ -95,14 +95,10 @@ ExitCode Run(const std::string &command, const Download &download, Function Shop
     Report report(command, download.call.json);
     report.json["status"] = outcome.status;
     report.json["file"] = download.target;
-    switch (outcome.status) {
-    case PAVONIX_OK:
+    if (outcome.status == PAVONIX_OK) {
         return report.End(ExplainStored(outcome, stored, &report));
-    case PAVONIX_KEPT:
-        return report.End(ExplainKept(stored, &report));
-    default:
-        return report.End(ExplainFailure(outcome, &report));
     }
+    return report.End(outcome.WasKept() ? ExplainKept(stored, &report) : ExplainFailure(outcome, &report));
 }
 
 } // namespace
@@ -114,7 +110,7 @@ void AddDownloadCommands(CLI::App &app, ExitCode *exitCode)
     AddOptions(*list, *listed);
     list->add_option("--type", listed->list.type, "Type of goods")->required();
     list->add_option("--category", listed->list.category, "Category, 0 for all")->capture_default_str();
-    list->add_option("--sort", listed->list.sort, "Sort order, a number of the shop's")->capture_default_str();
+    list->add_option("--sort", listed->list.sort, "Sort order, a number that the shop defines")->capture_default_str();
     list->add_option("--start", listed->list.start, "First item of the page")->capture_default_str();
     listed->list.max = 10;
     list->add_option("--max", listed->list.max, "Items on the page")->capture_default_str();

@@ -1,4 +1,4 @@
-// Why a call brought no status 200.
+// Why a call did not return 200.
 #include "diagnostics/connection_rules.h"
 #include "diagnostics/device_reading.h"
 #include "diagnostics/printable.h"
@@ -28,16 +28,27 @@ ExitCode ExplainNoStatus(const Outcome &outcome, Report *report)
 {
     const Finding *cause = diagnostics::FirstError(outcome.findings);
     if (cause == nullptr) {
-        report->PrintError("no reply status (0), and nothing wrong was seen: the library may have had no memory");
+        report->PrintError("no reply status (0): no fault was observed; the library may have run out of memory");
         return ExitCode::kNoReply;
     }
     report->PrintError("no reply status (0): " + std::string(cause->rule->sentence));
     report->json["cause"] = cause->rule->name;
-    report->AddFindings(outcome.findings, cause);
+    report->AddFindings(outcome.record.exchange, outcome.findings, cause);
     return CodeOf(*cause);
 }
 
-// The library keeps code and message of a refused download to itself.
+void ShowBody(const Outcome &outcome, Report *report)
+{
+    const diagnostics::DeviceReading device(outcome.record.exchange);
+    const std::string &reply = outcome.record.exchange.reply;
+    if (device.headIsWhole() && reply.size() > device.headLength()) {
+        const std::string body = diagnostics::Printable(reply.substr(device.headLength()), 400);
+        report->PrintError("body: " + body);
+        report->json["body"] = body;
+    }
+}
+
+// The library does not return code, message and body of a refused download.
 void ShowReason(const Outcome &outcome, Report *report)
 {
     const diagnostics::DeviceReading device(outcome.record.exchange);
@@ -49,6 +60,7 @@ void ShowReason(const Outcome &outcome, Report *report)
         report->PrintError("message:" + diagnostics::Printable(*message, diagnostics::kFirstReception));
         report->json["message"] = diagnostics::Printable(*message, diagnostics::kFirstReception);
     }
+    ShowBody(outcome, report);
 }
 
 ExitCode ExplainStatus(const Outcome &outcome, Report *report)
@@ -61,7 +73,7 @@ ExitCode ExplainStatus(const Outcome &outcome, Report *report)
     if (known) {
         report->json["cause"] = cause->rule->name;
     }
-    report->AddFindings(outcome.findings, known ? &*cause : nullptr);
+    report->AddFindings(outcome.record.exchange, outcome.findings, known ? &*cause : nullptr);
     if (outcome.record.exchange.call == diagnostics::Call::kDownload) {
         ShowReason(outcome, report);
     }

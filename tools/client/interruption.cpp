@@ -23,10 +23,19 @@ void End(int signal)
     if (now.kind == FileState::Kind::kFile && now != current->before()) {
         Write("; ");
         Write(current->path().c_str());
-        Write(" is only half there, --force downloads it again");
+        Write(" is incomplete; use --force to download it again");
     }
     Write("\n");
     _exit(128 + signal);
+}
+
+volatile std::sig_atomic_t stopRequested = 0;
+
+void NoteStop(int signal)
+{
+    stopRequested = 1;
+    std::signal(signal, SIG_DFL);
+    Write("\nstopping after this step; press Ctrl-C again to end at once\n");
 }
 
 } // namespace
@@ -43,6 +52,22 @@ Interruption::~Interruption()
     std::signal(SIGINT, SIG_DFL);
     std::signal(SIGTERM, SIG_DFL);
     current = nullptr;
+}
+
+StopRequest::StopRequest()
+{
+    stopRequested = 0;
+    std::signal(SIGINT, NoteStop);
+}
+
+StopRequest::~StopRequest()
+{
+    std::signal(SIGINT, SIG_DFL);
+}
+
+bool StopRequest::IsMade()
+{
+    return stopRequested != 0;
 }
 
 } // namespace client

@@ -30,7 +30,7 @@ std::string SettingsHelp()
 
 ExitCode Run(std::vector<std::string> words)
 {
-    CLI::App app("Asks a goods shop through the client library and explains the answer.", "pavonix");
+    CLI::App app("Calls a goods shop through the client library and explains the result.", "pavonix");
     app.allow_windows_style_options(false); // a path may begin with a slash
     app.footer(SettingsHelp() + client::kExitCodeHelp);
     app.set_version_flag("--version", "pavonix " CLIENT_VERSION);
@@ -42,12 +42,15 @@ ExitCode Run(std::vector<std::string> words)
     client::AddWatchCommand(app, &exitCode);
     client::AddNewProfileCommand(*client::AddProfileCommands(app, &exitCode), &exitCode);
     if (const std::string unknown = client::UnknownWord(&app, words); !unknown.empty()) {
-        throw Failure(ExitCode::kUsage, unknown + "\nRun pavonix --help for what there is.");
+        throw Failure(ExitCode::kUsage, unknown + "\nRun \"pavonix --help\" for usage.");
     }
     client::ReadSettings();
     try {
         std::reverse(words.begin(), words.end()); // as the parser takes them
         app.parse(std::move(words));
+    } catch (const CLI::RequiredError &error) {
+        const std::string missing = client::MissingOptions(app);
+        throw Failure(ExitCode::kUsage, missing.empty() ? error.what() : missing);
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? ExitCode::kDone : ExitCode::kUsage;
     }

@@ -1,9 +1,9 @@
 #include "profile_commands.h"
 
+#include "diagnostics/printable.h"
 #include "path.h"
 #include "profile_keys.h"
 #include "profile_text.h"
-#include "wide_text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -21,7 +21,8 @@ namespace {
 // Keys are shown by their length: nobody reads them, and one is secret.
 std::string Shown(const std::string &key, const std::string &value)
 {
-    return key.ends_with("-Key") ? "(" + std::to_string(value.size()) + " characters)" : Printable(value);
+    return key.ends_with("-Key") ? "(" + std::to_string(value.size()) + " characters)"
+                                 : diagnostics::PrintableText(value);
 }
 
 ExitCode Check(const std::string &path)

@@ -1,5 +1,6 @@
 #include "purchases.h"
 
+#include "diagnostics/printable.h"
 #include "shop_call.h"
 #include "wide_text.h"
 
@@ -10,44 +11,54 @@ namespace client {
 
 namespace {
 
-// The library writes texts in their full length: an overlong message runs on into
-// the timestamp's room, so that the end of the record is the only limit.
+// The library writes texts in their full length: an overlong message continues into
+// the timestamp's room, so that only the end of the record limits it.
 std::string TextAt(const BuyGoodRoomyResult &result, const PavonixChar *text)
 {
     const auto *end = reinterpret_cast<const PavonixChar *>(&result + 1);
     std::basic_string_view<PavonixChar> shown(text, static_cast<std::size_t>(end - text));
     shown = shown.substr(0, shown.find(PavonixChar(0)));
-    shown.remove_prefix(
-        std::min(shown.find_first_not_of(PavonixChar(' ')), shown.size())); // the blank behind the colon
-    return Printable(ToUtf8(shown));
+    shown.remove_prefix(std::min(shown.find_first_not_of(PavonixChar(' ')), shown.size())); // after the colon
+    return diagnostics::PrintableText(ToUtf8(shown));
 }
 
-// A value that no verdict leaves behind: the call wrote nothing.
+// No verdict sets this value: the call wrote nothing.
 constexpr int kUntouched = INT_MIN;
 
 void ShowVerdict(const BuyGoodRoomyResult &result, Report *report)
 {
     const std::string message = TextAt(result, result.message);
     report->PrintError("error code: " + std::to_string(result.errorCode) +
-                       (result.errorCode == 0 ? " (none that the library can read)" : ""));
+                       (result.errorCode == 0 ? " (none readable)" : ""));
     report->PrintError("message: " + (message.empty() ? "(none)" : message));
     report->json["error_code"] = result.errorCode;
     report->json["message"] = message;
     if (result.errorCode == 906) {
         const std::string timestamp = TextAt(result, result.serverTimestamp);
         report->PrintError("server timestamp: " + timestamp);
-        report->PrintError("The clock of this device is off: set it and buy again.");
+        report->PrintError("The clock of this device is wrong: set it and buy again.");
         report->json["server_timestamp"] = timestamp;
     }
 }
 
-// After a 0 the record holds what came instead of a reply.
+// A refusal is a 3xx or 4xx. The server can fail between the sale and its reply.
+bool MayBeSold(const Outcome &outcome)
+{
+    return !outcome.record.exchange.request.empty() && (outcome.status < 300 || outcome.status >= 500);
+}
+
+constexpr const char *kMaybeSold =
+    "The shop may have sold the good. To find out, buy it again without --force: code 908, already owned, means that "
+    "it was sold.";
+
+// After a 0 the record holds whatever arrived instead of a reply.
 void ShowRemains(const BuyGoodRoomyResult &result, Report *report)
 {
     const bool untouched = result.errorCode == kUntouched;
     const std::string text = untouched ? "" : TextAt(result, result.message);
-    report->PrintError(untouched ? "the result record is untouched: nothing was sent"
-                                 : "the result record has code 0 and the message \"" + text + "\"");
+    report->PrintError(untouched      ? "The application's record is untouched."
+                       : text.empty() ? "The application gets code 0 and no message."
+                                      : "The application gets code 0 and the message \"" + text + "\".");
     report->json["record_touched"] = !untouched;
     report->json["message"] = text;
 }
@@ -57,7 +68,7 @@ ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const
 {
     if (outcome.status == PAVONIX_OK) {
         report->Print("bought (200): type " + std::to_string(request.type) + ", id " + std::to_string(request.id));
-        report->AddFindings(outcome.findings);
+        report->AddWarnings(outcome.record.exchange, outcome.findings);
         return ExitCode::kDone;
     }
     const ExitCode code = ExplainFailure(outcome, report);
@@ -65,6 +76,10 @@ ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const
         ShowRemains(result, report);
     } else {
         ShowVerdict(result, report);
+    }
+    if (MayBeSold(outcome)) {
+        report->PrintError(kMaybeSold);
+        report->json["may_be_sold"] = true;
     }
     return code;
 }
@@ -98,7 +113,7 @@ void AddBuyCommand(CLI::App &app, ExitCode *exitCode)
     purchase->call.AddOptions(*buy);
     buy->add_option("--type", purchase->request.type, "Type of the good")->required();
     buy->add_option("--id", purchase->request.id, "Its id")->required();
-    buy->add_flag("--force", purchase->force, "Ask the shop to sell it even if it is owned already");
+    buy->add_flag("--force", purchase->force, "Ask the shop to sell it even if it is already owned");
     buy->callback([=] {
         purchase->request.force = purchase->force ? 1 : 0;
         *exitCode = Buy(purchase->call, purchase->request);

@@ -1,5 +1,7 @@
 #include "report.h"
 
+#include "diagnostics/head_lines.h"
+
 #include <iostream>
 
 namespace client {
@@ -20,16 +22,34 @@ void Report::PrintError(const std::string &line) const
     }
 }
 
-void Report::AddFindings(const diagnostics::Findings &findings, const diagnostics::Finding *cause)
+void Report::AddFindings(const diagnostics::Exchange &exchange, const diagnostics::Findings &findings,
+                         const diagnostics::Finding *cause)
 {
-    Json &list = json["findings"] = Json::array();
+    json["findings"] = Json::array();
+    const std::string software = diagnostics::ServerSoftware(exchange.reply);
     for (const diagnostics::Finding &finding : findings) {
-        list.push_back(ToJson(finding));
-        if (&finding != cause) {
-            PrintError(std::string(WeightWord(finding.rule->weight)) + ": " + std::string(finding.rule->sentence));
-        }
-        PrintError("  seen: " + finding.evidence);
+        Add(diagnostics::ViewOf(finding, software), &finding != cause);
     }
+}
+
+void Report::AddWarnings(const diagnostics::Exchange &exchange, const diagnostics::Findings &findings)
+{
+    json["findings"] = Json::array();
+    const std::string software = diagnostics::ServerSoftware(exchange.reply);
+    for (const diagnostics::Finding &finding : findings) {
+        diagnostics::FindingView view = diagnostics::ViewOf(finding, software);
+        view.severity = diagnostics::SeverityWord(diagnostics::Severity::kWarning);
+        Add(std::move(view), true);
+    }
+}
+
+void Report::Add(diagnostics::FindingView finding, bool printSentence)
+{
+    if (printSentence) {
+        PrintError(finding.severity + ": " + finding.sentence);
+    }
+    PrintError("  seen: " + finding.seen);
+    json["findings"].push_back(ToJson(finding));
 }
 
 ExitCode Report::End(ExitCode code)
@@ -46,23 +66,10 @@ ExitCode Report::End(ExitCode code)
     return code;
 }
 
-Json ToJson(const diagnostics::Finding &finding)
+Json ToJson(const diagnostics::FindingView &finding)
 {
-    Json json = {{"rule", finding.rule->name},
-                 {"weight", WeightWord(finding.rule->weight)},
-                 {"sentence", finding.rule->sentence},
-                 {"seen", finding.evidence},
-                 {"device", finding.rule->device}};
-    Json &remedies = json["remedies"] = Json::object();
-    for (const diagnostics::Remedy &remedy : finding.rule->remedies) {
-        remedies[std::string(remedy.server)] = remedy.advice;
-    }
-    return json;
-}
-
-const char *WeightWord(diagnostics::Weight weight)
-{
-    return weight == diagnostics::Weight::kError ? "error" : "warning";
+    return {{"rule", finding.rule}, {"severity", finding.severity}, {"sentence", finding.sentence},
+            {"seen", finding.seen}, {"device", finding.device},     {"fixes", finding.fixes}};
 }
 
 } // namespace client

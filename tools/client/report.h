@@ -1,8 +1,8 @@
-// What a command tells: lines for people, or one JSON object.
+// The output of a command: lines for people, or one JSON object.
 #pragma once
 
+#include "diagnostics/exchange_view.h"
 #include "exit_code.h"
-#include "diagnostics/judge.h"
 
 #include <nlohmann/json.hpp>
 
@@ -18,23 +18,25 @@ public:
     void Print(const std::string &line) const;
     void PrintError(const std::string &line) const;
 
-    // Findings with what shows them, on standard error, and into the JSON object.
-    // The sentence of the one that is known as the cause was said before.
-    void AddFindings(const diagnostics::Findings &findings, const diagnostics::Finding *cause = nullptr);
+    // The findings of a call's exchange, on standard error and into the JSON object.
+    // The sentence of the cause was printed before. After a call that did what it
+    // should, errors are warnings.
+    void AddFindings(const diagnostics::Exchange &exchange, const diagnostics::Findings &findings,
+                     const diagnostics::Finding *cause);
+    void AddWarnings(const diagnostics::Exchange &exchange, const diagnostics::Findings &findings);
 
-    // Writes the JSON object. Answers `code`, or kLocalFailure when standard output
-    // did not take what was written.
+    // Writes the JSON object. Returns `code`, or kLocalFailure if standard output
+    // cannot be written.
     [[nodiscard]] ExitCode End(ExitCode code);
 
     nlohmann::ordered_json json;
 
 private:
+    void Add(diagnostics::FindingView finding, bool printSentence);
+
     bool asJson_;
 };
 
-[[nodiscard]] nlohmann::ordered_json ToJson(const diagnostics::Finding &finding);
-
-// "error" or "warning".
-[[nodiscard]] const char *WeightWord(diagnostics::Weight weight);
+[[nodiscard]] nlohmann::ordered_json ToJson(const diagnostics::FindingView &finding);
 
 } // namespace client

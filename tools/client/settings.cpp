@@ -1,8 +1,8 @@
 #include "settings.h"
 
+#include "diagnostics/printable.h"
 #include "exit_code.h"
 #include "system.h"
-#include "wide_text.h"
 
 #include <CLI/CLI.hpp>
 
@@ -40,7 +40,7 @@ void Apply(const CLI::ConfigItem &item, const std::string &file)
 {
     const auto variable = kVariables.find(item.name);
     if (!item.parents.empty() || variable == kVariables.end() || item.inputs.size() != 1) {
-        throw Failure(ExitCode::kUsage, file + ": " + Printable(item.fullname()) +
+        throw Failure(ExitCode::kUsage, file + ": " + diagnostics::PrintableText(item.fullname()) +
                                             " is no setting; there are url, port, profile, library and timeout, each "
                                             "with one value");
     }

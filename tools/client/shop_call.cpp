@@ -17,7 +17,6 @@ namespace client {
 
 namespace {
 
-constexpr int kDefaultPort = 80;
 constexpr double kLongestTimeOut = 86400;
 
 } // namespace
@@ -35,7 +34,7 @@ void ShopCall::AddOptions(CLI::App &command)
         ->envname("PAVONIX_PORT")
         ->check(CLI::Range(1, 65535));
     command.add_option("--profile", profile, "The device profile file")->envname("PAVONIX_PROFILE")->required();
-    command.add_option("--timeout", seconds, "Give up after so many seconds; the library itself waits for ever")
+    command.add_option("--timeout", seconds, "Give up after so many seconds; the library itself has no time-out")
         ->envname("PAVONIX_TIMEOUT")
         ->check(CLI::Range(0.001, kLongestTimeOut));
     command
@@ -43,13 +42,13 @@ void ShopCall::AddOptions(CLI::App &command)
                     "The library to load; without it the one beside this program or installed with it")
         ->envname("PAVONIX_LIBRARY");
     command.add_flag("--trace", trace, "Load the tracing library instead and show the trace that it writes");
-    command.add_flag("--json", json, "Answer with one JSON object");
+    command.add_flag("--json", json, "Write one JSON object");
 }
 
 WideText ShopCall::WideProfile() const
 {
     if (!std::ifstream(PathOf(profile))) {
-        std::cerr << "warning: " << profile << " cannot be read, the request goes out without an identity\n";
+        std::cerr << "warning: " << profile << " cannot be read; the request is sent without an identity\n";
     }
     return ToWidePath(profile);
 }
@@ -70,7 +69,10 @@ Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const Sho
     }
     EndProgress();
     traced.Show();
-    if (outcome.status != PAVONIX_KEPT) {
+    if (outcome.record.timedOut && seconds) {
+        outcome.record.exchange.waited = std::chrono::milliseconds(static_cast<std::int64_t>(*seconds * 1000));
+    }
+    if (!outcome.WasKept()) {
         outcome.findings = outcome.record.Judge(Url());
     }
     return outcome;
@@ -87,13 +89,13 @@ int ShopCall::Port() const
     return port ? *port : PortIn(url);
 }
 
-int PortIn(const std::string &url)
+int PortIn(const std::string &url, int defaultPort)
 {
     const std::size_t scheme = url.find("//");
     const std::size_t host = scheme == std::string::npos ? 0 : scheme + 2;
     const std::size_t end = std::min(url.find('/', host), url.size());
     const std::size_t colon = std::min(url.find(':', host), end);
-    int inUrl = kDefaultPort;
+    int inUrl = defaultPort;
     std::from_chars(url.data() + std::min(colon + 1, end), url.data() + end, inUrl);
     return inUrl;
 }

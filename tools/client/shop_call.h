@@ -17,9 +17,12 @@ namespace client {
 
 // A call that was made.
 struct Outcome {
-    int status = PAVONIX_FAILED; // what the library answered
+    int status = PAVONIX_FAILED; // the library's result
     CallRecord record;
     diagnostics::Findings findings;
+
+    // The file existed and nothing was sent. A server can reply with status 001, too.
+    [[nodiscard]] bool WasKept() const { return status == PAVONIX_KEPT && record.host.empty(); }
 };
 
 struct ShopCall {
@@ -42,17 +45,17 @@ struct ShopCall {
     [[nodiscard]] Outcome Make(diagnostics::Call kind, const std::function<int(const ShopLibrary &)> &call) const;
     // The URL with the command's name in place of "{}".
     [[nodiscard]] std::string Url() const;
-    // --port, or the port that stands in the URL, or 80.
+    // --port, or the port in the URL, or 80.
     [[nodiscard]] int Port() const;
 
 private:
     std::string command_;
 };
 
-// The port that stands in a URL, or 80.
-[[nodiscard]] int PortIn(const std::string &url);
+// The port in a URL, or the default.
+[[nodiscard]] int PortIn(const std::string &url, int defaultPort = 80);
 
-// Says why a call brought no status 200, and answers the exit code for it.
+// Prints why a call did not return 200, and returns the exit code for it.
 [[nodiscard]] ExitCode ExplainFailure(const Outcome &outcome, Report *report);
 
 } // namespace client

@@ -2,6 +2,7 @@
 
 #include "exit_code.h"
 #include "diagnostics/exchange.h"
+#include "diagnostics/printable.h"
 #include "diagnostics/xml_fault.h"
 #include "path.h"
 #include "wide_text.h"
@@ -26,7 +27,7 @@ std::string BeginningOf(const std::string &line)
     while (length > 0 && length < line.size() && (line[length] & 0xC0) == 0x80) {
         --length;
     }
-    return Printable(line.substr(0, length)) + (length < line.size() ? "..." : "");
+    return diagnostics::PrintableText(line.substr(0, length)) + (length < line.size() ? "..." : "");
 }
 
 } // namespace

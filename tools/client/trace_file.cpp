@@ -1,7 +1,7 @@
 #include "trace_file.h"
 
+#include "diagnostics/printable.h"
 #include "path.h"
-#include "wide_text.h"
 
 #include <filesystem>
 #include <fstream>
@@ -39,7 +39,7 @@ void TraceFile::Show() const
     file.seekg(static_cast<std::streamoff>(LengthOf(path_) >= before_ ? before_ : 0));
     for (std::string line; std::getline(file, line);) {
         line.erase(line.find_last_not_of('\r') + 1);
-        std::cerr << Printable(line) << '\n';
+        std::cerr << diagnostics::PrintableText(line) << '\n';
     }
 }
 

@@ -18,11 +18,4 @@ WideText ToWidePath(const std::string &path)
     return wide;
 }
 
-std::string Printable(std::string text)
-{
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return (c >= 0 && c < ' ') || c == 0x7F; }, '?');
-    return text;
-}
-
 } // namespace client

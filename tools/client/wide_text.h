@@ -26,7 +26,4 @@ using WideText = std::basic_string<PavonixChar>;
 // when it has letters that the page lacks.
 [[nodiscard]] std::optional<std::size_t> NarrowLength(const std::string &path);
 
-// The text with control characters replaced by '?', safe to show on a terminal.
-[[nodiscard]] std::string Printable(std::string text);
-
 } // namespace client

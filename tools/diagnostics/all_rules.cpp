@@ -1,6 +1,9 @@
 #include "diagnostics/connection_rules.h"
+#include "diagnostics/head_lines.h"
 #include "diagnostics/purchase_rules.h"
 #include "diagnostics/reply_rules.h"
+
+#include <algorithm>
 
 namespace diagnostics {
 
@@ -24,6 +27,8 @@ constexpr const Rule *kRules[] = {&kUrlEmpty,
                                   &kUnreachable,
                                   &kConnectTimeOut,
                                   &kSendFailed,
+                                  &kNoRequest,
+                                  &kClientLeft,
                                   &kNotADevice,
                                   &kSerialEmpty,
                                   &kUserIdZero,
@@ -35,21 +40,23 @@ constexpr const Rule *kRules[] = {&kUrlEmpty,
                                   &kResetEarly,
                                   &kTls,
                                   &kNotHttp,
+                                  &kOddStart,
+                                  &kHeadTooLong,
+                                  &kHeadInPieces,
                                   &kHeadZeroByte,
                                   &kBareLineFeeds,
                                   &kBareCarriageReturns,
-                                  &kHeadTooLong,
-                                  &kHeadInPieces,
                                   &kHeadWithoutEnd,
                                   &kMixedLineEnds,
                                   &kHeadNearlyTooLong,
                                   &kHeadAlone,
-                                  &kTogetherByLuck,
+                                  &kPacketsJoined,
                                   &kMessageApart,
                                   &kStatusLine,
                                   &kInterim,
                                   &kOtherSuccess,
                                   &kRedirect,
+                                  &kTlsPort,
                                   &kRequestRefused,
                                   &kServerFailed,
                                   &kLengthMissing,
@@ -64,6 +71,7 @@ constexpr const Rule *kRules[] = {&kUrlEmpty,
                                   &kCompressed,
                                   &kNotXml,
                                   &kBodyReset,
+                                  &kFileNotWhole,
                                   &kLibraryDiffers,
                                   &kSoldWithCode,
                                   &kCodeMissing,
@@ -77,21 +85,49 @@ constexpr const Rule *kRules[] = {&kUrlEmpty,
                                   &kTimestampTooLong,
                                   &kTimestampForm,
                                   &kLineEndUnread,
+                                  &kNotAShop,
                                   &kBadTokenSold,
                                   &kClockNotChecked,
                                   &kClockOtherCode,
                                   &kReplaySold,
-                                  &kReplayUntold,
+                                  &kReplayUnverified,
                                   &kSoldNothing,
-                                  &kTokenUntold,
+                                  &kTokenUnverified,
                                   &kDeviceRefused,
                                   &kSlow};
+
+bool Contains(std::string_view text, std::string_view word)
+{
+    for (std::size_t at = 0; at + word.size() <= text.size(); ++at) {
+        if (EqualsInAnyCase(text.substr(at, word.size()), word)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 } // namespace
 
 std::span<const Rule *const> AllRules()
 {
     return kRules;
+}
+
+std::vector<std::string> FixesFor(const Rule &rule, std::string_view software)
+{
+    if (rule.fix == nullptr) {
+        return {};
+    }
+    std::vector<std::string> fixes = {std::string(rule.fix->plain)};
+    for (const Fix::Setting &setting : rule.fix->settings) {
+        if (Contains(software, setting.software)) {
+            fixes.push_back(std::string(setting.software) + ": " + std::string(setting.advice));
+        }
+    }
+    if (rule.fix->frontHelps) {
+        fixes.emplace_back("or put the front of docs/operating.md before any server");
+    }
+    return fixes;
 }
 
 } // namespace diagnostics

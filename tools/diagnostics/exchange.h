@@ -31,6 +31,7 @@ struct Exchange {
     std::size_t firstBytes = kFirstReception; // came at once, or would at worst; less than the reply when it was split
     unsigned segments = 0;                    // TCP segments that brought the first reception; 0 when not known
     std::chrono::milliseconds firstByteAfter{0};
+    std::chrono::milliseconds waited{0}; // until the time-out, after kTimeOut
 };
 
 } // namespace diagnostics

@@ -1,5 +1,7 @@
 #include "diagnostics/head_lines.h"
 
+#include "diagnostics/printable.h"
+
 #include <algorithm>
 
 namespace diagnostics {
@@ -50,6 +52,18 @@ const HeadLine *FindLine(const std::vector<HeadLine> &lines, std::string_view na
     const auto found = std::find_if(lines.begin(), lines.end(),
                                     [=](const HeadLine &line) { return EqualsInAnyCase(line.name, name); });
     return found == lines.end() ? nullptr : &*found;
+}
+
+std::string ServerSoftware(std::string_view reply)
+{
+    const std::vector<HeadLine> lines = ReadHeadLines(reply);
+    std::string software;
+    for (const char *name : {"Server", "X-Powered-By", "Via"}) {
+        if (const HeadLine *line = FindLine(lines, name)) {
+            software += (software.empty() ? "" : ", ") + Printable(line->value);
+        }
+    }
+    return software;
 }
 
 bool EqualsInAnyCase(std::string_view one, std::string_view other)

@@ -20,7 +20,7 @@ Findings Judge(const Exchange &exchange)
 const Finding *FirstError(const Findings &findings)
 {
     const auto found = std::find_if(findings.begin(), findings.end(),
-                                    [](const Finding &finding) { return finding.rule->weight == Weight::kError; });
+                                    [](const Finding &finding) { return finding.rule->severity == Severity::kError; });
     return found == findings.end() ? nullptr : &*found;
 }
 

@@ -45,14 +45,15 @@ bool Download::Coded()
 {
     const HeadLine *transfer = FindLine(lines_, "Transfer-Encoding");
     const HeadLine *content = FindLine(lines_, "Content-Encoding");
-    if (transfer != nullptr) {
+    const bool chunked = transfer != nullptr && !EqualsInAnyCase(transfer->value, "identity");
+    if (chunked) {
         Add(kChunked, Printable(transfer->whole) + "; the body begins with " + Printable(body_, 12));
     }
     const bool compressed = content != nullptr && !EqualsInAnyCase(content->value, "identity");
     if (compressed) {
         Add(kCompressed, Printable(content->whole) + "; the body begins with " + Printable(body_, 12));
     }
-    return transfer != nullptr || compressed;
+    return chunked || compressed;
 }
 
 // A line of that name is there: can the device read it?
@@ -78,7 +79,7 @@ void Download::JudgeLength()
     const HeadLine *line = FindLine(lines_, kName);
     if (line == nullptr) {
         const std::string_view where = device_.LineOf(kName).value_or("");
-        Add(kLengthMissing, where.empty() ? "no such line" : "the name stands only in: " + Printable(where));
+        Add(kLengthMissing, where.empty() ? "no such line" : "the name is only in: " + Printable(where));
         return;
     }
     JudgeLine(*line);
@@ -93,7 +94,7 @@ void Download::JudgeLength()
 void Download::JudgeAgainstBody()
 {
     const std::uint64_t came = body_.size() + exchange_.beyond;
-    const std::string fact = std::to_string(device_.announced()) + " announced, " + std::to_string(came) + " came";
+    const std::string fact = std::to_string(device_.announced()) + " announced, " + std::to_string(came) + " arrived";
     if (came > device_.announced()) {
         Add(kLengthTooSmall, fact);
     } else if (came == device_.announced()) {

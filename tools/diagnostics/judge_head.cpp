@@ -6,6 +6,7 @@
 #include "diagnostics/reply_rules.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace diagnostics {
 
@@ -17,6 +18,13 @@ constexpr std::chrono::seconds kPatience{5};
 std::string Count(std::size_t bytes)
 {
     return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
+}
+
+std::string Seconds(std::chrono::milliseconds time)
+{
+    std::ostringstream text;
+    text << static_cast<double>(time.count()) / 1000 << " s";
+    return text.str();
 }
 
 using pavonix::HeadFault;
@@ -50,20 +58,21 @@ std::string EvidenceOf(HeadFault fault, const Exchange &exchange)
 {
     const std::string_view reply = exchange.reply;
     const std::string_view atOnce = reply.substr(0, exchange.firstBytes);
+    const std::string waited = exchange.waited.count() == 0 ? "" : " within " + Seconds(exchange.waited);
     if (reply.empty()) {
-        return "no byte came";
+        return "no byte" + waited;
     }
     if (fault == HeadFault::kTls || fault == HeadFault::kNotHttp) {
         return Printable(reply, 60);
     }
     const std::size_t end = reply.find("\r\n\r\n");
-    std::string fact = "no blank line in " + Count(reply.size());
+    std::string fact = "no empty line in " + Count(reply.size());
     if (fault == HeadFault::kZeroByte) {
         fact = "after " + Count(reply.find('\0'));
     } else if (end != std::string_view::npos) {
-        fact = "the blank line ends after " + Count(end + 4);
+        fact = "the empty line ends after " + Count(end + 4);
     } else if (exchange.end == End::kTimeOut || exchange.end == End::kOpen) {
-        fact += " while the connection was still open";
+        fact += waited + "; the connection was still open";
     }
     return fact + "; the first " + Count(atOnce.size()) + ": " + Printable(atOnce, 60);
 }
@@ -75,21 +84,31 @@ void JudgeSegments(const Exchange &exchange, const DeviceReading &device, Findin
     const std::string came = Count(exchange.firstBytes) + " of " + std::to_string(exchange.reply.size());
     if (split && exchange.call == Call::kDownload && device.status() == 200) {
         const std::string head = "the head has " + Count(device.headLength());
-        findings->push_back({&kHeadAlone, came + " came first, " + head + ": the file has " +
-                                              std::to_string(device.zeros()) + " zeros in place of its beginning"});
+        findings->push_back({&kHeadAlone, came + " came first, " + head + "; if read that way, the first " +
+                                              std::to_string(device.zeros()) + " bytes of the file would be zeros"});
     } else if (split && exchange.call == Call::kPurchase && device.status() >= 400 &&
                NumberIn(device.Verdict("X-Error-Code").value_or("")) == 0) {
         findings->push_back({&kMessageApart, came + " came first"});
     } else if (!split && exchange.segments > 1) {
-        findings->push_back(
-            {&kTogetherByLuck, Count(wanted) + " in " + std::to_string(exchange.segments) + " segments"});
+        findings->push_back({&kPacketsJoined, Count(wanted) + " in " + std::to_string(exchange.segments) + " packets"});
     }
 }
 
-const Rule *StatusRule(int status, Call call)
+// What nginx, Apache and Go say to plain HTTP at a port with TLS.
+bool ExpectsTls(const Exchange &exchange)
+{
+    return exchange.reply.find("HTTPS port") != std::string::npos ||
+           exchange.reply.find("HTTPS server") != std::string::npos ||
+           exchange.reply.find("SSL-enabled server port") != std::string::npos;
+}
+
+const Rule *StatusRule(int status, const Exchange &exchange)
 {
     if (status == 200) {
         return nullptr;
+    }
+    if (status == 400 && ExpectsTls(exchange)) {
+        return &kTlsPort;
     }
     if (status >= 100 && status < 200) {
         return &kInterim;
@@ -101,8 +120,8 @@ const Rule *StatusRule(int status, Call call)
         return &kRedirect;
     }
     if (status >= 400 && status < 500) {
-        // how a purchase is refused is judged by its verdict
-        return call == Call::kDownload ? &kRequestRefused : nullptr;
+        // a refused purchase is diagnosed by its verdict
+        return exchange.call == Call::kDownload ? &kRequestRefused : nullptr;
     }
     return status >= 500 && status < 600 ? &kServerFailed : &kStatusLine;
 }
@@ -110,8 +129,9 @@ const Rule *StatusRule(int status, Call call)
 void JudgeStatus(const Exchange &exchange, const DeviceReading &device, Findings *findings)
 {
     const std::vector<HeadLine> lines = ReadHeadLines(exchange.reply);
-    const std::string line = lines.empty() ? "" : Printable(lines.front().whole);
-    if (const Rule *rule = StatusRule(device.status(), exchange.call)) {
+    if (const Rule *rule = StatusRule(device.status(), exchange)) {
+        const bool readable = rule != &kStatusLine && !lines.empty();
+        const std::string line = readable ? Printable(lines.front().whole) : Printable(exchange.reply, 60);
         const HeadLine *location = FindLine(lines, "Location");
         findings->push_back({rule, line + (location == nullptr ? "" : "; " + Printable(location->whole))});
     }
@@ -146,7 +166,7 @@ Findings JudgeHead(const Exchange &exchange)
         findings.push_back({&RuleOf(fault, exchange), EvidenceOf(fault, exchange)});
     } else {
         if (!pavonix::BeginsLikeHttp(exchange.reply)) {
-            findings.push_back({&kNotHttp, Printable(exchange.reply, 60)});
+            findings.push_back({&kOddStart, Printable(exchange.reply, 30)});
         }
         JudgeWholeHead(exchange, device, &findings);
     }

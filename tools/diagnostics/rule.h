@@ -4,15 +4,16 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace diagnostics {
 
-enum class Weight {
-    kWarning, // works, or works by luck
+enum class Severity {
+    kWarning, // works, or works by chance
     kError,   // calls fail, store something else, or harm the application
 };
 
-// What a rule is about, in the order in which an exchange happens.
+// The subject of a rule, in the order in which an exchange happens.
 enum class Topic {
     kUrl,
     kName,
@@ -33,19 +34,26 @@ enum class Topic {
     kLibrary,
 };
 
-struct Remedy {
-    std::string_view server; // "nginx", "any server", ...
-    std::string_view advice;
+// What a server's administrator can do: in plain words, and for some server software.
+struct Fix {
+    struct Setting {
+        std::string_view software; // as it names itself in Server, X-Powered-By or Via
+        std::string_view advice;
+    };
+
+    std::string_view plain;
+    std::span<const Setting> settings = {};
+    bool frontHelps = false; // so does the front of docs/operating.md
 };
 
-// Texts are whole sentences in English, without line ends.
+// Texts are in English, without line ends; `sentence` is a whole sentence.
 struct Rule {
     std::string_view name; // lower case with hyphens; scripts rely on it
     Topic topic;
-    Weight weight;
-    std::string_view sentence; // what is wrong
-    std::string_view device;   // what the device makes of it
-    std::span<const Remedy> remedies = {};
+    Severity severity;
+    std::string_view sentence;
+    std::string_view device; // how the device reacts
+    const Fix *fix = nullptr;
 };
 
 // A rule that an exchange breaks, with the bytes or the numbers that show it.
@@ -54,7 +62,11 @@ struct Finding {
     std::string evidence; // printable
 };
 
-// Every rule there is, in the order of topics.
+// All rules, in the order of topics.
 [[nodiscard]] std::span<const Rule *const> AllRules();
+
+// The fixes for a server that names itself so (ServerSoftware in head_lines.h): the
+// plain one first, the front last.
+[[nodiscard]] std::vector<std::string> FixesFor(const Rule &rule, std::string_view software);
 
 } // namespace diagnostics

@@ -20,9 +20,16 @@ struct Release {
     void operator()(xmlTextReader *reader) const { xmlFreeTextReader(reader); }
 };
 
+#if LIBXML_VERSION >= 21200
+void IgnoreError(void *, const xmlError *) {}
+#else
+void IgnoreError(void *, xmlError *) {}
+#endif
+
 std::string FaultOf(xmlTextReader *made)
 {
     const std::unique_ptr<xmlTextReader, Release> reader(made);
+    xmlSetStructuredErrorFunc(nullptr, IgnoreError); // errors of the encoding go to standard error otherwise
     if (reader == nullptr) {
         return "it cannot be read";
     }
@@ -35,11 +42,13 @@ std::string FaultOf(xmlTextReader *made)
     }
     const xmlError *error = xmlGetLastError();
     if (error == nullptr || error->message == nullptr) {
-        return "it is no XML";
+        return "it is not XML";
     }
     std::string_view text = error->message;
     text = text.substr(0, text.find('\n'));
-    return "line " + std::to_string(error->line) + ": " + Printable(text);
+    text = text.substr(0, text.find(" use XML_PARSE_HUGE")); // advice for programs
+    const std::string line = error->line > 0 ? "line " + std::to_string(error->line) + ": " : "";
+    return line + Printable(text);
 }
 
 } // namespace

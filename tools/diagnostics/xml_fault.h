@@ -1,4 +1,4 @@
-// Whether something is a whole XML document.
+// Whether something is a complete XML document.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace diagnostics {
 
-// Answers what is wrong and in which line, printable; empty for a well-formed
+// Returns what is wrong and in which line, printable; empty for a well-formed
 // document. Nothing outside the document is read. The memory needed does not
 // grow with the document's length.
 [[nodiscard]] std::string XmlFault(std::string_view document);

@@ -87,10 +87,13 @@ const Row kDownloads[] = {
     {{"mixed-line-ends"}, "HTTP/1.1 200 OK\r\nContent-Length: 4\nX: y\r\n\r\n<a/>"},
     {{"head-alone"}, Sized(kLong), 41},
     {{"head-alone"}, Sized(kLong), 1023},
-    {{"together-by-luck"}, Sized(kLong), 1024, End::kClosed, 2},
+    {{"packets-joined"}, Sized(kLong), 1024, End::kClosed, 2},
     {{"status-line"}, "HTTP/1.1  \r\n\r\n"},
     {{"status-line"}, "HTTP/1.1\r\nX: 200\r\n\r\n"},
     {{"status-line"}, "HTTP/1.1 999 Odd\r\n\r\n"},
+    {{"odd-start"}, "ICY 200 OK\r\nContent-Length: 4\r\n\r\n<a/>"},
+    {{"tls-port"}, "HTTP/1.0 400 Bad\r\n\r\nClient sent an HTTP request to an HTTPS server."},
+    {{}, Sized("<a/>", "Transfer-Encoding: identity\r\n")},
     {{"interim"}, "HTTP/1.1 100 Continue\r\n\r\n" + Sized("<a/>")},
     {{"other-success"}, "HTTP/1.1 206 Partial\r\nContent-Length: 4\r\n\r\n<a/>"},
     {{"redirect"}, "HTTP/1.1 301 Moved\r\nLocation: https://x/\r\n\r\n"},
@@ -213,8 +216,8 @@ TEST(Diagnostics, EachExchangeBreaksItsRules)
 // Rules that an observer with sockets applies; its own tests show them.
 constexpr const char *kAppliedElsewhere =
     "name-unknown name-no-answer name-no-ipv4 refused unreachable connect-time-out send-failed library-differs slow "
-    "bad-token-sold clock-not-checked clock-other-code replay-sold replay-untold token-untold device-refused "
-    "sold-nothing";
+    "bad-token-sold clock-not-checked clock-other-code replay-sold replay-unverified token-unverified device-refused "
+    "sold-nothing no-request client-left not-a-shop file-not-whole";
 
 TEST(Diagnostics, EveryRuleHasARow)
 {
@@ -234,7 +237,7 @@ TEST(Diagnostics, EveryRuleHasARow)
     shown.erase("");
     Names all;
     for (const Rule *rule : AllRules()) {
-        EXPECT_TRUE(all.emplace(rule->name).second) << rule->name << " stands there twice";
+        EXPECT_TRUE(all.emplace(rule->name).second) << rule->name << " is listed twice";
         EXPECT_TRUE(rule->sentence.ends_with('.') && !rule->device.empty()) << rule->name;
     }
     EXPECT_EQ(all, shown);
@@ -257,6 +260,9 @@ TEST(Diagnostics, EvidenceIsPrintable)
 {
     EXPECT_EQ(Printable("a\\\r\n\t\x1b[2J\xff"), "a\\\\\\r\\n\\t\\x1b[2J\\xff");
     EXPECT_EQ(Printable("abcdef", 3), "abc...");
+    EXPECT_EQ(PrintableText("\xc3\xbc\xe2\x82\xac\t\xc2\x9d\xe2\x80\xae\xe2\x80\xa8\xf3\xa0\x81\x81"),
+              "\xc3\xbc\xe2\x82\xac\\t\\u009d\\u202e\\u2028\\U000e0041");
+    EXPECT_EQ(PrintableText("a\xff\xc2\xed\xa0\x80\xc0\xaf"), "a\\xff\\xc2\\xed\\xa0\\x80\\xc0\\xaf");
     EXPECT_EQ(XmlFault("<a>\x1b</a>").find('\x1b'), std::string::npos);
 }
 

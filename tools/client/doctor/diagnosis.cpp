@@ -6,9 +6,8 @@ namespace client {
 
 namespace {
 
-using diagnostics::Rule;
+using diagnostics::Severity;
 using diagnostics::Topic;
-using diagnostics::Weight;
 using Json = nlohmann::ordered_json;
 
 struct Point {
@@ -29,7 +28,7 @@ constexpr Point kPoints[] = {
     {Topic::kBody, "body"},
     {Topic::kVerdict, "verdict"},
     {Topic::kToken, "token and clock"},
-    {Topic::kFormEnd, "line end behind the form"},
+    {Topic::kFormEnd, "CR LF after the form"},
     {Topic::kReplay, "token used twice"},
     {Topic::kTime, "time"},
     {Topic::kLibrary, "through the library"},
@@ -45,17 +44,24 @@ std::string Padded(std::string text, std::size_t width)
 
 } // namespace
 
-void Diagnosis::Add(const diagnostics::Findings &findings)
+void Diagnosis::Add(const diagnostics::Findings &findings, bool inDownloads)
 {
     for (const diagnostics::Finding &finding : findings) {
-        const auto known = std::find_if(seen_.begin(), seen_.end(),
-                                        [&](const Seen &seen) { return seen.finding.rule == finding.rule; });
+        const auto known = std::find_if(seen_.begin(), seen_.end(), [&](const Seen &seen) {
+            return seen.finding.rule == finding.rule && seen.inDownloads == inDownloads;
+        });
         if (known == seen_.end()) {
-            seen_.push_back({finding});
+            seen_.push_back({finding, inDownloads});
         } else {
             ++known->times;
         }
     }
+}
+
+void Diagnosis::AddDownload(const diagnostics::Findings &findings)
+{
+    ++downloads_;
+    Add(findings, true);
 }
 
 void Diagnosis::LookedAt(Topic topic, const std::string &shown)
@@ -69,22 +75,17 @@ void Diagnosis::LookedAt(Topic topic, const std::string &shown)
     }
 }
 
-bool Diagnosis::Has(const Rule &rule) const
-{
-    return std::any_of(seen_.begin(), seen_.end(), [&](const Seen &seen) { return seen.finding.rule == &rule; });
-}
-
 bool Diagnosis::HasErrors() const
 {
     return std::any_of(seen_.begin(), seen_.end(),
-                       [](const Seen &seen) { return seen.finding.rule->weight == Weight::kError; });
+                       [](const Seen &seen) { return seen.finding.rule->severity == Severity::kError; });
 }
 
 bool Diagnosis::HasErrorsBesideSegments() const
 {
     return std::any_of(seen_.begin(), seen_.end(), [](const Seen &seen) {
-        const Rule &rule = *seen.finding.rule;
-        return rule.weight == Weight::kError && rule.topic != Topic::kSegments && rule.topic != Topic::kHead;
+        const diagnostics::Rule &rule = *seen.finding.rule;
+        return rule.severity == Severity::kError && rule.topic != Topic::kSegments && rule.topic != Topic::kHead;
     });
 }
 
@@ -96,33 +97,38 @@ std::string Diagnosis::Result(Topic topic) const
     }
     for (const Seen &seen : seen_) {
         if (seen.finding.rule->topic == topic && result != "error") {
-            result = WeightWord(seen.finding.rule->weight);
+            result = diagnostics::SeverityWord(seen.finding.rule->severity);
         }
     }
     return result;
 }
 
-void Diagnosis::ShowFindings(Topic topic, Report *report, Json *json) const
+std::string Diagnosis::Count(const Seen &seen) const
 {
-    for (const Seen &seen : seen_) {
-        const Rule &rule = *seen.finding.rule;
-        if (rule.topic != topic) {
-            continue;
-        }
-        Json finding = ToJson(seen.finding);
-        finding["times"] = seen.times;
-        json->push_back(std::move(finding));
-        report->Print("  " + std::string(rule.name) + ": " + std::string(rule.sentence) +
-                      (seen.times > 1 ? " (" + std::to_string(seen.times) + " times)" : ""));
-        report->Print("    seen: " + seen.finding.evidence);
-        report->Print("    the device: " + std::string(rule.device));
-        for (const diagnostics::Remedy &remedy : rule.remedies) {
-            report->Print("    " + std::string(remedy.server) + ": " + std::string(remedy.advice));
-        }
+    if (seen.inDownloads) {
+        return " (in " + std::to_string(seen.times) + " of " + std::to_string(downloads_) + " downloads)";
     }
+    return seen.times > 1 ? " (" + std::to_string(seen.times) + " times)" : "";
 }
 
-void Diagnosis::Show(Report *report) const
+Json Diagnosis::FindingsOf(Topic topic, std::string *text) const
+{
+    Json list = Json::array();
+    for (const Seen &seen : seen_) {
+        if (seen.finding.rule->topic == topic) {
+            diagnostics::FindingView view = diagnostics::ViewOf(seen.finding, software_);
+            Json json = ToJson(view);
+            json["times"] = seen.times;
+            json["tries"] = seen.inDownloads ? downloads_ : seen.times;
+            list.push_back(std::move(json));
+            view.seen += Count(seen);
+            *text += AsText(view, "  ");
+        }
+    }
+    return list;
+}
+
+void Diagnosis::Show(Report *report, bool quiet) const
 {
     Json &points = report->json["points"] = Json::array();
     for (const Point &point : kPoints) {
@@ -130,10 +136,13 @@ void Diagnosis::Show(Report *report) const
         const auto look =
             std::find_if(looks_.begin(), looks_.end(), [&](const Look &each) { return each.topic == point.topic; });
         const std::string shown = look == looks_.end() ? "" : look->shown;
-        report->Print(Padded(point.title, kTitleWidth) + Padded(result, 10) + shown);
-        Json json = {{"point", point.title}, {"result", result}, {"shown", shown}, {"findings", Json::array()}};
-        ShowFindings(point.topic, report, &json["findings"]);
-        points.push_back(std::move(json));
+        std::string text = Padded(point.title, kTitleWidth) + Padded(result, 10) + shown + '\n';
+        Json findings = FindingsOf(point.topic, &text);
+        if (!quiet || !findings.empty()) {
+            report->Print(text.substr(0, text.size() - 1));
+        }
+        points.push_back(
+            {{"point", point.title}, {"result", result}, {"shown", shown}, {"findings", std::move(findings)}});
     }
 }
 

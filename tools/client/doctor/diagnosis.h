@@ -1,4 +1,4 @@
-// What a doctor has found out, point by point.
+// The doctor's findings, point by point.
 #pragma once
 
 #include "diagnostics/judge.h"
@@ -11,24 +11,29 @@ namespace client {
 
 class Diagnosis {
 public:
-    // Takes over findings; the same rule again is counted.
-    void Add(const diagnostics::Findings &findings);
+    // Adds findings; the same rule again is counted.
+    void Add(const diagnostics::Findings &findings) { Add(findings, false); }
     void Add(const diagnostics::Rule &rule, const std::string &evidence) { Add({{&rule, evidence}}); }
+    // The same for one of the downloads, which are counted, too.
+    void AddDownload(const diagnostics::Findings &findings);
 
     // A point was looked at. shown: the bytes or numbers that show it to be right.
     void LookedAt(diagnostics::Topic topic, const std::string &shown);
+    // How the server names itself: chooses the fixes.
+    void SetSoftware(const std::string &software) { software_ = software; }
 
-    [[nodiscard]] bool Has(const diagnostics::Rule &rule) const;
     [[nodiscard]] bool HasErrors() const;
-    // An error in a point other than the segments, where each try may see another thing.
+    // An error in a point other than the segments, where each try may differ.
     [[nodiscard]] bool HasErrorsBesideSegments() const;
+    int downloads() const { return downloads_; }
 
-    // Shows each point with what was found.
-    void Show(Report *report) const;
+    // Shows each point with its findings; without the points that have none if quiet.
+    void Show(Report *report, bool quiet) const;
 
 private:
     struct Seen {
         diagnostics::Finding finding;
+        bool inDownloads;
         int times = 1;
     };
     struct Look {
@@ -36,11 +41,15 @@ private:
         std::string shown;
     };
 
-    void ShowFindings(diagnostics::Topic topic, Report *report, nlohmann::ordered_json *json) const;
+    void Add(const diagnostics::Findings &findings, bool inDownloads);
+    [[nodiscard]] nlohmann::ordered_json FindingsOf(diagnostics::Topic topic, std::string *text) const;
+    [[nodiscard]] std::string Count(const Seen &seen) const;
     [[nodiscard]] std::string Result(diagnostics::Topic topic) const;
 
     std::vector<Seen> seen_;
     std::vector<Look> looks_;
+    std::string software_;
+    int downloads_ = 0;
 };
 
 } // namespace client

@@ -1,12 +1,13 @@
 #include "doctor/doctor.h"
 
+#include "doctor/download_points.h"
 #include "doctor/library_check.h"
 #include "doctor/purchase_check.h"
 #include "diagnostics/connection_rules.h"
-#include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/reply_rules.h"
+#include "interruption.h"
 #include "path.h"
 
 #include <fstream>
@@ -25,13 +26,6 @@ constexpr int kTriesToTheEnd = 3;
 // are quick and nothing is found, many are made.
 constexpr int kQuickTriesForEach = 10;
 constexpr std::chrono::seconds kForQuickTries{2};
-
-std::string HostIn(const std::string &url)
-{
-    const std::size_t slashes = url.find("//");
-    const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
-    return url.substr(start, url.find_first_of(":/", start) - start);
-}
 
 Identity ReadIdentity(const std::string &profile)
 {
@@ -53,12 +47,14 @@ std::string QueryOf(const Examination &examination)
            "&max=" + std::to_string(list.max);
 }
 
-std::string Bytes(std::size_t count)
-{
-    return std::to_string(count) + " bytes";
-}
-
 } // namespace
+
+std::string HostIn(const std::string &url)
+{
+    const std::size_t slashes = url.find("//");
+    const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
+    return url.substr(start, url.find_first_of(":/", start) - start);
+}
 
 const Diagnosis &Doctor::Examine()
 {
@@ -68,10 +64,12 @@ const Diagnosis &Doctor::Examine()
     if (!FindServer() || !TryDownloads()) {
         return diagnosis_;
     }
-    if (!examination_.profile.empty()) {
-        PurchaseCheck(examination_, identity_, address_, &diagnosis_).Run();
+    if (!examination_.profile.empty() && !StopRequest::IsMade()) {
+        hasBought_ = PurchaseCheck(examination_, identity_, &steps_, &diagnosis_).Run();
     }
-    LibraryCheck(examination_, last_, &diagnosis_).Run();
+    if (!StopRequest::IsMade()) {
+        LibraryCheck(examination_, last_, &steps_, &diagnosis_).Run();
+    }
     return diagnosis_;
 }
 
@@ -83,12 +81,15 @@ bool Doctor::FindServer()
     if (diagnosis_.HasErrors()) {
         return false;
     }
+    steps_.Begin("looking the host up");
     diagnosis_.Add(LookUp(HostIn(examination_.url), examination_.port, &address_));
-    diagnosis_.LookedAt(Topic::kName, Dotted(address_));
+    if (!diagnosis_.HasErrors()) {
+        diagnosis_.LookedAt(Topic::kName, Dotted(address_));
+    }
     return !diagnosis_.HasErrors();
 }
 
-// False when there is no use in going on.
+// False if there is no point in going on.
 bool Doctor::TryDownloads()
 {
     const std::string request = DownloadRequest(examination_.url + QueryOf(examination_), identity_);
@@ -96,16 +97,18 @@ bool Doctor::TryDownloads()
     const auto untilQuick = std::chrono::steady_clock::now() + kForQuickTries;
     const auto goesOn = [&] {
         const bool quick = !diagnosis_.HasErrors() && std::chrono::steady_clock::now() < untilQuick;
-        return seen_ < (quick ? tries * kQuickTriesForEach : tries) && blind_ < tries * (kMostTriesForEach - 1);
+        return seen_ < (quick ? tries * kQuickTriesForEach : tries) && blind_ < tries * (kMostTriesForEach - 1) &&
+               !StopRequest::IsMade();
     };
     while (goesOn()) {
+        steps_.Begin("download " + std::to_string(seen_ + blind_ + 1) + " of at least " + std::to_string(tries));
         if (!TryDownload(request)) {
             return false;
         }
     }
-    if (seen_ == 0) {
-        diagnosis_.Add(diagnostics::kTogetherByLuck,
-                       "in each of " + std::to_string(blind_) + " tries more than one segment was there at once");
+    if (seen_ == 0 && blind_ > 0) {
+        diagnosis_.Add(diagnostics::kPacketsJoined,
+                       "more than one packet was there at once in each of " + std::to_string(blind_) + " downloads");
     }
     ShowDownload(last_);
     return true;
@@ -121,42 +124,28 @@ bool Doctor::TryDownload(const std::string &request)
         return false;
     }
     made.exchange.request.clear(); // is ours, not the server's
-    const diagnostics::Findings findings = diagnostics::Judge(made.exchange);
-    diagnosis_.Add(findings);
+    diagnosis_.SetSoftware(diagnostics::ServerSoftware(made.exchange.reply));
+    diagnosis_.AddDownload(diagnostics::Judge(made.exchange));
     ++(made.sawFirstSegment ? seen_ : blind_);
     slowest_ = std::max(slowest_, made.exchange.firstByteAfter);
     last_ = std::move(made.exchange);
     diagnosis_.LookedAt(Topic::kFirstBytes, diagnostics::Printable(last_.reply, 30));
-    // a server that is waited for once is not waited for again
+    // a server that was waited for once is not waited for again
     return !last_.reply.empty() && last_.end != diagnostics::End::kTimeOut;
 }
 
 void Doctor::ShowDownload(const diagnostics::Exchange &exchange)
 {
-    const std::size_t headLength = diagnostics::DeviceReading(exchange).headLength();
-    const std::vector<diagnostics::HeadLine> lines = diagnostics::ReadHeadLines(exchange.reply);
-    const auto line = [&](const char *name) {
-        const diagnostics::HeadLine *found = diagnostics::FindLine(lines, name);
-        return found == nullptr ? std::string() : diagnostics::Printable(found->whole);
-    };
-    const bool hasHead = diagnostics::DeviceReading(exchange).headIsWhole();
-    diagnosis_.LookedAt(Topic::kHead, hasHead ? Bytes(headLength) + ", 1024 are the most" : "");
-    const std::string tries = std::to_string(seen_ + blind_) + " tries";
+    for (const auto &[topic, shown] : PointsOf(exchange)) {
+        diagnosis_.LookedAt(topic, shown);
+    }
+    const std::string tries = std::to_string(seen_ + blind_) + " downloads";
     diagnosis_.LookedAt(Topic::kSegments,
                         exchange.segments == 0
-                            ? "by the first reception alone, in " + tries +
-                                  ": this system tells none, and luck may hide a split"
-                            : "the first segment was seen in " + std::to_string(seen_) + " of " + tries);
+                            ? "by the first reception only, in " + tries +
+                                  ": this system shows no packets, and a split may be hidden"
+                            : "the first packet was seen in " + std::to_string(seen_) + " of " + tries);
     diagnosis_.LookedAt(Topic::kTime, "first byte after at most " + std::to_string(slowest_.count()) + " ms");
-    if (!hasHead) {
-        return;
-    }
-    diagnosis_.LookedAt(Topic::kStatus, diagnostics::Printable(lines.front().whole));
-    if (diagnostics::DeviceReading(exchange).status() == PAVONIX_OK) {
-        diagnosis_.LookedAt(Topic::kLength, line("Content-Length"));
-        diagnosis_.LookedAt(Topic::kCoding, line("Transfer-Encoding") + line("Content-Encoding"));
-        diagnosis_.LookedAt(Topic::kBody, Bytes(exchange.reply.size() - headLength + exchange.beyond));
-    }
 }
 
 } // namespace client

@@ -7,9 +7,9 @@ namespace client {
 
 class LibraryCheck {
 public:
-    // plain: what the last plain socket saw.
-    LibraryCheck(const Examination &examination, const diagnostics::Exchange &plain, Diagnosis *diagnosis)
-        : examination_(examination), plain_(plain), diagnosis_(diagnosis)
+    // plain: the last download over a plain socket.
+    LibraryCheck(const Examination &examination, const diagnostics::Exchange &plain, Steps *steps, Diagnosis *diagnosis)
+        : examination_(examination), plain_(plain), steps_(steps), diagnosis_(diagnosis)
     {
     }
 
@@ -18,6 +18,7 @@ public:
 private:
     const Examination &examination_;
     const diagnostics::Exchange &plain_;
+    Steps *steps_;
     Diagnosis *diagnosis_;
 };
 

@@ -1,8 +1,10 @@
 #include "doctor/purchase_check.h"
 
 #include "diagnostics/device_reading.h"
+#include "diagnostics/head_lines.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/purchase_rules.h"
+#include "interruption.h"
 
 namespace client {
 
@@ -13,68 +15,98 @@ using diagnostics::Topic;
 constexpr int kNoSuchGood = 2147483647;
 constexpr int kHoursOff = 5 * 3600;
 constexpr int kClockIsOff = 906;
-constexpr const char *kBadToken = // 128 bytes, as a key of 1024 bits would make, of no key at all
+constexpr const char *kBadToken = // 128 bytes, as a key of 1024 bits would make, forged
     "AAECAwQFBgcICQoLDA0ODxAREhMUFRYXGBkaGxwdHh8gISIjJCUmJygpKissLS4vMDEyMzQ1Njc4OTo7PD0+P0BBQkNERUZHSElKS0xNTk9QUVJT"
     "VFVWV1hZWltcXV5fYGFiY2RlZmdoaWprbG1ub3BxcnN0dXZ3eHl6e3x9fn8=";
 
 } // namespace
 
-PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, const Address &address,
+PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, Steps *steps,
                              Diagnosis *diagnosis)
     : examination_(examination),
       identity_(identity),
-      address_(address),
+      steps_(steps),
       diagnosis_(diagnosis),
       type_(examination.buy ? examination.buy->first : 1),
       id_(examination.buy ? examination.buy->second : kNoSuchGood)
 {
 }
 
-void PurchaseCheck::Run()
+bool PurchaseCheck::Run()
 {
-    diagnosis_->Add(diagnostics::JudgeUrl(examination_.buyUrl, diagnostics::Call::kPurchase));
     const std::string token = MakeToken(identity_, 0);
     if (token.empty()) {
         diagnosis_->Add(diagnostics::kTokenEmpty, "the profile's keys make none");
+        return false;
+    }
+    if (!FindServer()) {
+        return false;
+    }
+    if (examination_.buy) {
+        return TryGood(token);
+    }
+    TryWithoutBuying(token);
+    return false;
+}
+
+bool PurchaseCheck::FindServer()
+{
+    const diagnostics::Findings wrong = diagnostics::JudgeUrl(examination_.buyUrl, diagnostics::Call::kPurchase);
+    const diagnostics::Findings unknown = LookUp(HostIn(examination_.buyUrl), examination_.buyPort, &address_);
+    diagnosis_->Add(wrong);
+    diagnosis_->Add(unknown);
+    return diagnostics::FirstError(wrong) == nullptr && unknown.empty();
+}
+
+// With a good that exists each refusal has one reason.
+bool PurchaseCheck::TryGood(const std::string &token)
+{
+    TryBadToken(nullptr);
+    TryClock(nullptr, -kHoursOff);
+    TryClock(nullptr, kHoursOff);
+    const Answer bought = Try(token);
+    if (!goOn_) {
+        return false;
+    }
+    if (bought.status != PAVONIX_OK) {
+        diagnosis_->Add(bought.isNoShop() ? diagnostics::kNotAShop : diagnostics::kDeviceRefused, bought.shown);
+    }
+    diagnosis_->LookedAt(Topic::kToken, "bought: " + bought.shown);
+    TryAgain(token, bought);
+    return bought.status == PAVONIX_OK;
+}
+
+// Without one a refusal must differ from that of a good token.
+void PurchaseCheck::TryWithoutBuying(const std::string &token)
+{
+    const Answer baseline = Try(token);
+    if (!goOn_) {
         return;
     }
-    // With a good that exists each refusal speaks for itself. Without one a refusal
-    // must differ from that of a good token for a good that does not exist.
-    Answer baseline;
-    if (!examination_.buy) {
-        baseline = Try(token);
-        if (baseline.status == PAVONIX_OK) {
-            diagnosis_->Add(diagnostics::kSoldNothing, baseline.shown);
-            return;
-        }
+    if (baseline.status == PAVONIX_OK || baseline.isNoShop()) {
+        diagnosis_->Add(baseline.status == PAVONIX_OK ? diagnostics::kSoldNothing : diagnostics::kNotAShop,
+                        baseline.shown);
+        return;
     }
-    const Answer *compared = examination_.buy ? nullptr : &baseline;
-    TryBadToken(compared);
-    TryClock(compared, -kHoursOff);
-    TryClock(compared, kHoursOff);
-    if (examination_.buy && goOn_) {
-        const Answer bought = Try(token);
-        if (bought.status != PAVONIX_OK) {
-            diagnosis_->Add(diagnostics::kDeviceRefused, bought.shown);
-        }
-        diagnosis_->LookedAt(Topic::kToken, "bought: " + bought.shown);
-        TryAgain(token, bought);
-    } else {
-        TryAgain(token, baseline);
-    }
+    TryBadToken(&baseline);
+    TryClock(&baseline, -kHoursOff);
+    TryClock(&baseline, kHoursOff);
+    TryAgain(token, baseline);
 }
 
 PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
 {
+    goOn_ = goOn_ && !StopRequest::IsMade();
     if (!goOn_) {
         return {};
     }
+    steps_->Begin("purchase " + std::to_string(++tries_) + " of 5");
     const std::string request = PurchaseRequest(examination_.buyUrl, identity_, token, type_, id_);
     PlainExchange made = Ask(address_, request, diagnostics::Call::kPurchase, examination_.patience);
     diagnosis_->Add(made.noConnection);
     if (made.noConnection.empty()) {
         diagnosis_->Add(diagnostics::Judge(made.exchange));
-        diagnosis_->LookedAt(Topic::kFormEnd, "no reset behind the reply");
+        diagnosis_->LookedAt(Topic::kFormEnd, "no reset after the reply");
     }
     const diagnostics::DeviceReading device(made.exchange);
     goOn_ = device.status() != 0;
@@ -90,7 +122,9 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
     if (goOn_ && device.status() != PAVONIX_OK) {
         diagnosis_->LookedAt(Topic::kVerdict, shown);
     }
-    return {device.status(), diagnostics::NumberIn(code), shown};
+    const bool hasCode =
+        diagnostics::FindLine(diagnostics::ReadHeadLines(made.exchange.reply), "X-Error-Code") != nullptr;
+    return {device.status(), diagnostics::NumberIn(code), hasCode, shown};
 }
 
 void PurchaseCheck::TryBadToken(const Answer *baseline)
@@ -99,11 +133,11 @@ void PurchaseCheck::TryBadToken(const Answer *baseline)
     if (!goOn_) {
         return;
     }
-    diagnosis_->LookedAt(Topic::kToken, "a token of no key: " + answer.shown);
+    diagnosis_->LookedAt(Topic::kToken, "forged token: " + answer.shown);
     if (answer.status == PAVONIX_OK) {
         diagnosis_->Add(diagnostics::kBadTokenSold, answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(diagnostics::kTokenUntold, "with and without a good token: " + answer.shown);
+        diagnosis_->Add(diagnostics::kTokenUnverified, "with and without a good token: " + answer.shown);
     }
 }
 
@@ -117,7 +151,7 @@ void PurchaseCheck::TryClock(const Answer *baseline, int secondsOff)
     if (answer.status == PAVONIX_OK) {
         diagnosis_->Add(diagnostics::kClockNotChecked, hours + answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(diagnostics::kTokenUntold, hours + answer.shown);
+        diagnosis_->Add(diagnostics::kTokenUnverified, hours + answer.shown);
     } else if (answer.code != 0 && answer.code != kClockIsOff) {
         diagnosis_->Add(diagnostics::kClockOtherCode, hours + answer.shown);
     }
@@ -133,7 +167,7 @@ void PurchaseCheck::TryAgain(const std::string &token, const Answer &first)
     if (answer.status == PAVONIX_OK) {
         diagnosis_->Add(diagnostics::kReplaySold, answer.shown);
     } else if (answer == first) {
-        diagnosis_->Add(diagnostics::kReplayUntold, "both times: " + answer.shown);
+        diagnosis_->Add(diagnostics::kReplayUnverified, "both times: " + answer.shown);
     }
 }
 

@@ -1,4 +1,4 @@
-// Tries what a server does with purchases, without buying unless told to.
+// Tries a server's purchases, without buying anything unless a good is named.
 #pragma once
 
 #include "doctor/doctor.h"
@@ -7,21 +7,29 @@ namespace client {
 
 class PurchaseCheck {
 public:
-    PurchaseCheck(const Examination &examination, const Identity &identity, const Address &address,
-                  Diagnosis *diagnosis);
+    static constexpr int kNothingThere = 900; // the sample shop's code for a path that it does not have
 
-    void Run();
+    PurchaseCheck(const Examination &examination, const Identity &identity, Steps *steps, Diagnosis *diagnosis);
+
+    // Returns whether a good was bought.
+    [[nodiscard]] bool Run();
 
 private:
     struct Answer {
         int status = 0;
         int code = 0;
+        bool hasCode = false; // an X-Error-Code in any spelling
         std::string shown;
 
+        // Refused as by a web server that has nothing at this address.
+        bool isNoShop() const { return status >= 400 && status < 500 && (!hasCode || code == kNothingThere); }
         bool operator==(const Answer &other) const { return status == other.status && code == other.code; }
     };
 
-    // One purchase of the chosen good; its reply is judged.
+    [[nodiscard]] bool FindServer();
+    [[nodiscard]] bool TryGood(const std::string &token);
+    void TryWithoutBuying(const std::string &token);
+    // One purchase of the chosen good; its reply is diagnosed.
     Answer Try(const std::string &token);
     void TryBadToken(const Answer *baseline);
     void TryClock(const Answer *baseline, int secondsOff);
@@ -29,11 +37,13 @@ private:
 
     const Examination &examination_;
     const Identity &identity_;
-    const Address &address_;
+    Address address_;
+    Steps *steps_;
     Diagnosis *diagnosis_;
+    int tries_ = 0;
     int type_;
     int id_;
-    bool goOn_ = true; // false when the server does not answer
+    bool goOn_ = true; // false once the server sends no reply
 };
 
 } // namespace client

@@ -117,9 +117,13 @@ Socket Listen(Address *address, int mostWaiting)
     return listener;
 }
 
-Socket Accept(int listener)
+Socket Accept(int listener, Address *client)
 {
-    return Socket(accept4(listener, nullptr, nullptr, SOCK_CLOEXEC));
+    sockaddr_in system = {};
+    socklen_t length = sizeof system;
+    Socket accepted(accept4(listener, reinterpret_cast<sockaddr *>(&system), &length, SOCK_CLOEXEC));
+    *client = AddressOf(system);
+    return accepted;
 }
 
 int LastSocketError()

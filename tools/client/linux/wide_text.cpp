@@ -1,5 +1,6 @@
 #include "wide_text.h"
 
+#include "diagnostics/printable.h"
 #include "exit_code.h"
 
 #include <iconv.h>
@@ -31,7 +32,7 @@ WideText ToWide(std::string_view utf8)
 {
     WideText wide;
     if (!Convert("UTF-8", "UTF-16LE", utf8, &wide)) {
-        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + Printable(std::string(utf8)));
+        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + diagnostics::PrintableText(utf8));
     }
     return wide;
 }

@@ -1,5 +1,12 @@
 #include "watch/relay.h"
 
+#include "diagnostics/printable.h"
+#include "diagnostics/purchase_rules.h"
+#include "diagnostics/reply_rules.h"
+
+#include <algorithm>
+#include <iterator>
+
 namespace client {
 
 namespace {
@@ -10,6 +17,11 @@ using std::chrono::milliseconds;
 
 constexpr std::size_t kMostOfARequest = 64 * 1024;
 constexpr milliseconds kListenOn{1000};
+
+// A server that is left alone ends its reply early.
+constexpr const diagnostics::Rule *kAlsoCausedByTheClient[] = {&diagnostics::kSilent, &diagnostics::kClosedEmpty,
+                                                               &diagnostics::kResetEarly, &diagnostics::kBodyReset,
+                                                               &diagnostics::kLengthTooLarge};
 
 } // namespace
 
@@ -42,14 +54,18 @@ void Relay::Run()
             goOn = false;
         }
     }
+    deviceLeftEarly_ = deviceIsDone_ && !watch.IsComplete();
     if (deviceIsDone_ && replyHasBegun_) {
         ListenOn(&watch);
+    }
+    if (seen_.exchange.end == End::kTimeOut) {
+        seen_.exchange.waited = idle_;
     }
     seen_.sawFirstSegment = watch.sawFirstSegment();
     EndLikeTheServer();
 }
 
-// The device has left; what else the server sends shows what it meant to say.
+// The device has left; the rest of the reply shows whether the server is at fault.
 void Relay::ListenOn(ReplyWatch *watch)
 {
     const Deadline until = Clock::now() + std::min(idle_, kListenOn);
@@ -67,7 +83,7 @@ Relay::Side Relay::WaitForOne()
     return ready < 0 ? Side::kNone : ready == server_.get() ? Side::kServer : Side::kDevice;
 }
 
-// False when the relay is over.
+// False once the exchange is over.
 bool Relay::CarryRequest()
 {
     char piece[4096];
@@ -75,11 +91,14 @@ bool Relay::CarryRequest()
     if (received <= 0) {
         deviceIsDone_ = true;
         EndSending(server_.get());
-        return !replyHasBegun_ && received == 0; // it has what it wanted, or may still wait
+        return !replyHasBegun_ && received == 0; // it may still wait for the reply
     }
     const std::string_view bytes(piece, static_cast<std::size_t>(received));
     std::string &request = seen_.exchange.request;
     request.append(bytes.substr(0, kMostOfARequest - std::min(kMostOfARequest, request.size())));
+    if (request.starts_with("POST ")) {
+        seen_.exchange.call = diagnostics::Call::kPurchase;
+    }
     return SendAll(server_.get(), bytes, Clock::now() + idle_);
 }
 
@@ -93,6 +112,26 @@ bool Relay::CarryReply(ReplyWatch *watch)
     }
     const std::string_view bytes = watch->Read(deadline, most);
     return !bytes.empty() && SendAll(device_.get(), bytes, deadline);
+}
+
+diagnostics::Findings Relay::Diagnose() const
+{
+    if (!seen_.noConnection.empty()) {
+        return seen_.noConnection;
+    }
+    const diagnostics::Exchange &exchange = seen_.exchange;
+    if (exchange.request.find("\r\n\r\n") == std::string::npos) {
+        return {{&diagnostics::kNoRequest,
+                 exchange.request.empty() ? "no byte" : diagnostics::Printable(exchange.request, 60)}};
+    }
+    diagnostics::Findings findings = diagnostics::Judge(exchange);
+    for (diagnostics::Finding &finding : findings) {
+        if (deviceLeftEarly_ && std::find(std::begin(kAlsoCausedByTheClient), std::end(kAlsoCausedByTheClient),
+                                          finding.rule) != std::end(kAlsoCausedByTheClient)) {
+            finding.rule = &diagnostics::kClientLeft;
+        }
+    }
+    return findings;
 }
 
 void Relay::EndLikeTheServer()

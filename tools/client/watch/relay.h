@@ -1,4 +1,4 @@
-// Carries one connection between a device and its server, and looks on.
+// Passes one connection on between a device and its server, and observes it.
 #pragma once
 
 #include "wire/plain_exchange.h"
@@ -10,16 +10,19 @@ namespace client {
 
 class Relay {
 public:
-    // idle: how long nothing may come from either side.
+    // idle: the longest silence of both sides.
     Relay(Socket device, const Address &server, std::chrono::milliseconds idle);
 
     // Returns when the connection is over, at the latest `idle` after its last byte.
-    // Bytes are passed on as they come: the first segment of the reply goes out as a
-    // segment of its own when it was told apart from the next.
+    // Bytes are passed on as they arrive: the first segment of the reply is sent on as
+    // a segment of its own if it could be told apart from the next.
     void Run();
 
-    // What was seen; findings only when the server could not be reached.
-    const PlainExchange &seen() const { return seen_; }
+    const diagnostics::Exchange &exchange() const { return seen_.exchange; }
+    bool sawFirstSegment() const { return seen_.sawFirstSegment; }
+    // Includes why the server could not be reached. The client's faults are not the
+    // server's: no request, or gone before the whole reply was there.
+    [[nodiscard]] diagnostics::Findings Diagnose() const;
 
 private:
     enum class Side { kNone, kDevice, kServer };
@@ -36,6 +39,7 @@ private:
     std::chrono::milliseconds idle_;
     bool replyHasBegun_ = false;
     bool deviceIsDone_ = false;
+    bool deviceLeftEarly_ = false;
     PlainExchange seen_;
 };
 

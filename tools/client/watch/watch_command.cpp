@@ -1,8 +1,9 @@
 #include "watch/watch_command.h"
 
 #include "diagnostics/device_reading.h"
+#include "report.h"
 #include "system.h"
-#include "watch/exchange_view.h"
+#include "token/time_text.h"
 #include "watch/relay.h"
 #include "wire/segments.h"
 
@@ -27,6 +28,7 @@ struct Options {
     std::string to;
     double seconds = 60;
     int exchanges = 0;
+    bool json = false;
 };
 
 Address ServerOf(const std::string &to)
@@ -37,6 +39,9 @@ Address ServerOf(const std::string &to)
     if (colon == std::string::npos || std::from_chars(to.data() + colon + 1, end, port).ptr != end || port < 1 ||
         port > 65535) {
         throw Failure(ExitCode::kUsage, "--to must be HOST:PORT");
+    }
+    if (to.find('/') != std::string::npos) {
+        throw Failure(ExitCode::kUsage, "--to must be HOST:PORT, without http:// and without a path");
     }
     Address address;
     const diagnostics::Findings unknown = LookUp(to.substr(0, colon), port, &address);
@@ -58,21 +63,54 @@ Socket ListenFor(const Options &options)
         throw Failure(ExitCode::kLocalFailure,
                       "port " + std::to_string(options.listen) + ": " + NetworkErrorText(LastSocketError()));
     }
-    std::cout << "watching port " << address.port << " for " << options.to << std::endl;
+    (options.json ? std::cerr : std::cout) << "watching port " << address.port << " for " << options.to << std::endl;
     return listener;
 }
 
-std::string TitleOf(int number, const PlainExchange &seen)
+struct Seen {
+    int number = 0;
+    token::WallTime at = token::WallTimeNow(); // the device connected
+    std::string client;
+    diagnostics::Exchange exchange;
+    bool sawFirstSegment = false;
+};
+
+std::string TitleOf(const Seen &seen)
 {
     const diagnostics::Exchange &exchange = seen.exchange;
     const std::string first = std::to_string(std::min(exchange.firstBytes, exchange.reply.size()));
-    const std::string segments = !seen.sawFirstSegment    ? "segments not told apart"
+    const std::string segments = !seen.sawFirstSegment    ? "packets not told apart"
                                  : exchange.segments == 0 ? first + " of them in the first reception"
-                                                          : first + " of them at first";
-    return "exchange " + std::to_string(number) + ": status " +
-           std::to_string(diagnostics::DeviceReading(exchange).status()) + ", " +
+                                                          : first + " of them in the first packet";
+    return token::FormatSortable(seen.at) + " " + seen.client + " exchange " + std::to_string(seen.number) +
+           ": status " + std::to_string(diagnostics::DeviceReading(exchange).status()) + ", " +
            std::to_string(exchange.reply.size() + exchange.beyond) + " bytes, " + segments + ", after " +
            std::to_string(exchange.firstByteAfter.count()) + " ms";
+}
+
+nlohmann::ordered_json ToJson(const diagnostics::MessageView &message)
+{
+    return {{"head", message.head}, {"body", message.body}, {"body_size", message.bodySize}};
+}
+
+nlohmann::ordered_json ToJson(const Seen &seen, const diagnostics::ExchangeView &view)
+{
+    nlohmann::ordered_json json = {{"exchange", seen.number},
+                                   {"time", token::FormatSortable(seen.at)},
+                                   {"client", seen.client},
+                                   {"status", diagnostics::DeviceReading(seen.exchange).status()},
+                                   {"first_packet", nullptr},
+                                   {"first_byte_ms", seen.exchange.firstByteAfter.count()},
+                                   {"request", ToJson(view.request)},
+                                   {"reply", ToJson(view.reply)},
+                                   {"findings", nlohmann::ordered_json::array()}};
+    if (seen.sawFirstSegment) {
+        json["first_packet"] = std::min(seen.exchange.firstBytes, seen.exchange.reply.size());
+    }
+    for (const diagnostics::FindingView &finding : view.findings) {
+        json["findings"].push_back(client::ToJson(finding));
+    }
+    return json;
 }
 
 class Watch {
@@ -82,7 +120,7 @@ public:
     void Run();
 
 private:
-    void Carry(Socket device);
+    void Carry(Socket device, Seen seen);
 
     const Options &options_;
     Address server_;
@@ -97,14 +135,17 @@ void Watch::Run()
     const Socket listener = ListenFor(options_);
     for (int taken = 0; options_.exchanges == 0 || taken < options_.exchanges;) {
         free_.acquire();
-        Socket device = Accept(listener.get());
+        Address client;
+        Socket device = Accept(listener.get(), &client);
         if (device.get() < 0) {
             free_.release();
             continue;
         }
         ++taken;
-        std::thread([this, taken_ = std::move(device)]() mutable {
-            Carry(std::move(taken_));
+        Seen seen;
+        seen.client = Dotted(client) + ":" + std::to_string(client.port);
+        std::thread([this, taken_ = std::move(device), seen = std::move(seen)]() mutable {
+            Carry(std::move(taken_), std::move(seen));
             free_.release();
         }).detach();
     }
@@ -113,17 +154,20 @@ void Watch::Run()
     }
 }
 
-void Watch::Carry(Socket device)
+void Watch::Carry(Socket device, Seen seen)
 {
     Relay relay(std::move(device), server_, std::chrono::milliseconds(static_cast<int>(options_.seconds * 1000)));
     relay.Run();
-    PlainExchange seen = relay.seen();
-    seen.exchange.call =
-        seen.exchange.request.starts_with("POST ") ? diagnostics::Call::kPurchase : diagnostics::Call::kDownload;
-    const diagnostics::Findings findings =
-        seen.noConnection.empty() ? diagnostics::Judge(seen.exchange) : seen.noConnection;
+    seen.exchange = relay.exchange();
+    seen.sawFirstSegment = relay.sawFirstSegment();
+    const diagnostics::ExchangeView view = diagnostics::ViewOf(seen.exchange, relay.Diagnose());
     const std::lock_guard<std::mutex> lock(output_);
-    ShowExchange(std::cout, TitleOf(++shown_, seen), seen.exchange, findings);
+    seen.number = ++shown_;
+    if (options_.json) {
+        std::cout << ToJson(seen, view).dump(-1, ' ', true) << std::endl;
+    } else {
+        std::cout << TitleOf(seen) << '\n' << AsText(view) << std::flush;
+    }
 }
 
 } // namespace
@@ -131,8 +175,9 @@ void Watch::Carry(Socket device)
 void AddWatchCommand(CLI::App &app, ExitCode *exitCode)
 {
     const auto options = std::make_shared<Options>();
-    CLI::App *watch = app.add_subcommand("watch", "Stand between a device and its server and judge what they say");
-    watch->add_option("--listen", options->listen, "Port that the device is pointed at; 0 picks a free one")
+    CLI::App *watch =
+        app.add_subcommand("watch", "Relay between a device and its server, and show and diagnose each exchange");
+    watch->add_option("--listen", options->listen, "Port to listen on, for the device; 0 picks a free one")
         ->check(CLI::Range(0, 65535))
         ->required();
     watch->add_option("--to", options->to, "The server, HOST:PORT")->required();
@@ -140,9 +185,10 @@ void AddWatchCommand(CLI::App &app, ExitCode *exitCode)
     watch->add_option("--timeout", options->seconds, "End an exchange after so many seconds of silence")
         ->check(CLI::Range(0.05, 3600.0))
         ->capture_default_str();
-    watch->add_option("--exchanges", options->exchanges, "End after so many exchanges; 0 never ends")
+    watch->add_option("--exchanges", options->exchanges, "End after so many exchanges; 0 for no end")
         ->check(CLI::Range(0, 1000000))
         ->capture_default_str();
+    watch->add_flag("--json", options->json, "Write one JSON object a line for each exchange");
     watch->callback([=] {
         Watch(*options).Run();
         *exitCode = ExitCode::kDone;

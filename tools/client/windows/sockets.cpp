@@ -119,9 +119,13 @@ Socket Listen(Address *address, int mostWaiting)
     return listener;
 }
 
-Socket Accept(int listener)
+Socket Accept(int listener, Address *client)
 {
-    return Socket(static_cast<int>(accept(HandleOf(listener), nullptr, nullptr)));
+    sockaddr_in system = {};
+    int length = sizeof system;
+    Socket accepted(static_cast<int>(accept(HandleOf(listener), reinterpret_cast<sockaddr *>(&system), &length)));
+    *client = AddressOf(system);
+    return accepted;
 }
 
 int LastSocketError()

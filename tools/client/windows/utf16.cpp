@@ -1,5 +1,6 @@
 #include "windows/utf16.h"
 
+#include "diagnostics/printable.h"
 #include "exit_code.h"
 #include "wide_text.h"
 
@@ -41,7 +42,7 @@ WideText ToWide(std::string_view utf8)
 {
     std::wstring wide;
     if (!Widen(utf8, MB_ERR_INVALID_CHARS, &wide)) {
-        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + Printable(std::string(utf8)));
+        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + diagnostics::PrintableText(utf8));
     }
     return wide;
 }

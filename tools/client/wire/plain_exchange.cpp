@@ -85,6 +85,7 @@ PlainExchange Ask(const Address &address, const std::string &request, diagnostic
     }
     made.exchange.request = request;
     Receive(&watch, deadline, toTheEnd, &made);
+    made.exchange.waited = made.exchange.end == End::kTimeOut ? patience : milliseconds(0);
     return made;
 }
 

@@ -58,7 +58,7 @@ void ReplyWatch::NoteFirstSegment(const Arrived &arrived)
 
 std::string_view ReplyWatch::Read(const Deadline &deadline, std::size_t most)
 {
-    if (!WaitToRead(socket_, &deadline)) {
+    if (Clock::now() > deadline || !WaitToRead(socket_, &deadline)) {
         exchange_->end = End::kTimeOut;
         return {};
     }

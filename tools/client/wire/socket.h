@@ -66,7 +66,7 @@ private:
 
 // For port 0 the one that was picked stands in *address.
 [[nodiscard]] Socket Listen(Address *address, int mostWaiting);
-[[nodiscard]] Socket Accept(int listener);
+[[nodiscard]] Socket Accept(int listener, Address *client);
 
 [[nodiscard]] int LastSocketError();
 

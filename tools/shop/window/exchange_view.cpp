@@ -1,7 +1,7 @@
 #include "shop/window/exchange_view.h"
 
+#include "diagnostics/exchange_view.h"
 #include "diagnostics/head_lines.h"
-#include "diagnostics/judge.h"
 #include "shop/window/html.h"
 #include "shop/window/token_view.h"
 
@@ -14,25 +14,34 @@ std::string Html(std::string_view text)
     return shop::Html(std::string(text));
 }
 
-std::string RemediesAsHtml(const diagnostics::Rule &rule)
+std::string FixesAsHtml(const std::vector<std::string> &fixes)
 {
     std::string html;
-    for (const diagnostics::Remedy &remedy : rule.remedies) {
-        html += "<dt>" + Html(remedy.server) + "</dt><dd>" + Html(remedy.advice) + "</dd>";
+    for (const std::string &fix : fixes) {
+        html += "<li>" + Html(fix) + "</li>";
     }
-    return html.empty() ? "" : "<details><summary>What to do</summary><dl>" + html + "</dl></details>";
+    return html.empty() ? "" : "<details><summary>What to do</summary><ul>" + html + "</ul></details>";
 }
 
-std::string FindingsAsHtml(const diagnostics::Findings &findings)
+std::string FindingsAsHtml(const std::vector<diagnostics::FindingView> &findings)
 {
     std::string html;
-    for (const diagnostics::Finding &finding : findings) {
-        const diagnostics::Rule &rule = *finding.rule;
-        html += rule.weight == diagnostics::Weight::kError ? "<li class=\"error\">" : "<li class=\"warning\">";
-        html += "<b>" + Html(rule.sentence) + "</b> <code>" + Html(finding.evidence) +
-                "</code><br>The device: " + Html(rule.device) + "." + RemediesAsHtml(rule) + "</li>";
+    for (const diagnostics::FindingView &finding : findings) {
+        html += "<li class=\"" + finding.severity + "\"><b>" + Html(finding.sentence) + "</b> <code>" +
+                Html(finding.seen) + "</code><br>The device: " + Html(finding.device) + "." +
+                FixesAsHtml(finding.fixes) + "</li>";
     }
-    return html.empty() ? "<p>Request and reply are in order.</p>" : "<ul>" + html + "</ul>";
+    return html.empty() ? "<p>No fault found.</p>" : "<ul>" + html + "</ul>";
+}
+
+std::string MessageAsHtml(const diagnostics::MessageView &message)
+{
+    std::string html = "<pre>";
+    for (const std::string &line : message.head) {
+        html += Html(line) + "\n";
+    }
+    return html + Html(message.body) + "</pre>" +
+           (message.bodySize == 0 ? "" : "<p>body: " + std::to_string(message.bodySize) + " bytes</p>");
 }
 
 std::string HeaderOf(const diagnostics::Exchange &exchange, std::string_view name)
@@ -64,13 +73,14 @@ std::string ExchangeAsHtml(Database &database, const SeenExchange &seen)
 {
     const diagnostics::Exchange &exchange = seen.exchange;
     const diagnostics::Findings findings = diagnostics::Judge(exchange);
+    const diagnostics::ExchangeView view = diagnostics::ViewOf(exchange, findings);
     std::string html = std::string("<details class=\"exchange ") + KindOf(seen, findings) + "\"><summary>" +
-                       SummaryAsHtml(seen) + "</summary><h3>Judgement</h3>" + FindingsAsHtml(findings);
+                       SummaryAsHtml(seen) + "</summary><h3>Diagnosis</h3>" + FindingsAsHtml(view.findings);
     if (exchange.call == diagnostics::Call::kPurchase) {
         html += "<h3>Token</h3>" + TokenAsHtml(database, HeaderOf(exchange, "User-Serial"),
                                                HeaderOf(exchange, "User-ID"), HeaderOf(exchange, "User-Cert"), seen.at);
     }
-    html += "<h3>Request</h3>" + HtmlOfBytes(exchange.request) + "<h3>Reply</h3>" + HtmlOfBytes(exchange.reply);
+    html += "<h3>Request</h3>" + MessageAsHtml(view.request) + "<h3>Reply</h3>" + MessageAsHtml(view.reply);
     return html + "</details>";
 }
 

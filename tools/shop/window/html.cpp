@@ -1,13 +1,10 @@
 #include "shop/window/html.h"
 
-#include "diagnostics/printable.h"
 #include "shop/texts.h"
 
 namespace shop {
 
 namespace {
-
-constexpr std::size_t kShownBytes = 4096;
 
 void AppendEscaped(std::string *html, char letter)
 {
@@ -41,19 +38,6 @@ std::string Html(const std::string &text)
         AppendEscaped(&html, letter);
     }
     return html;
-}
-
-std::string HtmlOfBytes(std::string_view bytes)
-{
-    const std::size_t left = bytes.size() - std::min(bytes.size(), kShownBytes);
-    bytes = bytes.substr(0, kShownBytes);
-    std::string html = "<pre>";
-    while (!bytes.empty()) {
-        const std::string_view line = bytes.substr(0, std::min(bytes.find('\n'), bytes.size() - 1) + 1);
-        html += Html(diagnostics::Printable(line, line.size())) + "\n";
-        bytes.remove_prefix(line.size());
-    }
-    return html + "</pre>" + (left == 0 ? "" : "<p>and " + std::to_string(left) + " bytes more</p>");
 }
 
 } // namespace shop

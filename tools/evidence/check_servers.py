@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs "pavonix doctor" against web servers as Debian has them and writes a table: was each judged right, each time?
 
-    python3 tools/evidence/judge_servers.py [--runs 20] [NAME...]
+    python3 tools/evidence/check_servers.py [--runs 20] [NAME...]
 
 Servers that are not installed are named and left out: nginx-light lighttpd apache2-bin nodejs php-cli gunicorn
 python3-flask varnish gcc.
@@ -170,7 +170,7 @@ def examine(port, path):
     report = json.loads(done.stdout)
     findings = {f["rule"]: f for point in report["points"] for f in point["findings"]}
     shown = {point["point"]: point["shown"] for point in report["points"]}
-    return {rule for rule, finding in findings.items() if finding["weight"] == "error"}, findings, shown
+    return {rule for rule, finding in findings.items() if finding["severity"] == "error"}, findings, shown
 
 
 def row(name, start, expected, runs):

@@ -3,7 +3,7 @@
 library returned, how pavonix ended and which cause it named, and what doctor found. Ends with 1 when a cause is named
 that is not the fault's.
 
-    python3 tools/evidence/judge_faults.py [FAULT...]
+    python3 tools/evidence/check_faults.py [FAULT...]
 """
 
 import json
