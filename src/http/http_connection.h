@@ -82,6 +82,8 @@ public:
     bool connected() const { return connected_ != 0; }
 
 private:
+    void Compose(const char *method, const UrlParts &url, const ZtString &range, const ZtString &body);
+    int SendText(const ZtString &text);
     int Transact(const char *method, const char *url, ZtByteData *reply, std::uint32_t port);
 
     ZtString request_;

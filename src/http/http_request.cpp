@@ -30,11 +30,10 @@ void AppendLine(ZtString *request, const char *name, const ZtString &value, cons
     request->Append(kCrLf);
 }
 
-ZtString Assign(ZtString *member, std::string_view text)
+void Assign(ZtString *member, std::string_view text)
 {
     member->Clear();
     member->AppendN(text.data(), static_cast<std::int32_t>(text.size()));
-    return *member;
 }
 
 } // namespace
@@ -69,22 +68,26 @@ void HttpConnection::AddFormField(const char *name, const char *value)
 
 ZtString HttpConnection::ExtractHost(const UrlParts &url)
 {
-    return Assign(&host_, url.host);
+    Assign(&host_, url.host);
+    return host_;
 }
 
 ZtString HttpConnection::ExtractPath(const UrlParts &url)
 {
-    return Assign(&path_, url.target);
+    Assign(&path_, url.target);
+    return path_;
 }
 
-ZtString HttpConnection::ComposeRequest(const char *method, const UrlParts &url, ZtString range, ZtString body)
+void HttpConnection::Compose(const char *method, const UrlParts &url, const ZtString &range, const ZtString &body)
 {
+    Assign(&host_, url.host);
+    Assign(&path_, url.target);
     request_.Clear();
     request_.Append(method);
     request_.Append(" ");
-    request_.Append(ExtractPath(url));
+    request_.Append(path_);
     request_.Append(" HTTP/1.1\r\n");
-    AppendLine(&request_, "Host", ExtractHost(url), "");
+    AppendLine(&request_, "Host", host_, "");
     AppendLine(&request_, "Accept", accept_, "*/*");
     AppendLine(&request_, "User-Agent", userAgent_, kDefaultUserAgent);
     request_.Append("Connection: Keep-Alive\r\n");
@@ -105,12 +108,18 @@ ZtString HttpConnection::ComposeRequest(const char *method, const UrlParts &url,
         request_.Append(body);
         request_.Append(kCrLf); // not counted in Content-Length; servers in the field expect it
     }
+}
+
+ZtString HttpConnection::ComposeRequest(const char *method, const UrlParts &url, ZtString range, ZtString body)
+{
+    Compose(method, url, range, body);
     return request_;
 }
 
 ZtString HttpConnection::BuildRequest(const char *method, const UrlParts &url, std::uint32_t)
 {
-    return ComposeRequest(method, url, range_, formBody_);
+    Compose(method, url, range_, formBody_);
+    return request_;
 }
 
 } // namespace pavonix

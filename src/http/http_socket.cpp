@@ -77,8 +77,13 @@ int HttpConnection::Connect(const char *host, std::uint32_t port)
 
 int HttpConnection::Send(ZtString text)
 {
+    return SendText(text);
+}
+
+int HttpConnection::SendText(const ZtString &text)
+{
     if (!text.complete()) {
-        return 0; // a request that lost text for want of memory could ask for something else
+        return 0; // without memory for all of it, it could ask for something else
     }
     return platform::SendSocket(socket_, text.c_str(), text.length()) == platform::kSocketError ? 0 : 1;
 }

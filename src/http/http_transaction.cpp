@@ -27,18 +27,17 @@ int HttpConnection::Transact(const char *method, const char *url, ZtByteData *re
     if (!parts.valid) {
         return 0;
     }
-    const ZtString host = ExtractHost(parts);
-    // a host that lost its text would be another one
-    if (StartSocket() == 0 || !host.complete() || Connect(host.c_str(), port) == 0) {
+    Compose(method, parts, range_, formBody_);
+    // a host that lost a piece for lack of memory would be another one
+    if (StartSocket() == 0 || !host_.complete() || Connect(host_.c_str(), port) == 0) {
         Close();
         return 0;
     }
-    BuildRequest(method, parts, 0);
-    const int sent = Send(request_);
+    const int sent = SendText(request_);
     platform::SetSocketOption(socket_, platform::kSolSocket, platform::kSoKeepAlive, &kKeepAliveValue,
                               sizeof kKeepAliveValue);
     if (sent == 0) {
-        return 0; // nobody will answer, and waiting has no time-out
+        return 0; // no reply will arrive, and waiting has no time-out
     }
     ReceiveHead();
     const std::uint32_t count =

@@ -12,6 +12,12 @@ namespace {
 constexpr std::uint8_t kLastSingleByte = 0xA0;
 constexpr char kTwoZeros[2] = {0, 0};
 
+// Neither zero nor the lead byte of a two-byte character.
+bool IsSingleByte(char c)
+{
+    return static_cast<std::uint8_t>(c - 1) < kLastSingleByte;
+}
+
 } // namespace
 
 char *GetHeaderValue(const char *head, const char *name)
@@ -37,13 +43,19 @@ char *GetHeaderValue(const char *head, const char *name)
 void CopyResponsePrefix(const char *source, ZtByteData *target, std::int32_t count)
 {
     target->Clear();
-    const std::int32_t wanted = source == nullptr ? 0 : count;
-    std::int32_t taken = 0;
-    while (taken < wanted && source[taken] != 0) {
-        taken += static_cast<std::uint8_t>(source[taken]) > kLastSingleByte ? 2 : 1;
+    const char *const end = source + (source == nullptr ? 0 : count);
+    const char *next = source;
+    while (true) {
+        while (next < end && IsSingleByte(*next)) {
+            ++next;
+        }
+        if (next >= end || *next == 0) {
+            break;
+        }
+        next += 2; // a lead byte and its trail byte
     }
-    target->Append(source, static_cast<std::uint32_t>(taken));
-    if (taken < wanted) {
+    target->Append(source, static_cast<std::uint32_t>(next - source));
+    if (next < end) {
         target->Append(kTwoZeros, 2);
     }
     target->Append(kTwoZeros, 2);

@@ -2,7 +2,6 @@
 
 #include "rsa/text/wipe.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace pavonix {
@@ -27,16 +26,20 @@ const char *LineReader::ReadLine()
     }
     std::size_t length = 0;
     do {
-        const char *lineFeed = std::find(next_, end_, '\n');
-        const std::size_t count = static_cast<std::size_t>(lineFeed - next_);
+        const std::size_t rest = static_cast<std::size_t>(end_ - next_);
+        const void *lineFeed = std::memchr(next_, '\n', rest);
+        const std::size_t count =
+            lineFeed == nullptr ? rest : static_cast<std::size_t>(static_cast<const char *>(lineFeed) - next_);
         if (count > sizeof line_ - 1 - length) {
             return nullptr;
         }
         std::memcpy(line_ + length, next_, count);
         length += count;
-        next_ = lineFeed;
+        next_ += count;
     } while (next_ == end_ && Fill());
-    next_ += next_ != end_ ? 1 : 0; // the line feed
+    if (next_ != end_) {
+        ++next_; // the line feed
+    }
     line_[length] = 0;
     return line_;
 }

@@ -30,7 +30,7 @@ bool mp_int::ReadUnsignedBytes(const std::uint8_t *bytes, std::uint32_t length)
     const std::uint64_t digits = std::uint64_t{length} * 8 / MP_DIGIT_BIT + 1;
     mp_zero(&value_);
     if (mp_grow(&value_, static_cast<int>(digits)) != MP_OKAY) {
-        mp_clear(&value_); // what is not this number must not be calculated with
+        mp_clear(&value_); // leave it unusable rather than holding a stale value
         value_ = {};
         return false;
     }
@@ -40,20 +40,23 @@ bool mp_int::ReadUnsignedBytes(const std::uint8_t *bytes, std::uint32_t length)
     return true;
 }
 
-// LibTomMath's own reading shifts the whole number for each byte, which takes
-// longer than all else in the import of a key.
+// LibTomMath's own reading shifts the whole number for each byte, which would take
+// longer than the rest of a key's import.
 void mp_int::SetDigits(const std::uint8_t *bytes, std::uint32_t length)
 {
     ::mp_digit *digit = value_.dp;
+    ::mp_digit bits = 0;
     std::uint32_t shift = 0;
     for (std::uint32_t i = length; i-- > 0;) {
-        *digit |= (::mp_digit{bytes[i]} << shift) & MP_MASK;
+        bits |= ::mp_digit{bytes[i]} << shift;
         shift += 8;
         if (shift >= MP_DIGIT_BIT) {
+            *digit++ = bits & MP_MASK;
             shift -= MP_DIGIT_BIT;
-            *++digit = ::mp_digit{bytes[i]} >> (8 - shift);
+            bits = ::mp_digit{bytes[i]} >> (8 - shift);
         }
     }
+    *digit = bits;
 }
 
 bool mp_int::ReadBase64(const char *text)
@@ -114,7 +117,7 @@ int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y)
     const bool modulusIsOne = m.CountBits() == 1;
     const int result = mp_exptmod(&g.value_, &x.value_, &m.value_, &y->value_);
     if (modulusIsOne) {
-        mp_zero(&y->value_); // the library answers 1 for an exponent of 0
+        mp_zero(&y->value_); // LibTomMath returns 1 for an exponent of 0
     }
     return result;
 }

@@ -15,6 +15,7 @@ constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx
 constexpr std::uint8_t kFirstCode = '+';
 constexpr std::uint8_t kLastCode = 'z';
 constexpr std::uint8_t kForeign = 127;
+constexpr std::uint32_t kFullGroup = 1 << 24; // the mark that four characters have pushed up
 
 constexpr std::array<std::uint8_t, kLastCode - kFirstCode + 1> MakeDecodingTable()
 {
@@ -36,36 +37,34 @@ std::int32_t EncodedLength(std::uint32_t count)
 }
 
 // Writes the bytes of `length` characters into `bytes`, which has room for
-// length * 3 / 4 + 4 of them, and answers how many are whole; two zero bytes follow.
+// length * 3 / 4 + 4 of them, and returns how many are complete; two zero bytes follow.
 std::uint32_t Decode(const char *text, std::uint32_t length, std::uint8_t *bytes)
 {
-    std::uint32_t index = 0;
-    std::uint32_t accepted = 0;
-    for (std::uint32_t i = 0; i < length && text[i] != '=' && text[i] != 0; ++i) {
-        const std::uint8_t code = static_cast<std::uint8_t>(text[i]);
-        if (code < kFirstCode || code > kLastCode) { // blanks and line ends among them
+    std::uint8_t *next = bytes;
+    const char *const end = text + length;
+    std::uint32_t group = 1; // the bits read of four characters, after a mark: a 1 before them
+    for (; text != end && *text != '=' && *text != 0; ++text) {
+        const std::uint32_t code = static_cast<std::uint8_t>(*text) - std::uint32_t{kFirstCode};
+        if (code >= kDecodingTable.size()) { // spaces and line ends among them
             continue;
         }
-        const unsigned value = kDecodingTable[code - kFirstCode];
-        switch (accepted++ % 4) {
-        case 0:
-            bytes[index] = static_cast<std::uint8_t>(value << 2);
-            break;
-        case 1:
-            bytes[index] = static_cast<std::uint8_t>(bytes[index] | value >> 4);
-            bytes[++index] = static_cast<std::uint8_t>(value << 4);
-            break;
-        case 2:
-            bytes[index] = static_cast<std::uint8_t>(bytes[index] | value >> 2);
-            bytes[++index] = static_cast<std::uint8_t>(value << 6);
-            break;
-        default:
-            bytes[index] = static_cast<std::uint8_t>(bytes[index] | value);
-            ++index;
+        // kForeign has a seventh bit, which is or-ed into the character before it.
+        group = group << 6 | kDecodingTable[code];
+        if (group >= kFullGroup) {
+            *next++ = static_cast<std::uint8_t>(group >> 16);
+            *next++ = static_cast<std::uint8_t>(group >> 8);
+            *next++ = static_cast<std::uint8_t>(group);
+            group = 1;
         }
     }
-    bytes[index] = bytes[index + 1] = 0; // without the bits of an incomplete byte
-    return index;
+    if (group >= 1 << 12) { // two or three characters: one or two bytes, without the bits left over
+        *next++ = static_cast<std::uint8_t>(group >> (group >= 1 << 18 ? 10 : 4));
+    }
+    if (group >= 1 << 18) {
+        *next++ = static_cast<std::uint8_t>(group >> 2);
+    }
+    next[0] = next[1] = 0;
+    return static_cast<std::uint32_t>(next - bytes);
 }
 
 // Null without memory.

@@ -38,12 +38,11 @@ void XString::KeepOnly(const bool *valid)
 void XString::Clear()
 {
     lost_ = 0;
-    utf16Valid_ = ansiValid_ = utf8Valid_ = true;
     ansi_.Clear();
     utf8_.Clear();
-    if (!SetWide(&utf16_, nullptr, 0)) {
-        utf16Valid_ = false;
-    }
+    ansiValid_ = utf8Valid_ = true;
+    const bool wideIsEmpty = utf16Valid_ && utf16_.length() == sizeof kWideTerminator;
+    utf16Valid_ = wideIsEmpty || SetWide(&utf16_, nullptr, 0);
 }
 
 void XString::AppendTo(StringBuffer *narrow, const char *bytes, std::int32_t count)
