@@ -1,5 +1,6 @@
 #include "device_commands.h"
 
+#include "system/coredll.h"
 #include "system/open_handles.h"
 #include "system/import_table.h"
 #include "system/open_files.h"
@@ -12,6 +13,7 @@ namespace {
 
 std::string Stats(std::istream &)
 {
+    CheckFreedBlocks();
     std::string text = "stats " + openHandles.Text();
     openHandles.heapPeak = openHandles.heapBytes;
     return text;

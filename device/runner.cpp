@@ -8,6 +8,7 @@
 #include "device_commands.h"
 #include "device_options.h"
 #include "image/pe_image.h"
+#include "system/coredll.h"
 #include "system/open_handles.h"
 #include "system/import_table.h"
 #include "system_command.h"
@@ -46,6 +47,7 @@ public:
     void Unload() override
     {
         image_.reset();
+        CheckFreedBlocks();
         if (!openHandles.Empty()) {
             std::cerr << "left behind: " << openHandles.Text() << std::endl;
             leaked_ = true;

@@ -1,12 +1,14 @@
 #include "image/image_checks.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace pavonix::device {
 
 namespace {
 
 constexpr std::uint16_t kNewestSystem[2] = {6, 0};
+constexpr std::uint32_t kLeastAlignment = 512;
 
 bool Contains(const SectionHeader &section, std::uint32_t rva)
 {
@@ -40,6 +42,10 @@ void CheckHeaders(const PeHeaders &headers)
     Require((headers.file.characteristics & kRelocationsStripped) == 0, "cannot be relocated");
     Require(optional.directories[kRelocationDirectory].size != 0, "has no relocations");
     Require(optional.imageSize % kPageSize == 0, "its size in memory is no multiple of a page");
+    Require(optional.fileAlignment >= kLeastAlignment && std::has_single_bit(optional.fileAlignment),
+            "its parts are not aligned in the file");
+    Require(optional.directoryCount == kDirectoryCount, "has another number of directories");
+    Require(optional.directories[kThreadLocalDirectory].size == 0, "has thread-local storage");
 }
 
 void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader> &sections)
@@ -50,9 +56,11 @@ void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader
         Require(section.rva >= end, "a section overlaps what stands before it");
         Require(section.rva <= header.imageSize && section.virtualSize <= header.imageSize - section.rva,
                 "a section reaches beyond the image");
+        Require((section.characteristics & kSectionIsReadable) != 0, "a section cannot be read");
         Require(!IsCode(section) || (section.characteristics & kSectionIsWritable) == 0, "has writable code");
         end = section.rva + section.virtualSize;
     }
+    Require(header.imageSize - end < kPageSize, "its size in memory is not that of its sections");
     Require(header.entryPoint == 0 || std::any_of(sections.begin(), sections.end(),
                                                   [&](const SectionHeader &section) {
                                                       return IsCode(section) && Contains(section, header.entryPoint);

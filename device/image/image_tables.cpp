@@ -1,5 +1,7 @@
 #include "image/image_tables.h"
 
+#include "image/image_checks.h"
+
 namespace pavonix::device {
 
 namespace {
@@ -32,6 +34,11 @@ ExportDirectory Exports(ImageMemory &image, const OptionalHeader &header)
     return directory.size == 0 ? ExportDirectory{} : *image.At<ExportDirectory>(directory.rva);
 }
 
+std::string NameAt(ImageMemory &image, const ExportDirectory &exports, std::uint32_t index)
+{
+    return image.TextAt(*image.At<std::uint32_t>(exports.names + 4 * index));
+}
+
 std::uint32_t FunctionAt(ImageMemory &image, const ExportDirectory &exports, std::uint32_t index)
 {
     if (index >= exports.functionCount) {
@@ -60,11 +67,19 @@ void BindImports(ImageMemory &image, const OptionalHeader &header, ImportResolve
     }
 }
 
+void CheckExports(ImageMemory &image, const OptionalHeader &header)
+{
+    const ExportDirectory exports = Exports(image, header);
+    for (std::uint32_t i = 1; i < exports.nameCount; ++i) {
+        Require(NameAt(image, exports, i - 1) < NameAt(image, exports, i), "the names of its exports are not sorted");
+    }
+}
+
 std::uint32_t FindExport(ImageMemory &image, const OptionalHeader &header, const std::string &name)
 {
-    ExportDirectory exports = Exports(image, header);
+    const ExportDirectory exports = Exports(image, header);
     for (std::uint32_t i = 0; i < exports.nameCount; ++i) {
-        if (image.TextAt(*image.At<std::uint32_t>(exports.names + 4 * i)) == name) {
+        if (NameAt(image, exports, i) == name) {
             return FunctionAt(image, exports, *image.At<std::uint16_t>(exports.nameOrdinals + 2 * i));
         }
     }

@@ -27,7 +27,14 @@ struct DataDirectory {
     std::uint32_t rva, size;
 };
 
-enum Directory { kExportDirectory = 0, kImportDirectory = 1, kRelocationDirectory = 5, kDirectoryCount = 16 };
+enum Directory {
+    kExportDirectory = 0,
+    kImportDirectory = 1,
+    kExceptionDirectory = 3,
+    kRelocationDirectory = 5,
+    kThreadLocalDirectory = 9,
+    kDirectoryCount = 16
+};
 
 struct OptionalHeader {
     std::uint16_t magic;
@@ -50,6 +57,7 @@ struct PeHeaders {
 static_assert(sizeof(PeHeaders) == 248);
 
 constexpr std::uint32_t kSectionIsExecutable = 0x20000000;
+constexpr std::uint32_t kSectionIsReadable = 0x40000000;
 constexpr std::uint32_t kSectionIsWritable = 0x80000000;
 
 struct SectionHeader {

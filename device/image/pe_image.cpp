@@ -3,6 +3,7 @@
 #include "trampoline/trampoline.h"
 #include "image/image_checks.h"
 #include "image/image_relocations.h"
+#include "system/import_gate.h"
 
 #include <algorithm>
 #include <cstring>
@@ -44,6 +45,8 @@ PeImage::PeImage(const std::string &path, ImportResolver resolve)
     CheckHeaders(headers_);
     std::size_t sectionOffset =
         peOffset + sizeof(std::uint32_t) + sizeof(FileHeader) + headers_.file.optionalHeaderSize;
+    Require(sectionOffset + headers_.file.sectionCount * sizeof(SectionHeader) <= headers_.optional.headersSize,
+            "its headers end inside the section table");
     for (unsigned i = 0; i < headers_.file.sectionCount; ++i) {
         sections_.push_back(Copy<SectionHeader>(file, sectionOffset + i * sizeof(SectionHeader)));
     }
@@ -52,6 +55,8 @@ PeImage::PeImage(const std::string &path, ImportResolver resolve)
     memory_ = std::make_unique<ImageMemory>(headers_.optional.imageSize, headers_.optional.imageBase);
     MapSections(file);
     ApplyRelocations(*memory_, headers_.optional);
+    functions_ = std::make_unique<FunctionTable>(*memory_, headers_.optional, sections_);
+    CheckExports(*memory_, headers_.optional);
     BindImports(*memory_, headers_.optional, resolve);
     ProtectSections();
     Require(CallEntry(EntryReason::kProcessAttach), "the entry refused to attach");
@@ -69,7 +74,7 @@ void PeImage::MapSections(const std::vector<unsigned char> &file)
     std::memcpy(memory_->At<unsigned char>(0, headersSize), file.data(), headersSize);
     for (const SectionHeader &section : sections_) {
         std::uint32_t stored = std::min(section.rawSize, section.virtualSize); // the rest is file alignment, or zeros
-        Require(section.rawOffset <= file.size() && stored <= file.size() - section.rawOffset,
+        Require(section.rawOffset <= file.size() && section.rawSize <= file.size() - section.rawOffset,
                 "the file ends inside a section");
         std::memcpy(memory_->At<unsigned char>(section.rva, stored), file.data() + section.rawOffset, stored);
     }
@@ -89,7 +94,11 @@ void PeImage::ProtectSections()
 bool PeImage::CallEntry(EntryReason reason)
 {
     const std::uint32_t entry = headers_.optional.entryPoint;
-    return entry == 0 || CallImage(memory_->Base() + entry, {memory_->Base(), static_cast<std::uint32_t>(reason)}) != 0;
+    entryRuns = true;
+    const bool accepts =
+        entry == 0 || CallImage(memory_->Base() + entry, {memory_->Base(), static_cast<std::uint32_t>(reason)}) != 0;
+    entryRuns = false;
+    return accepts;
 }
 
 } // namespace pavonix::device

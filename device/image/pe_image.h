@@ -2,6 +2,7 @@
 // loader does it.
 #pragma once
 
+#include "image/function_table.h"
 #include "image/image_memory.h"
 #include "image/image_tables.h"
 #include "image/pe_format.h"
@@ -42,6 +43,7 @@ private:
     PeHeaders headers_;
     std::vector<SectionHeader> sections_;
     std::unique_ptr<ImageMemory> memory_;
+    std::unique_ptr<FunctionTable> functions_;
 };
 
 } // namespace pavonix::device

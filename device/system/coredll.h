@@ -20,4 +20,7 @@ void AddModuleImports(std::vector<Import> &table);
 void AddSystemImports(std::vector<Import> &table);
 void AddSocketImports(std::vector<Import> &table);
 
+// Ends the run if a block was written after it was freed.
+void CheckFreedBlocks();
+
 } // namespace pavonix::device

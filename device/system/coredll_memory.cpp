@@ -1,12 +1,13 @@
-// coredll.dll: the heap. Every block is fenced, so that a write past its end or
-// a second free ends the run, and fresh and freed bytes hold patterns, so that
-// nothing works on their former content by luck.
+// coredll.dll: the heap. Every block is fenced, so that a write past its end, a
+// write after it was freed or a second free ends the run, and fresh and freed bytes
+// hold patterns, so that nothing works on their former content by luck.
 #include "system/coredll.h"
 #include "system/open_handles.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 
 namespace pavonix::device {
 
@@ -40,6 +41,18 @@ BlockHeader *CheckedHeader(void *block)
     return header;
 }
 
+// Freed blocks, kept for a while so that a write to one of them is noticed.
+std::deque<BlockHeader *> freedBlocks;
+constexpr std::size_t kKeptBlocks = 64;
+
+void CheckFreed(BlockHeader *header)
+{
+    const unsigned char *bytes = BytesOf(header);
+    if (!std::all_of(bytes, bytes + header->size, [](unsigned char byte) { return byte == kDead; })) {
+        Fatal("a block of " + std::to_string(header->size) + " bytes was written after it was freed");
+    }
+}
+
 void *Malloc(std::uint32_t size)
 {
     if (size > 0x7FFFFFFF) {
@@ -68,7 +81,12 @@ void Free(void *block)
     openHandles.heapBytes -= header->size;
     header->state = kFreed;
     std::memset(block, kDead, header->size);
-    std::free(header);
+    freedBlocks.push_back(header);
+    if (freedBlocks.size() > kKeptBlocks) {
+        CheckFreed(freedBlocks.front());
+        std::free(freedBlocks.front());
+        freedBlocks.pop_front();
+    }
 }
 
 void *Calloc(std::uint32_t count, std::uint32_t size)
@@ -97,6 +115,11 @@ void *Realloc(void *block, std::uint32_t size)
 }
 
 } // namespace
+
+void CheckFreedBlocks()
+{
+    std::for_each(freedBlocks.begin(), freedBlocks.end(), CheckFreed);
+}
 
 void AddMemoryImports(std::vector<Import> &table)
 {

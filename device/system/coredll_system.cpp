@@ -75,6 +75,9 @@ void LeaveCriticalSection(CriticalSection *section)
 void DeleteCriticalSection(CriticalSection *section)
 {
     platform::FreeCriticalSection(LockOf(section));
+    if (section->lockCount != 0) {
+        Fatal("a critical section is deleted while it is owned");
+    }
     delete section->lock;
     openHandles.sections.Remove(section);
 }
@@ -127,8 +130,11 @@ int CryptGenRandom(const platform::Provider *handle, std::uint32_t length, std::
                                              : FailWith(kErrorInvalidParameter, 0);
 }
 
-int CryptReleaseContext(platform::Provider *handle, std::uint32_t)
+int CryptReleaseContext(platform::Provider *handle, std::uint32_t flags)
 {
+    if (flags != 0) {
+        return FailWith(kErrorBadFlags, 0);
+    }
     if (!openHandles.providers.Remove(handle)) {
         return FailWith(kErrorInvalidParameter, 0);
     }

@@ -1,5 +1,6 @@
 // coredll.dll: memory and text functions, and the code-page conversions.
 #include "system/coredll.h"
+#include "system/open_handles.h"
 #include "platform/code_pages.h"
 
 #include <cstring>
@@ -10,7 +11,6 @@ namespace pavonix::device {
 namespace {
 
 // Named with their types, to choose among the C++ library's overloads.
-constexpr void *(*kMemcpy)(void *, const void *, std::size_t) = std::memcpy;
 constexpr void *(*kMemmove)(void *, const void *, std::size_t) = std::memmove;
 constexpr void *(*kMemset)(void *, int, std::size_t) = std::memset;
 constexpr int (*kMemcmp)(const void *, const void *, std::size_t) = std::memcmp;
@@ -20,6 +20,16 @@ constexpr int (*kStrcmp)(const char *, const char *) = std::strcmp;
 constexpr int (*kStrncmp)(const char *, const char *, std::size_t) = std::strncmp;
 constexpr const char *(*kStrstr)(const char *, const char *) = std::strstr;
 constexpr const char *(*kStrchr)(const char *, int) = std::strchr;
+
+// The compiler copies objects onto themselves, which every memcpy can do.
+void *Memcpy(void *to, const void *from, std::uint32_t size)
+{
+    const auto target = reinterpret_cast<std::uintptr_t>(to), source = reinterpret_cast<std::uintptr_t>(from);
+    if (target != source && target < source + size && source < target + size) {
+        Fatal("memcpy of bytes that overlap");
+    }
+    return std::memcpy(to, from, size);
+}
 
 // A negative length means a terminated text, and its terminator is converted too.
 template <typename Char>
@@ -72,7 +82,7 @@ int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t flags, const char 
 
 void AddTextImports(std::vector<Import> &table)
 {
-    table.push_back(Unfailing<kMemcpy>(kCoreDll, "memcpy"));
+    table.push_back(Unfailing<&Memcpy>(kCoreDll, "memcpy"));
     table.push_back(Unfailing<kMemmove>(kCoreDll, "memmove"));
     table.push_back(Unfailing<kMemset>(kCoreDll, "memset"));
     table.push_back(Unfailing<kMemcmp>(kCoreDll, "memcmp"));

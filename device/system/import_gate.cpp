@@ -1,5 +1,8 @@
 #include "system/import_gate.h"
 
+#include "system/coredll.h"
+#include "system/open_handles.h"
+
 namespace pavonix::device {
 
 ImportGate::ImportGate(const char *library, const char *name, bool canFail)
@@ -10,6 +13,9 @@ ImportGate::ImportGate(const char *library, const char *name, bool canFail)
 bool ImportGate::NextCallFails()
 {
     ++calls_;
+    if (entryRuns && library_ == kWinsockDll) {
+        Fatal("Winsock is called from an image's entry");
+    }
     if (untilFault_ == 0) {
         return false;
     }

@@ -9,6 +9,9 @@
 
 namespace pavonix::device {
 
+// Whether this thread runs an image's entry, from which few functions may be called.
+inline thread_local bool entryRuns = false;
+
 class ImportGate {
 public:
     ImportGate(const char *library, const char *name, bool canFail);

@@ -46,9 +46,8 @@ void OnSegmentationFault(int, siginfo_t *fault, void *)
 
 ImageStack::ImageStack() : mapping_(Map(kMapping, PROT_NONE)), signalStack_(Map(kSignalStack, PROT_READ | PROT_WRITE))
 {
-    const std::uint32_t usable = Top() / kStackSize * kStackSize + kReserved;
-    forbiddenEnd = usable;
-    mprotect(mapping_ + (usable - AddressOf(mapping_)), kStackSize - kReserved, PROT_READ | PROT_WRITE);
+    forbiddenEnd = Bottom();
+    mprotect(mapping_ + (Bottom() - AddressOf(mapping_)), kStackSize - kReserved, PROT_READ | PROT_WRITE);
 
     stack_t own = {};
     own.ss_sp = signalStack_;
@@ -78,6 +77,11 @@ ImageStack &ImageStack::OfThisThread()
 std::uint32_t ImageStack::Top() const
 {
     return (AddressOf(mapping_) + kMapping) / kStackSize * kStackSize - kAboveTheCall;
+}
+
+std::uint32_t ImageStack::Bottom() const
+{
+    return Top() / kStackSize * kStackSize + kReserved;
 }
 
 } // namespace pavonix::device

@@ -19,6 +19,8 @@ public:
     // Where a call starts: below it the stack is the image's. Aligned to 4 bytes
     // and never to 8, which is all that the device promises.
     std::uint32_t Top() const;
+    // The lowest address that may be used.
+    std::uint32_t Bottom() const;
 
 private:
     unsigned char *mapping_;

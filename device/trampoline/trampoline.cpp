@@ -1,77 +1,113 @@
 #include "trampoline/trampoline.h"
 
 #include "trampoline/image_stack.h"
+#include "trampoline/stack_walk.h"
 #include "device_options.h"
 #include "system/open_handles.h"
 
+#include <algorithm>
+#include <cstring>
 #include <sys/mman.h>
+
+// EnterImage calls `function` on the stack that ends at `top`, keeps this side's stack
+// pointer in the last word of that stack, and has the image return to `returnAddress`,
+// which is ReturnToArm or ReturnToThumb.
+//
+// LeaveImage is where all veneers lead: it changes to this side's stack, takes four
+// words of arguments along and calls the function in r12.
+asm(R"(
+    .arm
+    .balign 4
+    .globl EnterImage, LeaveImage, ReturnToArm, ReturnToThumb
+    .type EnterImage, %function
+    .type LeaveImage, %function
+EnterImage:
+    push {r4-r11, lr}
+    sub sp, sp, #4
+    str sp, [r2, #32]
+    mov r12, r0
+    mov lr, r3
+    add r4, r1, #16
+    ldm r4, {r4-r7}
+    mov sp, r2
+    push {r4-r7}
+    ldm r1, {r0-r3}
+    ldr r4, 1f
+    ldm r4, {r4-r11}
+    bx r12
+1:  .word keptRegisters
+    .thumb
+ReturnToThumb:
+    bx pc
+    nop
+    .arm
+ReturnToArm:
+    mov r1, sp
+    orr r2, sp, #0xFF00
+    orr r2, r2, #0xFF
+    ldr sp, [r2, #-3]
+    push {r0, r1, r4-r11}
+    add r0, sp, #4
+    bl OnReturn
+    pop {r0, r1, r4-r11}
+    add sp, sp, #4
+    pop {r4-r11, lr}
+    bx lr
+
+LeaveImage:
+    push {r4-r11, lr}
+    mov r4, sp
+    orr r5, sp, #0xFF00
+    orr r5, r5, #0xFF
+    ldr sp, [r5, #-3]
+    add r5, r4, #36
+    ldm r5, {r5-r8}
+    push {r0-r3, r12, lr}
+    mov r0, r4
+    bl OnSystemCall
+    pop {r0-r3, r12, lr}
+    push {r5-r8}
+    mov lr, pc
+    bx r12
+    mov sp, r4
+    mvn r1, #0
+    mvn r2, #0
+    mvn r3, #0
+    mvn r12, #0
+    pop {r4-r11, lr}
+    bx lr
+)");
+
+extern "C" {
+
+std::uint32_t EnterImage(std::uint32_t function, const std::uint32_t *words, std::uint32_t top,
+                         std::uint32_t returnAddress);
+void LeaveImage();
+extern const char ReturnToArm[], ReturnToThumb[];
+
+// What a function must keep: r4 to r11.
+extern const std::uint32_t keptRegisters[8];
+const std::uint32_t keptRegisters[8] = {0x4E455304, 0x4E455305, 0x4E455306, 0x4E455307,
+                                        0x4E455308, 0x4E455309, 0x4E45530A, 0x4E45530B};
+}
 
 namespace pavonix::device {
 
 namespace {
+
+constexpr std::uint32_t kArgumentsOnStack = 16;
+constexpr std::uint32_t kSystemsShare = 4096; // of the stack, which the device's own functions use
+constexpr std::uint32_t kOverwritten = 512;
 
 std::uint32_t AddressOf(const void *place)
 {
     return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(place));
 }
 
-// In THUMB state, calls the function in r12; r5 is free. Answers in ARM state.
-[[gnu::naked, gnu::target("thumb")]] void CallFromThumb()
+// In THUMB state an address is odd.
+std::uint32_t ReturnAddress()
 {
-    asm("mov r5, lr\n\t"
-        "bl 1f\n\t"
-        "bx r5\n"
-        "1: bx r12");
-}
-
-// Calls `function` by way of `caller`, on the stack that ends at `top`, and keeps
-// this side's stack pointer in the last word of that stack.
-[[gnu::naked]] std::uint32_t EnterImage(std::uint32_t /*function*/, const std::uint32_t * /*words*/,
-                                        std::uint32_t /*top*/, std::uint32_t /*caller*/)
-{
-    asm("push {r4-r11, lr}\n\t"
-        "sub sp, sp, #4\n\t" // 8 bytes alignment, for what the image will call
-        "mov r4, sp\n\t"
-        "str sp, [r2, #32]\n\t"
-        "mov r12, r0\n\t"
-        "mov r6, r3\n\t"
-        "add r7, r1, #16\n\t"
-        "ldm r7, {r7-r10}\n\t"
-        "mov sp, r2\n\t"
-        "push {r7-r10}\n\t"
-        "ldm r1, {r0-r3}\n\t"
-        "mov lr, pc\n\t"
-        "bx r6\n\t"
-        "mov sp, r4\n\t"
-        "add sp, sp, #4\n\t"
-        "pop {r4-r11, lr}\n\t"
-        "bx lr");
-}
-
-// Where all veneers lead: changes to this side's stack, takes four words of
-// arguments along and calls the function in r12.
-[[gnu::naked]] void LeaveImage()
-{
-    asm("push {r4-r6, lr}\n\t"
-        "mov r4, sp\n\t"
-        "orr r5, sp, #0xFF00\n\t"
-        "orr r5, r5, #0xFF\n\t"
-        "ldr sp, [r5, #-3]\n\t"
-        "ldr r5, [r4, #24]\n\t"
-        "ldr r6, [r4, #28]\n\t"
-        "push {r5, r6}\n\t"
-        "ldr r5, [r4, #16]\n\t"
-        "ldr r6, [r4, #20]\n\t"
-        "push {r5, r6}\n\t"
-        "mov lr, pc\n\t"
-        "bx r12\n\t"
-        "mov sp, r4\n\t"
-        "mvn r1, #0\n\t"
-        "mvn r2, #0\n\t"
-        "mvn r3, #0\n\t"
-        "mvn r12, #0\n\t"
-        "pop {r4-r6, lr}\n\t"
-        "bx lr");
+    return deviceOptions.systemIsThumb ? AddressOf(ReturnToThumb) + 1 : AddressOf(ReturnToArm);
 }
 
 // Code, made at run time. In THUMB state it is entered at its begin.
@@ -91,11 +127,39 @@ static_assert(sizeof veneers <= kPage);
 
 } // namespace
 
+// The image has returned; `found` are its stack pointer and r4 to r11.
+extern "C" void OnReturn(const std::uint32_t *found)
+{
+    if (found[0] != ImageStack::OfThisThread().Top() - kArgumentsOnStack) {
+        Fatal("a function returned with another stack pointer");
+    }
+    if (!std::equal(keptRegisters, std::end(keptRegisters), found + 1)) {
+        Fatal("a function changed a register of r4 to r11");
+    }
+}
+
+// The image calls the system; `saved` are its r4 to r11 and lr, which stand on its stack.
+extern "C" void OnSystemCall(std::uint32_t *saved)
+{
+    const ImageStack &stack = ImageStack::OfThisThread();
+    const std::uint32_t top = stack.Top() - kArgumentsOnStack, bottom = AddressOf(saved);
+    if (bottom < stack.Bottom() + kSystemsShare) {
+        Fatal("a system call with less than 4 KB of the stack left");
+    }
+    std::memset(saved - kOverwritten / sizeof *saved, 0x5C, kOverwritten); // no system keeps what is below the stack
+    ImageRegisters registers = {};
+    std::copy_n(saved, 8, registers.words + 4);
+    registers.sp() = bottom + 36;
+    registers.lr() = registers.pc() = saved[8];
+    registers = WalkStack(registers, ReturnAddress(), top);
+    if (registers.sp() != top || !std::equal(keptRegisters, std::end(keptRegisters), registers.words + 4)) {
+        Fatal("a walk over the stack loses registers");
+    }
+}
+
 std::uint32_t CallImage(std::uint32_t function, const CallWords &words)
 {
-    const std::uint32_t caller =
-        deviceOptions.systemIsThumb ? AddressOf(reinterpret_cast<const void *>(&CallFromThumb)) : function;
-    return EnterImage(function, words.data(), ImageStack::OfThisThread().Top(), caller);
+    return EnterImage(function, words.data(), ImageStack::OfThisThread().Top(), ReturnAddress());
 }
 
 std::uint32_t MakeVeneer(std::uint32_t function)

@@ -1,6 +1,7 @@
 // What the loader refuses, as the device would.
 #include "device_test.h"
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
 
@@ -28,16 +29,43 @@ std::function<void(std::string &)> Put(std::size_t offset, std::uint32_t value, 
     };
 }
 
-constexpr std::size_t kEntry = 40, kSubsystemMajor = 72, kImageSize = 80, kSubsystem = 92, kFirstSection = 248,
-                      kVirtualSize = 8, kRva = 12, kCharacteristics = 36;
+constexpr std::size_t kEntry = 40, kFileAlignment = 60, kSubsystemMajor = 72, kImageSize = 80, kHeadersSize = 84,
+                      kSubsystem = 92, kDirectoryCount = 116, kTable = 144, kThreadLocal = 196, kFirstSection = 248,
+                      kVirtualSize = 8, kRva = 12, kRawSize = 16, kRawOffset = 20, kCharacteristics = 36;
 
-// The type of the first base relocation; the linker gives that section last.
+std::uint32_t WordAt(const std::string &image, std::size_t offset)
+{
+    std::uint32_t word;
+    std::memcpy(&word, image.data() + offset, sizeof word);
+    return word;
+}
+
+// Where the bytes of a section are in the file.
+std::size_t Section(const std::string &image, const std::string &name)
+{
+    return WordAt(image, image.find(name) + kRawOffset);
+}
+
+// The type of the first base relocation.
 void MakeRelocationUnknown(std::string &image)
 {
-    const std::size_t section = image.find(".reloc");
-    std::uint32_t offset;
-    std::memcpy(&offset, image.data() + section + 20, sizeof offset);
-    image[offset + 9] = static_cast<char>((image[offset + 9] & 0x0F) | 0x50);
+    char &type = image[Section(image, ".reloc") + 9];
+    type = static_cast<char>((type & 0x0F) | 0x50);
+}
+
+// Changes the first two entries of the table of functions, of 8 bytes each.
+std::function<void(std::string &)> ChangeTable(const std::function<void(char *)> &change)
+{
+    return [=](std::string &image) { change(image.data() + Section(image, ".pdata")); };
+}
+
+void ForgetPrologues(std::string &image)
+{
+    const std::size_t table = Section(image, ".pdata");
+    const std::size_t size = WordAt(image, image.find(".pdata") + kVirtualSize);
+    for (std::size_t i = 4; i < size; i += 8) {
+        image[table + i] = 0;
+    }
 }
 
 TEST(Image, IsRefusedWithItsReason)
@@ -62,6 +90,20 @@ TEST(Image, IsRefusedWithItsReason)
         {"beyond the image", Put(kFirstSection + kVirtualSize, 0x40000, 4)},
         {"writable code", Put(kFirstSection + kCharacteristics, 0xE0000020, 4)},
         {"unknown relocation type 5", MakeRelocationUnknown},
+        {"not that of its sections", Put(kImageSize, 0x30000, 4)},
+        {"not aligned in the file", Put(kFileAlignment, 3, 4)},
+        {"another number of directories", Put(kDirectoryCount, 4, 4)},
+        {"thread-local storage", Put(kThreadLocal, 24, 4)},
+        {"inside the section table", Put(kHeadersSize, 0x200, 4)},
+        {"a section cannot be read", Put(kFirstSection + kCharacteristics, 0x20000020, 4)},
+        {"ends inside a section", Put(kFirstSection + kRawSize, 0x20000, 4)},
+        {"exports are not sorted", [](std::string &image) { Replace(image, "GetGoodListXml", "GetZoodListXml"); }},
+        {"no table of functions", Put(kTable + 4, 0, 4)},
+        {"lies outside it", Put(kTable, 0x40000, 4)},
+        {"outside its code", ChangeTable([](char *table) { table[3] += 1; })},
+        {"an entry that is none", ChangeTable([](char *table) { table[7] ^= 0x40; })},
+        {"is not sorted", ChangeTable([](char *table) { std::swap_ranges(table, table + 8, table + 8); })},
+        {"the stack cannot be walked", ForgetPrologues},
     };
     const std::string copy = e2e::TheSuite().scratch + "/broken.dll";
     for (const BrokenImage &row : rows) {

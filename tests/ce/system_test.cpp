@@ -158,9 +158,44 @@ TEST_F(System, ThreadsComeAndGoWithErrorsOfTheirOwn)
     ASSERT_TRUE(reasons) << e2e::TheSuite().caller->Complaints();
     EXPECT_EQ(0x32, *reasons & 0xFF);
     EXPECT_EQ(4, AskProbe(kStackAlignment));
+    EXPECT_NE(0x1234, AskProbe(kReadBelowStack, 0x1234));
+    EXPECT_FALSE(AskProbe(kStartInEntry)); // as the thread ends
+    EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find("called from an image's entry"));
 }
 
-// What ends the program, and what it says then.
+// Calls that end the program. `$` stands for the result of the first one.
+TEST_F(System, NoDeviceForgivesTheseCalls)
+{
+    struct Crime {
+        const char *complaint;
+        std::vector<std::string> calls;
+    };
+    const Crime rows[] = {
+        {"written after it was freed", {"malloc 8", "free $", "memset $ 0 1", "stats"}},
+        {"a block used after free", {"malloc 8", "free $", "free $"}},
+        {"memcpy of bytes that overlap", {"malloc 16", "memcpy $4 $ 8"}},
+        {"deleted while it is owned",
+         {"malloc 20", "InitializeCriticalSection $", "EnterCriticalSection $", "DeleteCriticalSection $"}},
+    };
+    for (const Crime &row : rows) {
+        const OtherRunner runner(ThePrograms().dll, {}, {});
+        std::optional<std::string> answer;
+        int first = 0;
+        for (std::string call : row.calls) {
+            for (std::size_t place; (place = call.find('$')) != std::string::npos;) {
+                const int offset = call[place + 1] == '4' ? 4 : 0;
+                call.replace(place, offset == 0 ? 1 : 2, std::to_string(first + offset));
+            }
+            answer = e2e::TheSuite().caller->Ask(call == "stats" ? call : "system " + call);
+            first = first != 0 || !answer ? first : std::stoi(answer->substr(7));
+        }
+        EXPECT_FALSE(answer) << row.complaint;
+        EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find(row.complaint))
+            << e2e::TheSuite().caller->Complaints();
+    }
+}
+
+// What an image does that ends the program.
 TEST_F(System, NoDeviceForgives)
 {
     struct Crime {
@@ -171,12 +206,18 @@ TEST_F(System, NoDeviceForgives)
     };
     const Crime rows[] = {
         {"", "arm", kUseStack, 60, "the stack of 56 KB is used up"},
-        {"watch_accesses", "arm", kUseStack, 40, ""},
-        {"watch_accesses", "arm", kLoadUnaligned, 0, "an unaligned access"},
-        {"only_version_4t", "arm", kLoadUnaligned, 0, ""},
-        {"only_version_4t", "arm", kCountZeros, 0, "not in version 4T"},
-        {"only_version_4t", "arm", kCallSystem, 0, ""},
-        {"only_version_4t", "thumb", kCallSystem, 0, "must change to THUMB state"},
+        {"watch_image", "arm", kUseStack, 40, ""},
+        {"", "arm", kCallDeep, 50, ""},
+        {"", "arm", kCallDeep, 53, "a system call with less than 4 KB of the stack left"},
+        {"", "arm", kChangeRegister, 0, "a function changed a register of r4 to r11"},
+        {"", "thumb", kChangeRegister, 0, "a function changed a register of r4 to r11"},
+        {"watch_image", "arm", kLoadUnaligned, 0, "an unaligned access"},
+        {"watch_image", "arm", kLoadHalfUnaligned, 0, "an unaligned access"},
+        {"watch_image", "arm", kCountZeros, 0, "not in version 4T"},
+        {"watch_image", "arm", kCallKernel, 0, "a coprocessor or a kernel is called"},
+        {"watch_image", "arm", kAddFloats, 0, "a coprocessor or a kernel is called"},
+        {"watch_image", "arm", kCallSystem, 0, ""},
+        {"watch_image", "thumb", kCallSystem, 0, "must change to THUMB state"},
         {"", "thumb", kCountZeros, 0, ""},
         {"", "thumb", kCallSystem, 0, ""},
     };

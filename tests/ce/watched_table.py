@@ -1,5 +1,5 @@
-"""Plays the scenarios with the plug-in that watches the image's accesses, and
-prints how deep its stack became.
+"""Plays the scenarios with the plug-in that watches the image, and prints how deep
+its stack became.
 
     watched_table.py EMULATOR-OPTIONS EMULATOR RUNNER E2E_TESTS OPTION...
 """

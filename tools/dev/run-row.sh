@@ -7,5 +7,5 @@ case $flavour in
   ce) build_ce; install_for_linux; configure linux -DPAVONIX_CE_DLL="$ce_dll" ;;
   *) refuse "$flavour" linux windows ce ;;
 esac
-build_targets linux e2e_tests caller pavonix pavonix-shop only_version_4t
+build_targets linux e2e_tests caller pavonix pavonix-shop watch_image
 exec tools/dev/run_row.py "$name" "$flavour"

@@ -9,12 +9,16 @@ namespace {
 using pavonix::ce::Probe;
 
 unsigned reasons = 0;
+bool startsInEntry = false;
 
-[[gnu::noinline]] int UseStack(int kilobytes)
+[[gnu::noinline]] int UseStack(int kilobytes, bool calls)
 {
     volatile char bytes[1024];
     bytes[0] = 1;
-    return kilobytes > 1 ? UseStack(kilobytes - 1) + bytes[0] : bytes[0];
+    if (kilobytes > 1) {
+        return UseStack(kilobytes - 1, calls) + bytes[0];
+    }
+    return calls ? static_cast<int>(GetTickCount() & 1) + bytes[0] : bytes[0];
 }
 
 int Answer(Probe probe, int value)
@@ -28,15 +32,37 @@ int Answer(Probe probe, int value)
         asm volatile("and %0, sp, #7" : "=r"(word));
         break;
     case Probe::kUseStack:
-        return UseStack(value);
+        return UseStack(value, false);
     case Probe::kLoadUnaligned:
         asm volatile("ldr %0, [%1, #1]" : "=r"(word) : "r"(bytes));
+        break;
+    case Probe::kLoadHalfUnaligned:
+        asm volatile("ldrh %0, [%1, #1]" : "=r"(word) : "r"(bytes));
         break;
     case Probe::kCountZeros:
         asm volatile(".word 0xE16F0F10" ::: "r0"); // clz r0, r0
         break;
     case Probe::kCallSystem:
         GetTickCount();
+        break;
+    case Probe::kCallKernel:
+        asm volatile("mov r7, #20\n\tsvc 0" ::: "r0", "r7"); // to Linux: getpid
+        break;
+    case Probe::kAddFloats:
+        asm volatile(".word 0xEE300A20"); // vadd.f32 s0, s0, s1
+        break;
+    case Probe::kReadBelowStack:
+        asm volatile("str %1, [sp, #-64]" : "=r"(word) : "r"(value));
+        GetTickCount();
+        asm volatile("ldr %0, [sp, #-64]" : "=r"(word));
+        break;
+    case Probe::kCallDeep:
+        return UseStack(value, true);
+    case Probe::kChangeRegister:
+        asm volatile("mov r11, #0"); // and the compiler does not know
+        break;
+    case Probe::kStartInEntry:
+        startsInEntry = true;
         break;
     }
     return word;
@@ -49,6 +75,10 @@ extern "C" {
 int _DllMainCRTStartup(void *, unsigned reason, void *)
 {
     reasons = reasons << 4 | reason;
+    if (startsInEntry) {
+        WSADATA data;
+        reinterpret_cast<decltype(&WSAStartup)>(GetProcAddressW(GetModuleHandleW(L"ws2.dll"), L"WSAStartup"))(2, &data);
+    }
     return 1;
 }
 
