@@ -1,4 +1,4 @@
-"""What the keeper does: goods by CSV, devices, lists; and which files the shop takes for its database."""
+"""The administrator's commands: goods as CSV, devices, lists; and which files the shop accepts as its database."""
 
 import csv
 import io
@@ -56,19 +56,20 @@ class AdminTest(ShopTest):
         before = self.goods()
         good = "1,,1,,50,New,Me,100,2026-01-02,Text\n"
         table = [
-            ("", "first row"), ("type;id\n1;2\n", "no column type;id"), ("type,id,title,price\n", "column category"),
+            ("", "first row"), ("type;id\n1;2\n", "unknown column type;id"), ("type,id,title,price\n", "column category"),
             ("type,type,id,title,price,category\n", "column type is there twice"),
+            (HEADER + good + good, "row 3: id is that of an earlier row"),
             (HEADER + good + "1,,1\n", "row 3 has 3 fields instead of 10"),
-            (HEADER + good + good.replace("100", "1.50"), "row 3: price is no number from 0"),
-            (HEADER + good.replace("100", "-1"), "row 2: price"), (HEADER + good.replace("50", "2147483648"), "id is no"),
-            (HEADER + good.replace("New", ""), "title is empty"), (HEADER + good.replace("-02,", "-32,"), "no date"),
-            (HEADER + good.replace("2026-01-02", "2026-1-2"), "no date"),
+            (HEADER + good + good.replace("100", "1.50").replace("50,N", "51,N"), "row 3: price must be a whole number from 0"),
+            (HEADER + good.replace("100", "-1"), "row 2: price"), (HEADER + good.replace("50", "2147483648"), "id must"),
+            (HEADER + good.replace("New", ""), "title is empty"), (HEADER + good.replace("-02,", "-32,"), "must be a date"),
+            (HEADER + good.replace("2026-01-02", "2026-1-2"), "must be a date"),
             (HEADER + good.replace("1,,1,", "1,,77,"), "needs a category_name"),
             (HEADER + good.replace("1,,1,", "5,,1,x"), "needs a type_name"),
             (HEADER + good.replace("New", "a\x1b[2J"), "title holds control characters or is not UTF-8: a\\x1b[2J"),
             ((HEADER + good).encode().replace(b"New", b"\xff"), "is not UTF-8: \\xff"),
-            (HEADER + good.replace("New", "a\0"), "control"), (HEADER + good + '1,"a', "row 3: a quote"),
-            (HEADER + good.replace("New", '"a"b'), "row 2: a quote"), ("\x1b[31m\n", "no column \\x1b[31m"),
+            (HEADER + good.replace("New", "a\0"), "control"), (HEADER + good + '1,"a', "row 3: misplaced quot"),
+            (HEADER + good.replace("New", '"a"b'), "row 2: misplaced quot"), ("\x1b[31m\n", "unknown column \\x1b[31m"),
         ]
         for content, words in table:
             with self.subTest(words):
@@ -89,6 +90,7 @@ class AdminTest(ShopTest):
         bought = list(csv.DictReader(io.StringIO(self.keep("purchases", "--csv")[1], newline="")))
         self.assertEqual([(row["serial"], row["price"], row["title"]) for row in bought], [("PX-1", "9", '\x1b[2J€, "')])
 
+        self.assertIn("would exceed", self.keep("device", "top-up", *device, "--amount", "999999999999")[2])
         self.assertIn("has purchases, 1 in all", self.keep("device", "remove", *device)[2])
         self.assertEqual(self.keep("device", "remove", *device, "--with-purchases")[0], 0)
         for command in (("top-up", *device, "--amount", "1"), ("remove", *device)):
@@ -109,11 +111,12 @@ class AdminTest(ShopTest):
         table = [
             ("text", b"no database, but long enough to be read as one", "not a database"),
             ("cut", whole[:len(whole) // 2], "malformed"),
-            ("a page lost", whole[:4096 * 5] + bytes(4096) + whole[4096 * 6:], "damaged"),
+            ("a page lost", whole[:4096 * 5] + bytes(4096) + whole[4096 * 6:], "malformed"),
             ("another program's", changed("PRAGMA application_id = 7"), "another program"),
-            ("another version's", changed("PRAGMA user_version = 9"), "another version"),
+            ("a newer version's", changed("UPDATE shop SET version = 9"), "a newer version of this program"),
+            ("an older version's", changed("UPDATE shop SET version = 1"), "run pavonix-shop db upgrade"),
             ("a table missing", changed("DROP TABLE token"), "its table token is missing"),
-            ("a table changed", changed("ALTER TABLE good ADD COLUMN x TEXT"), "its table good"),
+            ("a table changed", changed("ALTER TABLE good RENAME COLUMN maker TO x"), "its table good"),
             ("a category lost", changed("DELETE FROM category WHERE id = 3"), "damaged"),
         ]
         for name, content, words in table:
@@ -123,14 +126,9 @@ class AdminTest(ShopTest):
                 self.assertEqual((code, output, words in complaint), (1, "", True), complaint)
                 with open(path, "rb") as file:
                     self.assertEqual(file.read(), content)
-        # Databases of the first version say nothing about their program.
-        old = self.write("old.db", changed("PRAGMA application_id = 0"))
-        self.assertEqual(self.keep("goods", "list", database=old)[0], 0)
-        with open(old, "rb") as file:
-            self.assertEqual(file.read()[68:72], b"PVXS")
 
     def test_words_that_are_wrong(self):
-        table = [(["devcie"], 2, "no devcie"), (["device", "lsit"], 2, "no lsit"), (["--prot", "1"], 2, "no --prot"),
+        table = [(["devcie"], 2, "option devcie"), (["device", "lsit"], 2, "option lsit"), (["--prot", "1"], 2, "option --prot"),
                  (["device"], 2, "subcommand"), (["--host", "nowhere.invalid"], 1, "--host nowhere.invalid: "),
                  (["--host", "a\x1b"], 1, "--host a\\x1b"), (["--port", str(self.port)], 1, f"--port {self.port}: "),
                  (["goods", "import", "/none"], 2, "/none"), (["goods", "export", "/none/x"], 1, "/none/x")]

@@ -3,6 +3,8 @@
 #include "diagnostics/printable.h"
 #include "token/time_text.h"
 
+#include <iostream>
+#include <mutex>
 #include <sstream>
 
 namespace shop {
@@ -41,6 +43,18 @@ std::string LogLine(const Visit &visit)
         line << ", code 0: sold";
     }
     return line.str() + (visit.fault.empty() ? "" : ", fault " + visit.fault);
+}
+
+void Log(const std::string &line)
+{
+    static std::mutex mutex;
+    const std::scoped_lock lock(mutex);
+    std::cout << line + "\n" << std::flush;
+}
+
+void LogError(const std::string &message)
+{
+    std::cerr << "pavonix-shop: " + diagnostics::Printable(message, 500) + "\n" << std::flush;
 }
 
 } // namespace shop

@@ -1,4 +1,4 @@
-// The shop's log on standard output: a line per request.
+// The shop's log on standard output: a line for each request.
 #pragma once
 
 #include "transmission.h"
@@ -19,5 +19,11 @@ struct Visit {
 // One line of printable ASCII that begins with a time; lines sort by it. A purchase's
 // also says who bought what.
 [[nodiscard]] std::string LogLine(const Visit &visit);
+
+// Writes a line to standard output, whichever thread calls.
+void Log(const std::string &line);
+
+// Writes a line about a failure to standard error, with control characters escaped.
+void LogError(const std::string &message);
 
 } // namespace shop

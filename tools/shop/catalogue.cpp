@@ -13,39 +13,83 @@ namespace {
 
 constexpr int kLargest = std::numeric_limits<int>::max();
 constexpr int kLongestPage = 100;
+constexpr std::chrono::seconds kSummaryLife{1};
 
-// By the number in "sort". The id settles equals, so that pages never overlap.
-constexpr std::array kOrders = {"good.id", "title COLLATE NOCASE, good.id", "price, good.id", "price DESC, good.id",
-                                "added DESC, good.id"};
+// By the number in "sort"; schema.sql has an index for each. The id orders goods that are equal otherwise, so that
+// pages never overlap.
+constexpr std::array kOrders = {"id", "lower(title), id", "price, id", "price DESC, id", "added DESC, id"};
 
-constexpr const char *kGoodColumns = "SELECT good.type, good.id, title, maker, category, category.name, price, added, "
-                                     "description FROM good JOIN category "
-                                     "ON category.type = good.type AND category.id = good.category ";
-
-// The row has kGoodColumns; leaves the element open.
-void StartGood(XmlWriter &xml, Statement &row)
+// Leaves the element open.
+void StartGood(XmlWriter &xml, int type, int id, const std::string &title, const std::string &maker, int category,
+               const std::string &categoryName, Int64 price, const std::string &added)
 {
     xml.Start("good");
-    xml.Attribute("type", row.getColumn(0).getInt64());
-    xml.Attribute("id", row.getColumn(1).getInt64());
-    xml.Element("title", row.getColumn(2).getString());
-    xml.Element("maker", row.getColumn(3).getString());
+    xml.Attribute("type", type);
+    xml.Attribute("id", id);
+    xml.Element("title", title);
+    xml.Element("maker", maker);
     xml.Start("category");
-    xml.Attribute("id", row.getColumn(4).getInt64());
-    xml.Text(row.getColumn(5).getString());
+    xml.Attribute("id", category);
+    xml.Text(categoryName);
     xml.End();
-    xml.Element("price", row.getColumn(6).getString());
-    xml.Element("added", row.getColumn(7).getString());
+    xml.Element("price", std::to_string(price));
+    xml.Element("added", added);
+}
+
+std::string PageSql(const std::string &where, const char *order)
+{
+    return "SELECT id, title, maker, category, price, added FROM good WHERE " + where + " ORDER BY " + order +
+           " LIMIT :max OFFSET :start";
 }
 
 } // namespace
 
-void Catalogue::RequireCategory(int type, int category)
+std::shared_ptr<const TypeSummary> TypeSummaries::Find(int type)
 {
-    if (!Query(database_, "SELECT 1 FROM category WHERE type = ?1 AND (id = ?2 OR ?2 = 0)", type, category)
-             .executeStep()) {
-        throw Refusal(kUnknownCategory);
+    const std::scoped_lock lock(mutex_);
+    const auto found = summaries_.find(type);
+    const bool usable =
+        found != summaries_.end() && std::chrono::steady_clock::now() - found->second->at < kSummaryLife;
+    return usable ? found->second : nullptr;
+}
+
+void TypeSummaries::Put(int type, std::shared_ptr<const TypeSummary> summary)
+{
+    const std::scoped_lock lock(mutex_);
+    summaries_[type] = std::move(summary);
+}
+
+Catalogue::Catalogue(Database &database, TypeSummaries &summaries)
+    : summaries_(summaries),
+      categories_(database, "SELECT id, name, (SELECT count(*) FROM good WHERE good.type = category.type "
+                            "AND good.category = category.id) FROM category WHERE type = :type"),
+      good_(database, "SELECT good.id, title, maker, category, price, added, description, category.name FROM good "
+                      "JOIN category ON category.type = good.type AND category.id = good.category "
+                      "WHERE good.type = :type AND good.id = :id")
+{
+    for (const char *order : kOrders) {
+        ofType_.emplace_back(database, PageSql("type = :type", order));
+        // PostgreSQL reads an index in its order only if the order begins with the index's columns.
+        ofCategory_.emplace_back(database, PageSql("type = :type AND category = :category", order));
     }
+}
+
+std::shared_ptr<const TypeSummary> Catalogue::Summary(int type)
+{
+    if (auto kept = summaries_.Find(type)) {
+        return kept;
+    }
+    auto summary = std::make_shared<TypeSummary>();
+    summary->at = std::chrono::steady_clock::now();
+    for (const auto &[id, name, goods] : categories_(type)) {
+        summary->categories[id] = {name, goods};
+        summary->goods += goods;
+    }
+    if (summary->categories.empty()) {
+        throw Refusal(kUnknownCategory); // not kept: types that do not exist are many
+    }
+    summaries_.Put(type, summary);
+    return summary;
 }
 
 std::string Catalogue::List(std::string_view query)
@@ -56,23 +100,30 @@ std::string Catalogue::List(std::string_view query)
     const int sort = fields.Number("sort", 0, static_cast<int>(kOrders.size()) - 1);
     const int start = fields.Number("start", 0, kLargest);
     const int max = fields.Number("max", 1, kLongestPage);
-    RequireCategory(type, category);
-
-    const std::string matching = "WHERE good.type = ?1 AND (?2 = 0 OR good.category = ?2) ";
-    Statement total = Query(database_, "SELECT count(*) FROM good " + matching, type, category);
-    (void)total.executeStep();
+    const auto summary = Summary(type);
+    const auto found = summary->categories.find(category);
+    if (category != 0 && found == summary->categories.end()) {
+        throw Refusal(kUnknownCategory);
+    }
+    const Int64 total = category == 0 ? summary->goods : found->second.goods;
 
     XmlWriter xml;
     xml.Start("goods");
-    for (const char *name : {"type", "category", "sort", "start", "max"}) {
-        xml.Attribute(name, fields.Number(name, 0, kLargest));
+    xml.Attribute("type", type);
+    xml.Attribute("category", category);
+    xml.Attribute("sort", sort);
+    xml.Attribute("start", start);
+    xml.Attribute("max", max);
+    xml.Attribute("total", total);
+    if (start >= total) {
+        return xml.Finish(); // skipping all goods would cost the most
     }
-    xml.Attribute("total", total.getColumn(0).getInt64());
-    const std::string order = std::string("ORDER BY ") + kOrders[static_cast<std::size_t>(sort)];
-    Statement row =
-        Query(database_, kGoodColumns + matching + order + " LIMIT ?3 OFFSET ?4", type, category, max, start);
-    while (row.executeStep()) {
-        StartGood(xml, row);
+    const auto rows = category == 0 ? (*std::next(ofType_.begin(), sort))(type, max, start)
+                                    : (*std::next(ofCategory_.begin(), sort))(type, category, max, start);
+    for (const auto &[id, title, maker, itsCategory, price, added] : rows) {
+        const auto named = summary->categories.find(itsCategory);
+        StartGood(xml, type, id, title, maker, itsCategory,
+                  named == summary->categories.end() ? "" : named->second.name, price, added);
         xml.End();
     }
     return xml.Finish();
@@ -81,14 +132,15 @@ std::string Catalogue::List(std::string_view query)
 std::string Catalogue::Good(std::string_view query)
 {
     const FormFields fields(query, {"type", "id"});
-    Statement row = Query(database_, std::string(kGoodColumns) + "WHERE good.type = ? AND good.id = ?",
-                          fields.Number("type", 1, kLargest), fields.Number("id", 1, kLargest));
-    if (!row.executeStep()) {
+    const int type = fields.Number("type", 1, kLargest);
+    const auto rows = good_(type, fields.Number("id", 1, kLargest));
+    if (rows.empty()) {
         throw Refusal(kUnknownGood);
     }
+    const auto &[id, title, maker, category, price, added, description, categoryName] = rows[0];
     XmlWriter xml;
-    StartGood(xml, row);
-    xml.Element("description", row.getColumn(8).getString());
+    StartGood(xml, type, id, title, maker, category, categoryName, price, added);
+    xml.Element("description", description);
     return xml.Finish();
 }
 

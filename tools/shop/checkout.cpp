@@ -1,9 +1,10 @@
 #include "checkout.h"
 
-#include "devices.h"
 #include "errors.h"
 #include "form_fields.h"
 #include "xml_writer.h"
+
+#include <boost/algorithm/hex.hpp>
 
 #include <charconv>
 #include <ctime>
@@ -19,7 +20,10 @@ constexpr int kLargest = std::numeric_limits<int>::max();
 
 // How long a used token is remembered beyond the time in which the clock check
 // lets it pass: clocks without a time zone are set back by an hour in autumn.
-constexpr std::int64_t kTokenMemorySeconds = 24 * 60 * 60;
+constexpr Int64 kTokenMemorySeconds = 24 * 60 * 60;
+constexpr Int64 kDeletionInterval = 60;
+
+constexpr std::size_t kMostKeys = 10'000;
 
 int ParseUserId(const std::string &text)
 {
@@ -33,6 +37,41 @@ int ParseUserId(const std::string &text)
 
 } // namespace
 
+std::shared_ptr<const token::PublicKey> KeyCache::Read(const std::string &pem)
+{
+    {
+        const std::scoped_lock lock(mutex_);
+        if (const auto found = keys_.find(pem); found != keys_.end()) {
+            return found->second;
+        }
+    }
+    auto key = std::make_shared<const token::PublicKey>(token::ReadPublicKey(pem));
+    const std::scoped_lock lock(mutex_);
+    if (keys_.size() >= kMostKeys) {
+        keys_.clear();
+    }
+    keys_[pem] = key;
+    return key;
+}
+
+Checkout::Checkout(Database &database, CheckoutState &state)
+    : database_(database),
+      state_(state),
+      key_(database, "SELECT public_key FROM device WHERE serial = :serial AND user_id = :user"),
+      deleteTokens_(database, "DELETE FROM token WHERE seen_at < :time"),
+      useBlock_(database, "INSERT INTO token (block, seen_at) VALUES (:block, :now) ON CONFLICT DO NOTHING"),
+      // Until the commit, other purchases of the device wait here.
+      balance_(database, std::string("SELECT balance FROM device WHERE serial = :serial AND user_id = :user") +
+                             (database.IsPostgresql() ? " FOR UPDATE" : "")),
+      priceAndOwned_(database, "SELECT price, CASE WHEN EXISTS (SELECT 1 FROM purchase WHERE serial = :serial "
+                               "AND user_id = :user AND purchase.type = good.type AND purchase.id = good.id) "
+                               "THEN 1 ELSE 0 END FROM good WHERE type = :type AND id = :id"),
+      pay_(database, "UPDATE device SET balance = balance - :price WHERE serial = :serial AND user_id = :user"),
+      book_(database, "INSERT INTO purchase (serial, user_id, type, id, price, bought_at) "
+                      "VALUES (:serial, :user, :type, :id, :price, :at) RETURNING number")
+{
+}
+
 Checkout::Order Checkout::ReadOrder(const PurchaseRequest &request) const
 {
     const FormFields form(request.form, {"type", "id", "force"});
@@ -42,61 +81,72 @@ Checkout::Order Checkout::ReadOrder(const PurchaseRequest &request) const
 
 token::Token Checkout::CheckToken(const Order &order, const std::string &headerValue)
 {
-    const token::PublicKey key = FindDeviceKey(database_, order.serial, order.userId);
-    if (key == nullptr) {
+    const auto pem = key_(order.serial, order.userId);
+    if (pem.empty()) {
         throw Refusal(kUnknownDevice);
     }
-    auto token = token::OpenToken(headerValue, key);
+    auto token = token::OpenToken(headerValue, *state_.keys.Read(std::get<0>(pem[0])));
     if (!token) {
         throw Refusal(kInvalidToken);
     }
     // To the second: the fraction of a device's time text is not of its clock.
     const auto difference = token->time - std::chrono::floor<std::chrono::seconds>(token::WallTimeNow());
-    if (std::chrono::abs(difference) > maxSkew_) {
+    if (std::chrono::abs(difference) > state_.maxSkew) {
         throw Refusal(kClockOff);
     }
     return *token;
 }
 
+void Checkout::DeleteExpiredTokens()
+{
+    const Int64 now = std::time(nullptr);
+    Int64 last = state_.tokensDeletedAt;
+    if (now - last >= kDeletionInterval && state_.tokensDeletedAt.compare_exchange_strong(last, now)) {
+        (void)deleteTokens_(now - 2 * state_.maxSkew.count() - kTokenMemorySeconds);
+    }
+}
+
 void Checkout::UseToken(const token::Token &token)
 {
-    const std::int64_t now = std::time(nullptr);
-    Run(database_, "DELETE FROM token WHERE seen_at < ?", now - 2 * maxSkew_.count() - kTokenMemorySeconds);
-    Statement insert(database_, "INSERT OR IGNORE INTO token (ciphertext, seen_at) VALUES (?, ?)");
-    insert.bind(1, token.ciphertext.data(), static_cast<int>(token.ciphertext.size()));
-    insert.bind(2, now);
-    if (insert.exec() == 0) {
-        throw Refusal(kReplayedToken);
+    for (const token::Bytes &block : token.blocks) {
+        std::string digits;
+        boost::algorithm::hex_lower(block, std::back_inserter(digits));
+        (void)useBlock_(digits, std::time(nullptr));
+        if (useBlock_.changed() == 0) {
+            throw Refusal(kReplayedToken);
+        }
     }
 }
 
-std::int64_t Checkout::CheckedPrice(const Order &order)
+// Writes nothing, so that the token alone is written when the purchase is refused.
+Int64 Checkout::CheckedPrice(const Order &order)
 {
-    Statement good = Query(database_, "SELECT price FROM good WHERE type = ? AND id = ?", order.type, order.id);
-    if (!good.executeStep()) {
+    const auto balance = balance_(order.serial, order.userId);
+    if (balance.empty()) {
+        throw Refusal(kUnknownDevice); // removed a moment ago
+    }
+    const auto found = priceAndOwned_(order.serial, order.userId, order.type, order.id);
+    if (found.empty()) {
         throw Refusal(kUnknownGood);
     }
-    if (!order.force &&
-        Query(database_, "SELECT 1 FROM purchase WHERE serial = ? AND user_id = ? AND type = ? AND id = ?",
-              order.serial, order.userId, order.type, order.id)
-            .executeStep()) {
+    const auto [price, owned] = found[0];
+    if (owned != 0 && !order.force) {
         throw Refusal(kAlreadyOwned);
     }
-    return good.getColumn(0).getInt64();
-}
-
-std::string Checkout::Book(const Order &order, std::int64_t price)
-{
-    if (Run(database_, "UPDATE device SET balance = balance - ?3 WHERE serial = ?1 AND user_id = ?2 AND balance >= ?3",
-            order.serial, order.userId, price) == 0) {
+    if (std::get<0>(balance[0]) < price) {
         throw Refusal(kBalanceTooLow);
     }
+    return price;
+}
+
+std::string Checkout::Book(const Order &order, Int64 price)
+{
+    (void)pay_(price, order.serial, order.userId);
     const std::string boughtAt = token::FormatSortable(token::WallTimeNow());
-    Run(database_, "INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES (?, ?, ?, ?, ?, ?)",
-        order.serial, order.userId, order.type, order.id, price, boughtAt);
+    const auto number = book_(order.serial, order.userId, order.type, order.id, price, boughtAt);
     XmlWriter xml;
     xml.Start("purchase");
-    xml.Attribute("number", database_.getLastInsertRowid());
+    xml.Attribute("number", std::get<0>(number.at(0)));
     xml.Attribute("type", order.type);
     xml.Attribute("id", order.id);
     xml.Attribute("price", price);
@@ -108,6 +158,7 @@ std::string Checkout::Sell(const PurchaseRequest &request)
 {
     const Order order = ReadOrder(request);
     const token::Token token = CheckToken(order, request.token);
+    DeleteExpiredTokens();
     Transaction transaction(database_);
     UseToken(token);
     std::string receipt;
@@ -115,9 +166,9 @@ std::string Checkout::Sell(const PurchaseRequest &request)
     try {
         receipt = Book(order, CheckedPrice(order));
     } catch (const Refusal &caught) {
-        refusal = caught; // nothing of the purchase is written at this point, the token is
+        refusal = caught;
     }
-    transaction.commit();
+    transaction.Commit();
     if (refusal) {
         throw *refusal;
     }

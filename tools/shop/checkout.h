@@ -1,15 +1,18 @@
-// The till: checks who buys and sells, once, whatever happens meanwhile.
+// Checks who buys, and sells each good once whatever happens at the same time, also on other servers.
 #pragma once
 
-#include "database.h"
+#include "shop/database/database.h"
 #include "token/token.h"
 
+#include <atomic>
 #include <chrono>
+#include <map>
+#include <mutex>
 #include <string>
 
 namespace shop {
 
-// What a purchase request says, as it stands in the request.
+// A purchase as the request has it.
 struct PurchaseRequest {
     std::string serial; // "User-Serial"
     std::string userId; // "User-ID"
@@ -17,12 +20,31 @@ struct PurchaseRequest {
     std::string form;   // type, id and force
 };
 
+// Public keys by their PEM texts: parsing a key takes several times as long as opening a token with it. All
+// connections share it.
+class KeyCache {
+public:
+    [[nodiscard]] std::shared_ptr<const token::PublicKey> Read(const std::string &pem);
+
+private:
+    std::mutex mutex_;
+    std::map<std::string, std::shared_ptr<const token::PublicKey>> keys_;
+};
+
+// What the connections of a process share.
+struct CheckoutState {
+    explicit CheckoutState(std::chrono::seconds skew) : maxSkew(skew) {}
+
+    std::chrono::seconds maxSkew; // by which a device's clock may be off
+    KeyCache keys;
+    std::atomic<Int64> tokensDeletedAt = 0;
+};
+
 class Checkout {
 public:
-    // maxSkew: how far the clock of a device may be from the shop's.
-    Checkout(Database &database, std::chrono::seconds maxSkew) : database_(database), maxSkew_(maxSkew) {}
+    Checkout(Database &database, CheckoutState &state);
 
-    // Sells and answers the receipt as XML. The purchase, the new balance and the
+    // Sells and returns the receipt as XML. The purchase, the new balance and the
     // used token are one transaction, on the disk before this returns. Throws
     // Refusal; a refusal for the good or the balance uses the token up as well,
     // so that nobody who saw it can try again.
@@ -39,12 +61,21 @@ private:
 
     Order ReadOrder(const PurchaseRequest &request) const;
     token::Token CheckToken(const Order &order, const std::string &headerValue);
+    void DeleteExpiredTokens();
     void UseToken(const token::Token &token);
-    std::int64_t CheckedPrice(const Order &order);
-    std::string Book(const Order &order, std::int64_t price);
+    Int64 CheckedPrice(const Order &order);
+    std::string Book(const Order &order, Int64 price);
 
+    using None = std::tuple<>;
     Database &database_;
-    std::chrono::seconds maxSkew_;
+    CheckoutState &state_;
+    Statement<std::tuple<std::string>, std::string, int> key_;
+    Statement<None, Int64> deleteTokens_;
+    Statement<None, std::string, Int64> useBlock_;
+    Statement<std::tuple<Int64>, std::string, int> balance_;
+    Statement<std::tuple<Int64, int>, std::string, int, int, int> priceAndOwned_;
+    Statement<None, Int64, std::string, int> pay_;
+    Statement<std::tuple<Int64>, std::string, int, int, int, Int64, std::string> book_;
 };
 
 } // namespace shop

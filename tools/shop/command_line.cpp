@@ -5,21 +5,20 @@
 #include "shop/faults/fault_table.h"
 #include "shop/admin/goods_table.h"
 #include "shop/admin/lists.h"
-#include "shop_database.h"
+#include "shop/database/schema.h"
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <iterator>
+#include <thread>
 
 namespace shop {
 
 namespace {
-
-// More than any balance, and far from where adding two overflows.
-constexpr std::int64_t kMostMoney = 1'000'000'000'000;
 
 std::string ReadFile(const std::string &name)
 {
@@ -50,7 +49,7 @@ void RemoveDeviceAsked(const Options &options)
 void TopUp(const Options &options)
 {
     Database database = OpenShopDatabase(options.database);
-    const std::int64_t balance = TopUpDevice(database, options.serial, options.userId, options.amount);
+    const Int64 balance = TopUpDevice(database, options.serial, options.userId, options.amount);
     std::cout << "device " << options.serial << ", user " << options.userId << ": balance " << balance << std::endl;
 }
 
@@ -58,15 +57,16 @@ void Import(const Options &options)
 {
     Database database = OpenShopDatabase(options.database);
     try {
+        Transaction transaction(database);
         const ImportCount count = ImportGoods(database, ReadFile(options.goodsFile));
+        transaction.Commit();
         std::cout << count.added << " goods added, " << count.changed << " changed" << std::endl;
     } catch (const std::exception &failure) {
         throw std::runtime_error(diagnostics::Printable(options.goodsFile) + ": " + failure.what() +
-                                 "; nothing is changed");
+                                 "; nothing was imported");
     }
 }
 
-// To standard output, or to a file that appears when it is whole.
 void Export(const Options &options)
 {
     Database database = OpenShopDatabase(options.database);
@@ -80,6 +80,12 @@ void Export(const Options &options)
     if (!file) {
         throw std::runtime_error(diagnostics::Printable(options.goodsFile) + " cannot be written");
     }
+}
+
+void CopyRows(const Options &options)
+{
+    const Int64 rows = CopyDatabase(options.from, options.to);
+    std::cout << "copied " << rows << " rows to " << ShownPlace(options.to) << std::endl;
 }
 
 void ListFaults()
@@ -99,19 +105,19 @@ std::string CheckFault(const std::string &name)
 {
     return FindFault(name) != nullptr
                ? ""
-               : "there is no fault " + diagnostics::Printable(name) + ", pavonix-shop faults lists them";
+               : "unknown fault " + diagnostics::Printable(name) + "; pavonix-shop faults lists them";
 }
 
 std::string CheckSerial(const std::string &serial)
 {
     const bool plain =
         !serial.empty() && std::all_of(serial.begin(), serial.end(), [](char c) { return c > ' ' && c <= '~'; });
-    return plain ? "" : "a serial is printable ASCII without blanks";
+    return plain ? "" : "a serial is printable ASCII without spaces";
 }
 
 CLI::Validator Money()
 {
-    return CLI::Range(std::int64_t{0}, kMostMoney);
+    return CLI::Range(Int64{0}, kMostMoney);
 }
 
 CLI::App *AddDeviceCommand(CLI::App *device, Options &options, const char *name, const char *help)
@@ -153,44 +159,78 @@ void AddGoodsCommands(CLI::App &app, Options &options)
         Database database = OpenShopDatabase(options.database);
         ListGoods(database, std::cout);
     });
-    CLI::App *import = goods->add_subcommand("import", "Add and change goods by a CSV file, all of it or nothing");
-    import->add_option("file", options.goodsFile, "Columns as goods export writes them")
+    CLI::App *imported = goods->add_subcommand("import", "Add and change goods from a CSV file, all rows or none");
+    imported->add_option("file", options.goodsFile, "Columns as goods export writes them")
         ->check(CLI::ExistingFile)
         ->required();
-    import->callback([&options] { Import(options);
-});
-CLI::App *exported = goods->add_subcommand("export", "Write all goods as CSV");
-exported->add_option("file", options.goodsFile, "Where to, instead of standard output");
-exported->callback([&options] { Export(options); });
-} // namespace
+    imported->callback([&options] { Import(options); });
+    CLI::App *exported = goods->add_subcommand("export", "Write all goods as CSV");
+    exported->add_option("file", options.goodsFile, "The file to write, instead of standard output");
+    exported->callback([&options] { Export(options); });
+}
 
-} // namespace shop
-
-void AddCommands(CLI::App &app, Options &options)
+void AddDatabaseCommands(CLI::App &app, Options &options)
 {
-    app.fallthrough();
-    app.require_subcommand(0, 1);
-    app.add_option("--db", options.database, "Database file, made with demonstration goods when missing")
-        ->capture_default_str();
+    CLI::App *database = app.add_subcommand("db", "Manage the database")->require_subcommand(1);
+    database->add_subcommand("create", "Make the tables without goods for demonstration")->callback([&options] {
+        (void)OpenShopDatabase(options.database, FirstGoods::kNone);
+    });
+    database->add_subcommand("upgrade", "Upgrade a database that an older version made")->callback([&options] {
+        const std::string done = UpgradeDatabase(options.database);
+        std::cout << ShownPlace(options.database) << ' ' << done << std::endl;
+    });
+    CLI::App *copy = database->add_subcommand("copy", "Copy a database, as it is now, into an empty one");
+    copy->add_option("from", options.from, "File or URL")->required();
+    copy->add_option("to", options.to, "File or URL")->required();
+    copy->callback([&options] { CopyRows(options); });
+}
+
+void AddServingOptions(CLI::App &app, Options &options)
+{
     app.add_option("--host", options.host, "Address or name to listen on")->capture_default_str();
     app.add_option("--port", options.port, "Port to listen on, 0 picks a free one and prints it")
         ->capture_default_str();
+    options.threads = std::max(1U, std::thread::hardware_concurrency());
+    app.add_option("--threads", options.threads, "Threads for the network, one for each core by default")
+        ->check(CLI::Range(1, 256));
+    app.add_option("--connections", options.connections, "Connections to the database, and as many threads for them")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    app.add_option("--keep-alive", options.keepAliveSeconds,
+                   "Seconds for which a connection stays open for another request: for a balancer, not for devices")
+        ->check(CLI::Range(0, 3600))
+        ->capture_default_str();
+    app.add_option("--metrics-for", options.watchers, "Addresses besides loopback that get /health and /metrics")
+        ->check(CLI::ValidIPV4);
     app.add_option("--max-skew", options.maxSkewSeconds, "Seconds by which the clock of a device may be off")
         ->check(CLI::Range(0, 1'000'000'000))
         ->capture_default_str();
     app.add_option("--fault", options.fault, "Send every reply with this fault; /fault/NAME before a path does it once")
         ->check(CheckFault);
     app.add_flag("--window-for-all", options.windowForAll, "Show the window, the page at /, to other machines too");
+}
 
+} // namespace
+
+void AddCommands(CLI::App &app, Options &options)
+{
+    app.fallthrough();
+    app.require_subcommand(0, 1);
+    app.set_version_flag("--version", std::string("pavonix-shop ") + SHOP_VERSION);
+    app.add_option("--db", options.database,
+                   "Database: a file, made with goods for demonstration when missing, or postgresql://USER@HOST/NAME")
+        ->capture_default_str();
+    AddServingOptions(app, options);
     AddDeviceCommands(app, options);
     AddGoodsCommands(app, options);
+    AddDatabaseCommands(app, options);
     CLI::App *purchases = app.add_subcommand("purchases", "List all purchases");
     purchases->add_flag("--csv", options.csv, "As CSV instead of columns separated by tabs");
     purchases->callback([&options] {
         Database database = OpenShopDatabase(options.database);
         ListPurchases(database, options.csv ? ListForm::kCsv : ListForm::kTabs, std::cout);
     });
-    app.add_subcommand("faults", "List the faults, and what the library makes of each")->callback(ListFaults);
+    app.add_subcommand("faults", "List the faults, and the library's result for each")->callback(ListFaults);
 }
 
 } // namespace shop

@@ -1,10 +1,12 @@
-// The words of pavonix-shop's command line, and what each does.
+// The options and commands of pavonix-shop.
 #pragma once
+
+#include "shop/database/database.h"
 
 #include <CLI/App.hpp>
 
-#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace shop {
 
@@ -12,17 +14,23 @@ struct Options {
     std::string database = "shop.db";
     std::string host = "127.0.0.1";
     unsigned short port = 8080;
+    unsigned threads = 1;
+    unsigned connections = 8;
+    int keepAliveSeconds = 0;
+    std::vector<std::string> watchers;
     int maxSkewSeconds = 300;
     std::string fault;
     bool windowForAll = false;
     std::string serial;
     int userId = 0;
     std::string keyFile;
-    std::int64_t balance = 0;
-    std::int64_t amount = 0;
+    Int64 balance = 0;
+    Int64 amount = 0;
     bool withPurchases = false;
     bool csv = false;
     std::string goodsFile;
+    std::string from;
+    std::string to;
 };
 
 // Adds options and commands to `app`; both are used while it parses. A command runs

@@ -12,48 +12,46 @@ std::runtime_error UnknownDevice(const std::string &serial, int userId)
 } // namespace
 
 void RegisterDevice(Database &database, const std::string &serial, int userId, const token::PublicKey &key,
-                    std::int64_t balance)
+                    Int64 balance)
 {
     Run(database,
-        "INSERT INTO device (serial, user_id, public_key, balance) VALUES (?1, ?2, ?3, ?4) "
-        "ON CONFLICT DO UPDATE SET public_key = ?3, balance = ?4",
+        "INSERT INTO device (serial, user_id, public_key, balance) VALUES (:serial, :user, :key, :balance) "
+        "ON CONFLICT (serial, user_id) DO UPDATE SET public_key = excluded.public_key, balance = excluded.balance",
         serial, userId, token::PublicKeyToPem(key), balance);
 }
 
-std::int64_t TopUpDevice(Database &database, const std::string &serial, int userId, std::int64_t amount)
+Int64 TopUpDevice(Database &database, const std::string &serial, int userId, Int64 amount)
 {
-    Statement row = Query(database,
-                          "UPDATE device SET balance = balance + ? WHERE serial = ? AND user_id = ? "
-                          "RETURNING balance",
-                          amount, serial, userId);
-    if (!row.executeStep()) {
+    const auto balance = Select<Int64>(database,
+                                       "UPDATE device SET balance = balance + :amount WHERE serial = :serial "
+                                       "AND user_id = :user AND balance <= :most RETURNING balance",
+                                       amount, serial, userId, kMostMoney - amount);
+    if (!balance.empty()) {
+        return std::get<0>(balance[0]);
+    }
+    if (Select<int>(database, "SELECT 1 FROM device WHERE serial = :serial AND user_id = :user", serial, userId)
+            .empty()) {
         throw UnknownDevice(serial, userId);
     }
-    return row.getColumn(0).getInt64();
+    throw std::runtime_error("the balance would exceed " + std::to_string(kMostMoney) + " cents");
 }
 
 void RemoveDevice(Database &database, const std::string &serial, int userId, bool withPurchases)
 {
     Transaction transaction(database);
-    Statement count = Query(database, "SELECT count(*) FROM purchase WHERE serial = ? AND user_id = ?", serial, userId);
-    (void)count.executeStep();
-    const int purchases = count.getColumn(0);
-    count.reset();
+    const Int64 purchases =
+        std::get<0>(Select<Int64>(database, "SELECT count(*) FROM purchase WHERE serial = :serial AND user_id = :user",
+                                  serial, userId)
+                        .at(0));
     if (purchases > 0 && !withPurchases) {
         throw std::runtime_error("device " + serial + " has purchases, " + std::to_string(purchases) +
                                  " in all; --with-purchases removes them too");
     }
-    Run(database, "DELETE FROM purchase WHERE serial = ? AND user_id = ?", serial, userId);
-    if (Run(database, "DELETE FROM device WHERE serial = ? AND user_id = ?", serial, userId) == 0) {
+    Run(database, "DELETE FROM purchase WHERE serial = :serial AND user_id = :user", serial, userId);
+    if (Run(database, "DELETE FROM device WHERE serial = :serial AND user_id = :user", serial, userId) == 0) {
         throw UnknownDevice(serial, userId);
     }
-    transaction.commit();
-}
-
-token::PublicKey FindDeviceKey(Database &database, const std::string &serial, int userId)
-{
-    Statement row = Query(database, "SELECT public_key FROM device WHERE serial = ? AND user_id = ?", serial, userId);
-    return row.executeStep() ? token::ReadPublicKey(row.getColumn(0).getString()) : nullptr;
+    transaction.Commit();
 }
 
 } // namespace shop

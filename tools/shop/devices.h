@@ -1,25 +1,24 @@
-// The devices that may buy, with their public keys and balances.
+// Managing the devices that may buy, with their public keys and balances.
 #pragma once
 
-#include "database.h"
+#include "shop/database/database.h"
 #include "token/public_key.h"
 
 namespace shop {
 
-// Registers the device; one that is registered already gets the new key and the
-// new balance and keeps what it bought. balance: cents.
+// The largest balance and amount, in cents: adding two never overflows.
+inline constexpr Int64 kMostMoney = 1'000'000'000'000;
+
+// Registers the device. One that is registered already gets the new key and the new balance and keeps its purchases.
 void RegisterDevice(Database &database, const std::string &serial, int userId, const token::PublicKey &key,
-                    std::int64_t balance);
+                    Int64 balance);
 
-// Adds to the device's balance, in cents, and answers the new one. Throws
-// std::runtime_error for an unknown device.
-std::int64_t TopUpDevice(Database &database, const std::string &serial, int userId, std::int64_t amount);
+// Adds to the device's balance and returns the new one. Throws std::runtime_error for an unknown device and for a sum
+// above kMostMoney.
+Int64 TopUpDevice(Database &database, const std::string &serial, int userId, Int64 amount);
 
-// Removes the device. Throws std::runtime_error for an unknown one, and for one with
-// purchases unless they are to be removed too.
+// Removes the device. Throws std::runtime_error for an unknown one, and for one with purchases unless they are to be
+// removed too.
 void RemoveDevice(Database &database, const std::string &serial, int userId, bool withPurchases);
-
-// Answers the registered key of the device, or null for an unknown device.
-[[nodiscard]] token::PublicKey FindDeviceKey(Database &database, const std::string &serial, int userId);
 
 } // namespace shop

@@ -1,6 +1,6 @@
-// Every reason for which the shop refuses a request: the whole table.
+// Every reason for which the shop refuses a request.
 //
-// A refusal answers with the HTTP status, the code in "X-Error-Code" and a text
+// A refusal has the HTTP status, the code in "X-Error-Code" and a text
 // in "X-Error-Message". Code 906 also carries "X-Server-Timestamp", the shop's
 // own local time written as in token/time_text.h, so that a device can set its clock.
 // The client reads code 0 as "no code" and treats 906 specially; a shop is free
@@ -35,13 +35,15 @@ inline constexpr ErrorKind kRequestTooLarge{413, 912, "The request is too large"
 inline constexpr ErrorKind kNotAForm{415, 913, "The body is not application/x-www-form-urlencoded"};
 inline constexpr ErrorKind kMalformedRequest{400, 914, "This is not a whole HTTP request"};
 inline constexpr ErrorKind kShopFailure{500, 999, "The shop failed, its log says why"};
+inline constexpr ErrorKind kShopBusy{503, 999, "The shop cannot reach its database, try again later"};
 
+// One for each code.
 inline constexpr std::array kErrorKinds = {kUnknownPath,   kWrongParameter,  kUnknownCategory,  kUnknownGood,
                                            kUnknownDevice, kInvalidToken,    kClockOff,         kReplayedToken,
                                            kAlreadyOwned,  kBalanceTooLow,   kWrongMethod,      kLengthRequired,
                                            kNotAForm,      kRequestTooLarge, kMalformedRequest, kShopFailure};
 
-// Thrown by whatever finds the reason, answered in one place.
+// Thrown where the reason is found; Shop::Answer makes it an error response.
 class Refusal : public std::runtime_error {
 public:
     // detail: plain ASCII of the shop's own making, never text from the request.

@@ -10,11 +10,11 @@ namespace shop {
 
 class FormFields {
 public:
-    // Takes the text apart. The fields must be exactly the named ones, in any
-    // order, each once; otherwise throws Refusal(kWrongParameter).
+    // The fields must be exactly the named ones, in any order, each once; otherwise
+    // throws Refusal(kWrongParameter).
     FormFields(std::string_view text, std::initializer_list<const char *> names);
 
-    // Answers the field's value when it is a decimal number from low to high;
+    // Returns the field's value when it is a decimal number from low to high;
     // otherwise throws Refusal(kWrongParameter).
     [[nodiscard]] int Number(const char *name, int low, int high) const;
 

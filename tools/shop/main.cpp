@@ -1,8 +1,9 @@
-// pavonix-shop: a small shop to try a client on.
+// pavonix-shop: the shop, from one desk to several machines.
+#include "access_log.h"
 #include "command_line.h"
 #include "diagnostics/printable.h"
+#include "shop/database/schema.h"
 #include "server.h"
-#include "shop_database.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,24 +13,29 @@ namespace {
 
 void Serve(const shop::Options &options)
 {
-    shop::Database database = shop::OpenShopDatabase(options.database);
-    shop::Shop goodsShop(database, std::chrono::seconds(options.maxSkewSeconds));
-    boost::asio::io_context context;
-    shop::Window window(context, database, options.windowForAll);
-    shop::Server server(context, {goodsShop, window, shop::FindFault(options.fault)}, options.host, options.port);
-    std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
-              << diagnostics::Printable(options.database) << std::endl;
-    server.Run();
+    (void)shop::OpenShopDatabase(options.database); // so that what is wrong with it shows before the shop listens
+    shop::ShopState state(options.database, std::chrono::seconds(options.maxSkewSeconds));
+    shop::Window window(options.database, options.windowForAll);
+    boost::asio::io_context network(static_cast<int>(options.threads));
+    shop::Workers workers(state, options.connections);
+    shop::ServerContext context{state, workers, window, shop::FindFault(options.fault)};
+    context.keepAlive = std::chrono::seconds(options.keepAliveSeconds);
+    for (const std::string &address : options.watchers) {
+        context.watchers.insert(boost::asio::ip::make_address(address));
+    }
+    shop::Server server(network, context, options.host, options.port);
+    shop::Log("listening on http://" + server.address() + ':' + std::to_string(server.port()) +
+              "/shop/ with database " + shop::ShownPlace(options.database));
+    server.Run(options.threads);
 }
 
-// Answers the exit code. A word that is none is behind most errors, whatever the
-// parser makes of it.
+// Returns the exit code. Most parse errors are caused by an unknown word, so report that first.
 int PrintError(const CLI::App &app, const CLI::ParseError &error)
 {
     const std::vector<std::string> unknown = app.remaining(true);
     if (error.get_exit_code() != 0 && !unknown.empty()) {
-        std::cerr << "pavonix-shop: there is no " << diagnostics::Printable(unknown.front())
-                  << " here; --help says what there is" << std::endl;
+        std::cerr << "pavonix-shop: unknown command or option " << diagnostics::Printable(unknown.front())
+                  << "; see --help" << std::endl;
         return 2;
     }
     return app.exit(error) == 0 ? 0 : 2;
@@ -41,7 +47,7 @@ int main(int argc, char **argv)
 {
     try {
         shop::Options options;
-        CLI::App app("A sample goods shop: GET /shop/list and /shop/good, POST /shop/buy.\n"
+        CLI::App app("A goods shop: GET /shop/list and /shop/good, POST /shop/buy.\n"
                      "Without a subcommand it serves until it is interrupted.");
         shop::AddCommands(app, options);
         try {
@@ -57,6 +63,9 @@ int main(int argc, char **argv)
             throw std::runtime_error("standard output cannot be written");
         }
         return 0;
+    } catch (const soci::soci_error &failure) {
+        shop::LogError(shop::MessageOf(failure));
+        return 1;
     } catch (const std::exception &failure) {
         std::cerr << "pavonix-shop: " << failure.what() << std::endl;
         return 1;

@@ -10,7 +10,7 @@ namespace http = boost::beast::http;
 
 namespace {
 
-// The client gives a message 256 characters, its terminator and the blank before it included.
+// The client gives a message 256 characters, its terminator and the space before it included.
 constexpr std::size_t kLongestMessage = 254;
 
 } // namespace
@@ -22,6 +22,13 @@ Response MakeResponse(http::status status, const std::string &body)
     response.set(http::field::content_type, "text/xml; charset=utf-8");
     response.keep_alive(false);
     response.prepare_payload();
+    return response;
+}
+
+Response MakePlainResponse(const std::string &body)
+{
+    Response response = MakeResponse(http::status::ok, body);
+    response.set(http::field::content_type, "text/plain; version=0.0.4; charset=utf-8");
     return response;
 }
 

@@ -1,5 +1,6 @@
 #include "reply_sender.h"
 
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/write.hpp>
 
 namespace shop {
@@ -22,9 +23,7 @@ ReplySender::ReplySender(beast::tcp_stream stream, Transmission transmission)
 
 void ReplySender::Start()
 {
-    beast::error_code ignored;
-    stream_.socket().set_option(asio::ip::tcp::no_delay(true), ignored);
-    SendNext();
+    asio::dispatch(stream_.get_executor(), [self = shared_from_this()] { self->SendNext(); });
 }
 
 void ReplySender::SendNext()
@@ -69,7 +68,7 @@ void ReplySender::Finish()
     Drain();
 }
 
-// The device sends a line end behind its form that Content-Length does not
+// The device sends a line end after its form that Content-Length does not
 // count. Closing with such bytes unread would reset the connection, and the
 // reply could be lost with it: so read and drop until the device closes.
 void ReplySender::Drain()

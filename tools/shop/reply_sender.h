@@ -1,4 +1,4 @@
-// Sends a reply as its transmission says, and sees the connection off.
+// Sends a reply as its transmission says, and closes the connection.
 #pragma once
 
 #include "transmission.h"
@@ -16,6 +16,7 @@ class ReplySender : public std::enable_shared_from_this<ReplySender> {
 public:
     ReplySender(boost::beast::tcp_stream stream, Transmission transmission);
 
+    // Runs on the stream's executor, whichever thread calls.
     void Start();
 
 private:

@@ -1,10 +1,12 @@
 #include "server.h"
 
+#include "access_log.h"
 #include "diagnostics/printable.h"
 
-#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/dispatch.hpp>
+#include <boost/asio/strand.hpp>
 
-#include <iostream>
+#include <thread>
 
 namespace shop {
 
@@ -12,11 +14,14 @@ namespace asio = boost::asio;
 
 namespace {
 
-// Devices know IPv4 only: of a name's addresses, such a one is preferred.
-asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
+constexpr std::chrono::milliseconds kStopInterval{20};
+constexpr std::chrono::seconds kLongestStop{12}; // more than a statement on the database may take
+
+// Devices know IPv4 only, so an IPv4 address of a name is preferred.
+asio::ip::address AddressOf(asio::io_context &network, const std::string &host)
 {
     boost::system::error_code error;
-    const auto found = asio::ip::tcp::resolver(context).resolve(host, "", error);
+    const auto found = asio::ip::tcp::resolver(network).resolve(host, "", error);
     if (error || found.empty()) {
         throw std::runtime_error("--host " + diagnostics::Printable(host) + ": " + error.message());
     }
@@ -30,10 +35,10 @@ asio::ip::address AddressOf(asio::io_context &context, const std::string &host)
 
 } // namespace
 
-Server::Server(asio::io_context &context, ServerContext house, const std::string &host, unsigned short port)
-    : context_(context), serverContext_(house), signals_(context_, SIGINT, SIGTERM), acceptor_(context_)
+Server::Server(asio::io_context &network, ServerContext &context, const std::string &host, unsigned short port)
+    : network_(network), context_(context), idleTimer_(network), signals_(network, SIGINT, SIGTERM), acceptor_(network)
 {
-    const asio::ip::tcp::endpoint endpoint(AddressOf(context_, host), port);
+    const asio::ip::tcp::endpoint endpoint(AddressOf(network_, host), port);
     try {
         acceptor_.open(endpoint.protocol());
         acceptor_.set_option(asio::socket_base::reuse_address(true));
@@ -45,24 +50,58 @@ Server::Server(asio::io_context &context, ServerContext house, const std::string
     }
 }
 
-void Server::Run()
+void Server::Run(unsigned threads)
 {
-    signals_.async_wait([this](boost::system::error_code, int) { context_.stop(); });
+    signals_.async_wait([this](boost::system::error_code, int) { Stop(); });
     Accept();
-    context_.run();
+    std::vector<std::thread> others;
+    for (unsigned i = 1; i < threads; ++i) {
+        others.emplace_back([this] { network_.run(); });
+    }
+    network_.run();
+    for (std::thread &thread : others) {
+        thread.join();
+    }
+}
+
+void Server::Stop()
+{
+    context_.stopping = true;
+    boost::system::error_code ignored;
+    acceptor_.close(ignored);
+    StopWhenIdle(kLongestStop / kStopInterval);
+}
+
+// Without this a purchase under way would lose its reply at each restart.
+void Server::StopWhenIdle(int tries)
+{
+    idleTimer_.expires_after(kStopInterval);
+    idleTimer_.async_wait([this, tries](boost::system::error_code) {
+        if (context_.exchangesUnderWay == 0 || tries == 0) {
+            network_.stop();
+        } else {
+            StopWhenIdle(tries - 1);
+        }
+    });
 }
 
 void Server::Accept()
 {
-    acceptor_.async_accept([this](boost::system::error_code error, asio::ip::tcp::socket socket) {
+    acceptor_.async_accept(asio::make_strand(network_), [this](boost::system::error_code error,
+                                                               asio::ip::tcp::socket socket) {
+        if (!acceptor_.is_open()) {
+            return;
+        }
         if (!error) {
-            std::make_shared<Session>(std::move(socket), serverContext_)->Start();
+            const auto executor = socket.get_executor();
+            asio::dispatch(executor,
+                           [session = std::make_shared<Session>(std::move(socket), context_)] { session->Start(); });
             Accept();
             return;
         }
-        // Out of descriptors, most likely: asking again at once would only spin.
-        std::cerr << "pavonix-shop: " << error.message() << std::endl;
-        auto pause = std::make_shared<asio::steady_timer>(context_, std::chrono::milliseconds(100));
+        // Out of descriptors, most likely: accepting again at once would only spin.
+        LogError(error.message());
+        auto pause = std::make_shared<asio::steady_timer>(network_, std::chrono::milliseconds(100));
         pause->async_wait([this, pause](boost::system::error_code) { Accept(); });
     });
 }

@@ -1,4 +1,4 @@
-// The shop's HTTP side: one thread, any number of connections, one request each.
+// The shop's HTTP side: any number of connections on a few threads.
 #pragma once
 
 #include "session.h"
@@ -6,27 +6,32 @@
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/signal_set.hpp>
+#include <boost/asio/steady_timer.hpp>
 
 namespace shop {
 
 class Server {
 public:
-    // Listens, and minds signals, at once. host: an address or a name. port 0 picks
-    // a free one. Throws std::runtime_error that names the option at fault.
-    Server(boost::asio::io_context &context, ServerContext house, const std::string &host, unsigned short port);
+    // Listens at once. host: an address or a name. port 0 picks a free one. Throws
+    // std::runtime_error that names the option at fault.
+    Server(boost::asio::io_context &network, ServerContext &context, const std::string &host, unsigned short port);
 
     std::string address() const { return acceptor_.local_endpoint().address().to_string(); }
 
     unsigned short port() const { return acceptor_.local_endpoint().port(); }
 
-    // Serves until SIGINT or SIGTERM; writes a line per request to standard output.
-    void Run();
+    // Serves on so many threads until SIGINT or SIGTERM, then completes the requests that it has received. Writes a
+    // line for each request to standard output.
+    void Run(unsigned threads);
 
 private:
     void Accept();
+    void Stop();
+    void StopWhenIdle(int tries);
 
-    boost::asio::io_context &context_;
-    ServerContext serverContext_;
+    boost::asio::io_context &network_;
+    ServerContext &context_;
+    boost::asio::steady_timer idleTimer_;
     boost::asio::signal_set signals_;
     boost::asio::ip::tcp::acceptor acceptor_;
 };

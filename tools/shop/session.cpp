@@ -5,7 +5,8 @@
 #include "replies.h"
 #include "reply_sender.h"
 
-#include <iostream>
+#include <boost/asio/post.hpp>
+#include <boost/asio/write.hpp>
 
 namespace shop {
 
@@ -16,6 +17,7 @@ namespace http = beast::http;
 namespace {
 
 constexpr std::chrono::seconds kReadTime{30};
+constexpr std::chrono::seconds kWriteTime{60};
 constexpr std::chrono::milliseconds kNoWait{0};
 constexpr std::uint64_t kLongestBody = std::uint64_t{16} * 1024;
 
@@ -23,6 +25,11 @@ const ErrorKind &KindOfReadError(beast::error_code error)
 {
     return error == http::error::body_limit || error == http::error::header_limit ? kRequestTooLarge
                                                                                   : kMalformedRequest;
+}
+
+bool IsForWatchers(const Request &request)
+{
+    return request.target() == "/health" || request.target() == "/metrics";
 }
 
 diagnostics::End EndOf(const Transmission &sent)
@@ -40,18 +47,26 @@ diagnostics::End EndOf(const Transmission &sent)
 
 } // namespace
 
-Session::Session(asio::ip::tcp::socket socket, ServerContext &house) : stream_(std::move(socket)), context_(house)
+Session::Session(asio::ip::tcp::socket socket, ServerContext &context) : stream_(std::move(socket)), context_(context)
 {
-    parser_.body_limit(kLongestBody);
-    parser_.eager(true);
 }
 
 void Session::Start()
 {
     beast::error_code ignored;
     peer_ = stream_.socket().remote_endpoint(ignored).address();
+    stream_.socket().set_option(asio::ip::tcp::no_delay(true), ignored);
     stream_.expires_after(kReadTime);
+    AwaitRequest();
     Read();
+}
+
+void Session::AwaitRequest()
+{
+    parser_.emplace();
+    parser_->body_limit(kLongestBody);
+    parser_->eager(true);
+    parsed_ = 0;
 }
 
 void Session::Read()
@@ -65,7 +80,7 @@ void Session::OnRead(beast::error_code error, std::size_t count)
 {
     const bool ended = error == asio::error::eof;
     if ((error && !ended) || (ended && received_.empty())) {
-        return; // left without a word, or took too long
+        return; // no request, or not in time
     }
     received_.append(chunk_.data(), count);
     Parse(ended);
@@ -76,54 +91,116 @@ void Session::Parse(bool ended)
 {
     beast::error_code error;
     if (ended) {
-        parser_.put_eof(error);
+        parser_->put_eof(error);
     } else {
-        parsed_ += parser_.put(asio::buffer(received_) + parsed_, error);
+        parsed_ += parser_->put(asio::buffer(received_) + parsed_, error);
     }
     if (error && error != http::error::need_more) {
+        ++context_.exchangesUnderWay;
+        since_ = std::chrono::steady_clock::now();
         const ErrorKind &kind = KindOfReadError(error);
-        Send(parser_.is_header_done() ? &parser_.get() : nullptr, MakeErrorResponse(kind, kind.text), nullptr);
-    } else if (parser_.is_done()) {
+        Send(parser_->is_header_done() ? &parser_->get() : nullptr, MakeErrorResponse(kind, kind.text), nullptr);
+    } else if (parser_->is_done()) {
+        ++context_.exchangesUnderWay;
+        since_ = std::chrono::steady_clock::now();
+        request_ = parser_->release();
         Answer();
     } else {
         Read();
     }
 }
 
+// Health and metrics are for machines nearby. A request that a proxy on this machine forwarded is a stranger's.
+bool Session::MayWatch() const
+{
+    return (peer_.is_loopback() || context_.watchers.contains(peer_)) && request_.count("X-Forwarded-For") == 0;
+}
+
 void Session::Answer()
 {
-    Request request = parser_.get();
-    if (Window::IsAskedFor(request)) {
-        AnswerForWindow(request);
+    if (Window::IsAskedFor(request_)) {
+        --context_.exchangesUnderWay;
+        context_.window.Serve(std::move(request_), std::move(stream_), peer_);
         return;
     }
-    try {
-        const Fault *named = TakeFault(&request);
-        const Fault *fault = named == nullptr ? context_.fault : named;
-        const bool answers = fault != nullptr && fault->answer != nullptr;
-        Send(&request, answers ? fault->answer() : context_.shop.Answer(request), fault);
-    } catch (const Refusal &refusal) {
-        Send(&request, MakeErrorResponse(refusal.kind(), refusal.what()), nullptr);
+    if (IsForWatchers(request_) && !MayWatch()) {
+        Send(&request_, MakeErrorResponse(kUnknownPath, kUnknownPath.text), nullptr);
+    } else if (request_.target() == "/metrics") {
+        Send(&request_, MakePlainResponse(context_.state.metrics.Text()), nullptr);
+    } else {
+        try {
+            const Fault *named = TakeFault(&request_);
+            AnswerFromDatabase(named == nullptr && !IsForWatchers(request_) ? context_.fault : named);
+        } catch (const Refusal &refusal) {
+            Send(&request_, MakeErrorResponse(refusal.kind(), refusal.what()), nullptr);
+        }
     }
 }
 
-void Session::AnswerForWindow(const Request &request)
+void Session::AnswerFromDatabase(const Fault *fault)
 {
-    if (context_.window.WantsEvents(request, peer_)) {
-        context_.window.Watch(std::move(stream_));
+    if (fault != nullptr && fault->answer != nullptr) {
+        Send(&request_, fault->answer(), fault);
         return;
     }
-    const Response response = context_.window.Answer(request, peer_);
-    std::make_shared<ReplySender>(std::move(stream_), AsOnePiece(response))->Start();
+    context_.workers.Answer(request_, [self = shared_from_this(), fault](Response response) {
+        asio::post(self->stream_.get_executor(), [self, fault, response = std::move(response)]() mutable {
+            self->Send(&self->request_, std::move(response), fault);
+        });
+    });
 }
 
-void Session::Send(const Request *request, const Response &response, const Fault *fault)
+void Session::Send(const Request *request, Response response, const Fault *fault)
 {
+    const bool stays = context_.keepAlive.count() != 0 && !context_.stopping && fault == nullptr &&
+                       request == &request_ && request->keep_alive();
+    response.keep_alive(stays);
+    if (request != nullptr && IsForWatchers(*request)) {
+        response.set(http::field::cache_control, "no-store");
+    }
     const Transmission sent = fault == nullptr ? AsOnePiece(response) : fault->send(response);
-    std::make_shared<ReplySender>(std::move(stream_), sent)->Start();
-    // The reply is on its way by now, so that nobody waits for the log and the window.
-    std::cout << LogLine({peer_.to_string(), request, &response, fault == nullptr ? "" : fault->name}) << std::endl;
+    if (stays) {
+        SendAndStay(sent.pieces.front().bytes);
+    } else {
+        std::make_shared<ReplySender>(std::move(stream_), sent)->Start();
+    }
+    --context_.exchangesUnderWay;
+    // The reply is on its way by now, so that it does not wait for the log and the window.
+    context_.state.metrics.CountExchange(request, response, std::chrono::steady_clock::now() - since_);
+    Log(LogLine({peer_.to_string(), request, &response, fault == nullptr ? "" : fault->name}));
     Show(request, response, fault, sent);
+}
+
+// For a balancer, which keeps its connections. A device's library adds a line end after its form that Content-Length
+// does not count; a balancer could pass it on.
+void Session::SendAndStay(std::string reply)
+{
+    reply_ = std::move(reply);
+    stream_.expires_after(kWriteTime);
+    asio::async_write(stream_, asio::buffer(reply_), [self = shared_from_this()](beast::error_code error, std::size_t) {
+        if (error) {
+            return;
+        }
+        self->stream_.expires_after(self->context_.keepAlive);
+        self->AwaitRequest();
+        self->received_.erase(0, std::min(self->received_.find_first_not_of("\r\n"), self->received_.size()));
+        if (self->received_.empty()) {
+            self->Read();
+        } else {
+            self->Parse(false);
+        }
+    });
+}
+
+// Without keep-alive also what was received after the request.
+std::string Session::TakeReceived()
+{
+    if (context_.keepAlive.count() == 0) {
+        return std::move(received_);
+    }
+    std::string request = received_.substr(0, parsed_);
+    received_.erase(0, parsed_);
+    return request;
 }
 
 void Session::Show(const Request *request, const Response &response, const Fault *fault, const Transmission &sent)
@@ -139,7 +216,7 @@ void Session::Show(const Request *request, const Response &response, const Fault
     diagnostics::Exchange &exchange = seen.exchange;
     const bool purchase = request != nullptr && request->method() == http::verb::post;
     exchange.call = purchase ? diagnostics::Call::kPurchase : diagnostics::Call::kDownload;
-    exchange.request = std::move(received_);
+    exchange.request = TakeReceived();
     for (const Piece &piece : sent.pieces) {
         exchange.reply += piece.bytes;
     }

@@ -1,48 +1,63 @@
-// One connection: a request in, a reply out.
+// One connection: requests in, replies out.
 #pragma once
 
 #include "shop/faults/fault_table.h"
-#include "shop.h"
 #include "shop/window/window.h"
+#include "workers.h"
 
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/parser.hpp>
 
 #include <array>
+#include <atomic>
 #include <memory>
+#include <optional>
+#include <set>
 
 namespace shop {
 
 // What all connections share.
 struct ServerContext {
-    Shop &shop;
+    ShopState &state;
+    Workers &workers;
     Window &window;
-    const Fault *fault; // of every reply; null for none
+    const Fault *fault;                            // of every reply; null for none
+    std::set<boost::asio::ip::address> watchers{}; // may read /health and /metrics; loopback always may
+    std::chrono::seconds keepAlive{0};             // for the next request; 0 closes after each reply
+    std::atomic<int> exchangesUnderWay = 0;
+    std::atomic<bool> stopping = false;
 };
 
-// Lives as long as one of its operations is under way.
+// Lives as long as one of its operations is under way. All run on the executor of its socket.
 class Session : public std::enable_shared_from_this<Session> {
 public:
-    Session(boost::asio::ip::tcp::socket socket, ServerContext &house);
+    Session(boost::asio::ip::tcp::socket socket, ServerContext &context);
 
     void Start();
 
 private:
+    void AwaitRequest();
     void Read();
     void OnRead(boost::beast::error_code error, std::size_t count);
     void Parse(bool ended);
     void Answer();
-    void AnswerForWindow(const Request &request);
-    void Send(const Request *request, const Response &response, const Fault *fault);
+    void AnswerFromDatabase(const Fault *fault);
+    [[nodiscard]] bool MayWatch() const;
+    void Send(const Request *request, Response response, const Fault *fault);
+    void SendAndStay(std::string reply);
+    [[nodiscard]] std::string TakeReceived();
     void Show(const Request *request, const Response &response, const Fault *fault, const Transmission &sent);
 
     boost::beast::tcp_stream stream_;
     boost::asio::ip::address peer_;
     ServerContext &context_;
-    boost::beast::http::request_parser<boost::beast::http::string_body> parser_;
+    std::optional<boost::beast::http::request_parser<boost::beast::http::string_body>> parser_;
+    Request request_;
+    std::chrono::steady_clock::time_point since_;
     std::array<char, 4096> chunk_;
-    std::string received_; // all that came
+    std::string received_; // from the beginning of the request
     std::size_t parsed_ = 0;
+    std::string reply_;
 };
 
 } // namespace shop

@@ -16,12 +16,13 @@ public:
 
     void Start(const char *element);
     void Attribute(const char *name, const std::string &value);
-    void Attribute(const char *name, std::int64_t value) { Attribute(name, std::to_string(value)); }
+    void Attribute(const char *name, long long value) { Attribute(name, std::to_string(value)); }
+    void Attribute(const char *name, int value) { Attribute(name, std::to_string(value)); }
     void Text(const std::string &text);
     void Element(const char *element, const std::string &text);
     void End();
 
-    // Closes what is open and answers the document's bytes. Call it last, once.
+    // Closes the open elements and returns the document's bytes. Call it last, once.
     [[nodiscard]] std::string Finish();
 
 private:

@@ -63,12 +63,13 @@ std::optional<WallTime> ParseTimeText(const std::string &text)
                     &fields.minute, &fields.second, &fields.fraction) != 7) {
         return std::nullopt;
     }
-    // Scanning is lenient about blanks, zeros and what follows; printing is not.
+    // Scanning accepts spaces, leading zeros and a rest; printing does not.
     const chrono::year_month_day date{chrono::year(fields.year), chrono::month(static_cast<unsigned>(fields.month)),
                                       chrono::day(static_cast<unsigned>(fields.day))};
+    const bool inRange = fields.year >= 1 && fields.year <= 9999 && fields.fraction > -1000 && fields.fraction < 1000;
     const bool clockExists = fields.hour >= 0 && fields.hour < 24 && fields.minute >= 0 && fields.minute < 60 &&
                              fields.second >= 0 && fields.second < 60;
-    if (Print(fields) != text || !date.ok() || !clockExists) {
+    if (Print(fields) != text || !inRange || !date.ok() || !clockExists) {
         return std::nullopt;
     }
     return chrono::local_days(date) + chrono::hours(fields.hour) + chrono::minutes(fields.minute) +

@@ -18,7 +18,7 @@ struct FreeContext {
     void operator()(EVP_PKEY_CTX *context) const { EVP_PKEY_CTX_free(context); }
 };
 
-// Answers the block raised to the public exponent, as long as the modulus, or an
+// Returns the block raised to the public exponent, as long as the modulus, or an
 // empty one.
 Bytes PublicOperation(std::span<const unsigned char> block, const PublicKey &key)
 {
@@ -52,7 +52,8 @@ std::vector<OpenedBlock> OpenBlocks(const Bytes &ciphertext, std::size_t blockSi
 {
     std::vector<OpenedBlock> blocks;
     for (std::size_t at = 0; at < ciphertext.size(); at += blockSize) {
-        OpenedBlock block{PublicOperation(std::span(ciphertext).subspan(at, blockSize), key), std::nullopt};
+        const auto received = std::span(ciphertext).subspan(at, blockSize);
+        OpenedBlock block{{received.begin(), received.end()}, PublicOperation(received, key), std::nullopt};
         block.text = block.encoded.empty() ? std::nullopt : DecodeOaep(block.encoded);
         blocks.push_back(std::move(block));
         if (!blocks.back().text) {
@@ -91,7 +92,11 @@ std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &
     if (!opening.ciphertext || !opening.time) {
         return std::nullopt;
     }
-    return Token{*opening.ciphertext, *opening.time};
+    Token token{{}, *opening.time};
+    for (const OpenedBlock &block : opening.blocks) {
+        token.blocks.push_back(block.received);
+    }
+    return token;
 }
 
 } // namespace token

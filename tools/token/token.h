@@ -15,12 +15,13 @@
 namespace token {
 
 struct Token {
-    Bytes ciphertext; // what makes a token the same token
-    WallTime time;    // the device's clock when it made the token
+    std::vector<Bytes> blocks; // as received; no block may count twice
+    WallTime time;             // the device's clock when it made the token
 };
 
-// What was found at each step; the first step that fails ends it.
+// The results of each step up to the first one that fails.
 struct OpenedBlock {
+    Bytes received;
     Bytes encoded;                   // raised to the public exponent; empty when it is above the modulus
     std::optional<std::string> text; // without OAEP
 };
@@ -32,8 +33,8 @@ struct Opening {
 };
 [[nodiscard]] Opening OpenStepByStep(const std::string &headerValue, const PublicKey &key);
 
-// Opens the header's value with the device's key. Answers nothing when the value
-// was not made with the private key that belongs to it, or holds no time.
+// Opens the header's value with the device's key. Returns nothing when the value
+// was not made with the private key that belongs to it, or is not a time.
 [[nodiscard]] std::optional<Token> OpenToken(const std::string &headerValue, const PublicKey &key);
 
 } // namespace token

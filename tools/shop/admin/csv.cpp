@@ -41,7 +41,7 @@ std::vector<CsvRow> ReadCsv(const std::string &text)
                        csv_fini(&parser, EndField, EndRow, &reader) == 0;
     csv_free(&parser);
     if (!whole) {
-        throw std::runtime_error("row " + std::to_string(reader.rows.size() + 1) + ": a quote stands out of place");
+        throw std::runtime_error("row " + std::to_string(reader.rows.size() + 1) + ": misplaced quotation mark");
     }
     return std::move(reader.rows);
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <set>
 
 namespace shop {
 
@@ -50,13 +51,13 @@ public:
         return text;
     }
 
-    std::int64_t Number(const std::string &name, std::int64_t low) const
+    Int64 Number(const std::string &name, Int64 low) const
     {
         const std::string text = Text(name);
         int value = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (error != std::errc() || end != text.data() + text.size() || value < low) {
-            Fail(name, "is no number from " + std::to_string(low) + " to " +
+            Fail(name, "must be a whole number from " + std::to_string(low) + " to " +
                            std::to_string(std::numeric_limits<int>::max()) + ": " + diagnostics::Printable(text));
         }
         return value;
@@ -70,7 +71,7 @@ public:
             return token::FormatSortable(token::WallTimeNow()).substr(0, 10);
         }
         if (!token::IsDate(text)) {
-            Fail(name, "is no date like 2026-02-20: " + diagnostics::Printable(text));
+            Fail(name, "must be a date like 2026-02-20: " + diagnostics::Printable(text));
         }
         return text;
     }
@@ -90,7 +91,7 @@ void CheckColumns(const CsvRow &names)
 {
     for (const std::string &name : names) {
         if (std::count(kColumns.begin(), kColumns.end(), name) == 0) {
-            throw std::runtime_error("there is no column " + diagnostics::Printable(name) +
+            throw std::runtime_error("unknown column " + diagnostics::Printable(name) +
                                      "; pavonix-shop goods export shows the columns");
         }
         if (std::count(names.begin(), names.end(), name) > 1) {
@@ -104,40 +105,70 @@ void CheckColumns(const CsvRow &names)
     }
 }
 
-// Makes the good's type and category known.
-void ImportCategory(Database &database, const Row &row, std::int64_t type, std::int64_t category)
-{
-    const std::string typeName = row.Text("type_name");
-    const std::string categoryName = row.Text("category_name");
-    if (!typeName.empty()) {
-        Run(database, "INSERT INTO type (id, name) VALUES (?1, ?2) ON CONFLICT DO UPDATE SET name = ?2", type,
-            typeName);
-    } else if (!Query(database, "SELECT 1 FROM type WHERE id = ?", type).executeStep()) {
-        row.Fail("type", "is not known yet, so that it needs a type_name: " + std::to_string(type));
-    }
-    if (!categoryName.empty()) {
-        Run(database, "INSERT INTO category (type, id, name) VALUES (?1, ?2, ?3) ON CONFLICT DO UPDATE SET name = ?3",
-            type, category, categoryName);
-    } else if (!Query(database, "SELECT 1 FROM category WHERE type = ? AND id = ?", type, category).executeStep()) {
-        row.Fail("category", "is not known yet, so that it needs a category_name: " + std::to_string(category));
-    }
-}
+class Importer {
+public:
+    explicit Importer(Database &database) : database_(database) {}
 
-void ImportRow(Database &database, const Row &row, ImportCount *count)
-{
-    const std::int64_t type = row.Number("type", 1);
-    const std::int64_t category = row.Number("category", 1);
-    const std::int64_t id = row.Number("id", 1);
-    ImportCategory(database, row, type, category);
-    const bool known = Query(database, "SELECT 1 FROM good WHERE type = ? AND id = ?", type, id).executeStep();
-    Run(database,
-        "INSERT INTO good (type, id, category, title, maker, price, added, description) "
-        "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8) ON CONFLICT DO UPDATE SET "
-        "category = ?3, title = ?4, maker = ?5, price = ?6, added = ?7, description = ?8",
-        type, id, category, row.NeededText("title"), row.Text("maker"), row.Number("price", 0), row.Date("added"),
-        row.Text("description"));
-    ++(known ? count->changed : count->added);
-}
+    void Import(const Row &row)
+    {
+        const auto type = static_cast<int>(row.Number("type", 1));
+        const auto category = static_cast<int>(row.Number("category", 1));
+        const auto id = static_cast<int>(row.Number("id", 1));
+        if (!imported_.emplace(type, id).second) {
+            row.Fail("id", "is that of an earlier row: " + std::to_string(id));
+        }
+        ImportType(row, type);
+        ImportCategory(row, type, category);
+        ++(findGood_(type, id).empty() ? count_.added : count_.changed);
+        (void)putGood_(type, id, category, row.NeededText("title"), row.Text("maker"), row.Number("price", 0),
+                       row.Date("added"), row.Text("description"));
+    }
+
+    ImportCount count() const { return count_; }
+
+private:
+    void ImportType(const Row &row, int type)
+    {
+        const std::string name = row.Text("type_name");
+        if (!name.empty()) {
+            (void)putType_(type, name);
+        } else if (findType_(type).empty()) {
+            row.Fail("type", "is not known yet and needs a type_name: " + std::to_string(type));
+        }
+    }
+
+    void ImportCategory(const Row &row, int type, int category)
+    {
+        const std::string name = row.Text("category_name");
+        if (!name.empty()) {
+            (void)putCategory_(type, category, name);
+        } else if (findCategory_(type, category).empty()) {
+            row.Fail("category", "is not known yet and needs a category_name: " + std::to_string(category));
+        }
+    }
+
+    using One = std::tuple<int>;
+    using None = std::tuple<>;
+
+    Database &database_;
+    ImportCount count_;
+    std::set<std::pair<int, int>> imported_;
+    Statement<One, int> findType_{database_, "SELECT 1 FROM type WHERE id = :id"};
+    Statement<One, int, int> findCategory_{database_, "SELECT 1 FROM category WHERE type = :type AND id = :id"};
+    Statement<One, int, int> findGood_{database_, "SELECT 1 FROM good WHERE type = :type AND id = :id"};
+    Statement<None, int, std::string> putType_{
+        database_,
+        "INSERT INTO type (id, name) VALUES (:id, :name) ON CONFLICT (id) DO UPDATE SET name = excluded.name"};
+    Statement<None, int, int, std::string> putCategory_{
+        database_, "INSERT INTO category (type, id, name) VALUES (:type, :id, :name) "
+                   "ON CONFLICT (type, id) DO UPDATE SET name = excluded.name"};
+    Statement<None, int, int, int, std::string, std::string, Int64, std::string, std::string> putGood_{
+        database_, "INSERT INTO good (type, id, category, title, maker, price, added, description) "
+                   "VALUES (:type, :id, :category, :title, :maker, :price, :added, :description) "
+                   "ON CONFLICT (type, id) DO UPDATE SET category = excluded.category, title = excluded.title, "
+                   "maker = excluded.maker, price = excluded.price, added = excluded.added, "
+                   "description = excluded.description"};
+};
 
 } // namespace
 
@@ -148,26 +179,21 @@ ImportCount ImportGoods(Database &database, const std::string &csv)
         throw std::runtime_error("the first row, which names the columns, is missing");
     }
     CheckColumns(rows[0]);
-    ImportCount count;
-    Transaction transaction(database);
+    Importer importer(database);
     for (std::size_t i = 1; i < rows.size(); ++i) {
-        ImportRow(database, Row(rows[0], rows[i], i + 1), &count);
+        importer.Import(Row(rows[0], rows[i], i + 1));
     }
-    transaction.commit();
-    return count;
+    return importer.count();
 }
 
 void ExportGoods(Database &database, std::ostream &out)
 {
     WriteCsv(out, kColumns);
-    Statement good =
-        Query(database, "SELECT type.id, type.name, category, category.name, good.id, title, maker, price, "
-                        "added, description FROM good JOIN type ON type.id = good.type "
-                        "JOIN category ON category.type = good.type AND category.id = good.category "
-                        "ORDER BY type.id, good.id");
-    while (good.executeStep()) {
-        WriteCsv(out, TextsOf(good));
-    }
+    ForEachRow(database,
+               "SELECT type.id, type.name, category, category.name, good.id, title, maker, price, added, description "
+               "FROM good JOIN type ON type.id = good.type "
+               "JOIN category ON category.type = good.type AND category.id = good.category ORDER BY type.id, good.id",
+               kColumns.size(), [&](const Texts &good) { WriteCsv(out, good); });
 }
 
 } // namespace shop

@@ -1,7 +1,7 @@
-// The goods as a table that a keeper edits elsewhere.
+// The goods as a table, for editing in a spreadsheet.
 #pragma once
 
-#include "shop/database.h"
+#include "shop/database/database.h"
 
 #include <ostream>
 
@@ -19,7 +19,7 @@ struct ImportCount {
 //                              a category that exists gets the name
 //   maker, added, description  may be left out; added is a date like 2026-02-20
 // A good of the same type and id is changed; goods that are not in the text stay.
-// All rows are taken, or none: throws std::runtime_error that names row and column.
+// Throws std::runtime_error that names row and column; the caller's transaction makes it all rows or none.
 [[nodiscard]] ImportCount ImportGoods(Database &database, const std::string &csv);
 
 // Writes all goods, with all columns; importing that changes nothing.

@@ -7,7 +7,7 @@ namespace shop {
 
 namespace {
 
-void WriteRow(std::ostream &out, ListForm form, const CsvRow &row)
+void WriteRow(std::ostream &out, ListForm form, const Texts &row)
 {
     if (form == ListForm::kCsv) {
         WriteCsv(out, row);
@@ -19,39 +19,33 @@ void WriteRow(std::ostream &out, ListForm form, const CsvRow &row)
     out << '\n';
 }
 
-void WriteList(std::ostream &out, ListForm form, Statement row)
+// columns: the headings. select: a query with as many columns.
+void WriteList(Database &database, std::ostream &out, ListForm form, const Texts &columns, const std::string &select)
 {
-    CsvRow names;
-    for (int column = 0; column < row.getColumnCount(); ++column) {
-        names.emplace_back(row.getColumnName(column));
-    }
-    WriteRow(out, form, names);
-    while (row.executeStep()) {
-        WriteRow(out, form, TextsOf(row));
-    }
+    WriteRow(out, form, columns);
+    ForEachRow(database, select, columns.size(), [&](const Texts &row) { WriteRow(out, form, row); });
 }
 
 } // namespace
 
 void ListGoods(Database &database, std::ostream &out)
 {
-    WriteList(out, ListForm::kTabs,
-              Query(database, "SELECT type, id, category, price, added, title, maker FROM good ORDER BY type, id"));
+    WriteList(database, out, ListForm::kTabs, {"type", "id", "category", "price", "added", "title", "maker"},
+              "SELECT type, id, category, price, added, title, maker FROM good ORDER BY type, id");
 }
 
 void ListDevices(Database &database, std::ostream &out)
 {
-    WriteList(out, ListForm::kTabs,
-              Query(database, "SELECT serial, user_id AS user, balance, count(number) AS purchases "
-                              "FROM device LEFT JOIN purchase USING (serial, user_id) GROUP BY serial, user_id"));
+    WriteList(database, out, ListForm::kTabs, {"serial", "user", "balance", "purchases"},
+              "SELECT serial, user_id, balance, (SELECT count(*) FROM purchase WHERE purchase.serial = device.serial "
+              "AND purchase.user_id = device.user_id) FROM device ORDER BY serial, user_id");
 }
 
 void ListPurchases(Database &database, ListForm form, std::ostream &out)
 {
-    WriteList(out, form,
-              Query(database, "SELECT number, serial, user_id AS user, type, id, purchase.price AS price, "
-                              "bought_at AS \"bought at\", title "
-                              "FROM purchase JOIN good USING (type, id) ORDER BY number"));
+    WriteList(database, out, form, {"number", "serial", "user", "type", "id", "price", "bought at", "title"},
+              "SELECT number, serial, user_id, purchase.type, purchase.id, purchase.price, bought_at, title "
+              "FROM purchase JOIN good ON good.type = purchase.type AND good.id = purchase.id ORDER BY number");
 }
 
 } // namespace shop

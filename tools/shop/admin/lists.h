@@ -1,7 +1,7 @@
-// What the shop holds, as lists for people and for other programs.
+// Goods, devices and purchases as lists, for people and for other programs.
 #pragma once
 
-#include "shop/database.h"
+#include "shop/database/database.h"
 
 #include <ostream>
 #include <string>
@@ -13,7 +13,7 @@ enum class ListForm {
     kCsv,  // for programs: the texts as they are
 };
 
-// One line a row, below a line with the columns' names.
+// One line for each row, after a line with the columns' names.
 void ListGoods(Database &database, std::ostream &out);
 void ListDevices(Database &database, std::ostream &out);
 void ListPurchases(Database &database, ListForm form, std::ostream &out);

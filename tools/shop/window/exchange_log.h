@@ -6,7 +6,9 @@
 
 #include <cstdint>
 #include <deque>
+#include <mutex>
 #include <string>
+#include <vector>
 
 namespace shop {
 
@@ -22,7 +24,7 @@ struct SeenExchange {
     diagnostics::Exchange exchange;
 };
 
-// Keeps so many exchanges, and so many bytes of each, whatever comes.
+// Keeps so many exchanges, and so many bytes of each. Used by all threads.
 class ExchangeLog {
 public:
     static constexpr std::size_t kKept = 50;
@@ -30,11 +32,12 @@ public:
 
     void Add(SeenExchange seen);
 
-    // From the oldest to the newest.
-    const std::deque<SeenExchange> &all() const { return exchanges_; }
-    std::uint64_t newest() const { return newest_; }
+    // Those with a number above that, from the oldest to the newest.
+    [[nodiscard]] std::vector<SeenExchange> Newer(std::uint64_t number) const;
+    [[nodiscard]] std::uint64_t newest() const;
 
 private:
+    mutable std::mutex mutex_;
     std::deque<SeenExchange> exchanges_;
     std::uint64_t newest_ = 0;
 };

@@ -1,7 +1,7 @@
 // One exchange as HTML: its bytes, what is wrong with it, and its token.
 #pragma once
 
-#include "shop/database.h"
+#include "shop/database/database.h"
 #include "shop/window/exchange_log.h"
 
 #include <string>

@@ -15,20 +15,24 @@ std::string RowAsHtml(const std::vector<std::string> &texts, const std::string &
     return html + "</tr>";
 }
 
-// table: what all rows come from, of which `sql` answers a hundred at most.
-std::string TableAsHtml(Database &database, const std::string &title, const std::string &table, const std::string &sql)
+std::string Money(const std::string &cents)
 {
-    const std::string count = database.execAndGet("SELECT count(*) FROM " + table).getString();
-    Statement row = Query(database, sql + " LIMIT 100");
-    std::vector<std::string> names;
-    for (int column = 0; column < row.getColumnCount(); ++column) {
-        names.emplace_back(row.getColumnName(column));
-    }
-    std::string html = "<section id=\"" + table + "s\"><h2>" + title + " <small>" + count +
-                       "</small></h2><div class=\"scroll\"><table>" + RowAsHtml(names, "th");
-    while (row.executeStep()) {
-        html += RowAsHtml(TextsOf(row), "td");
-    }
+    std::string text(cents.size() < 3 ? 3 - cents.size() : 0, '0');
+    text += cents;
+    return text.insert(text.size() - 2, ".");
+}
+
+// select: its last column is in cents; at most a hundred rows are shown.
+std::string TableAsHtml(Database &database, const std::string &title, const std::string &table, const Texts &columns,
+                        const std::string &select)
+{
+    const auto count = Select<std::string>(database, "SELECT count(*) FROM " + table);
+    std::string html = "<section id=\"" + table + "s\"><h2>" + title + " <small>" + std::get<0>(count.at(0)) +
+                       "</small></h2><div class=\"scroll\"><table>" + RowAsHtml(columns, "th");
+    ForEachRow(database, select + " LIMIT 100", columns.size(), [&](Texts row) {
+        row.back() = Money(row.back());
+        html += RowAsHtml(row, "td");
+    });
     return html + "</table></div></section>";
 }
 
@@ -36,16 +40,13 @@ std::string TableAsHtml(Database &database, const std::string &title, const std:
 
 std::string ShopAsHtml(Database &database)
 {
-    return TableAsHtml(database, "Purchases", "purchase",
-                       "SELECT number, bought_at AS at, serial, user_id AS user, title, "
-                       "printf('%.2f', purchase.price / 100.0) AS price FROM purchase JOIN good USING (type, id) "
-                       "ORDER BY number DESC") +
-           TableAsHtml(database, "Devices", "device",
-                       "SELECT serial, user_id AS user, printf('%.2f', balance / 100.0) AS balance "
-                       "FROM device ORDER BY serial, user_id") +
-           TableAsHtml(database, "Goods", "good",
-                       "SELECT type, id, title, maker, printf('%.2f', price / 100.0) AS price FROM good "
-                       "ORDER BY type, id");
+    return TableAsHtml(database, "Purchases", "purchase", {"number", "at", "serial", "user", "title", "price"},
+                       "SELECT number, bought_at, serial, user_id, title, purchase.price FROM purchase "
+                       "JOIN good ON good.type = purchase.type AND good.id = purchase.id ORDER BY number DESC") +
+           TableAsHtml(database, "Devices", "device", {"serial", "user", "balance"},
+                       "SELECT serial, user_id, balance FROM device ORDER BY serial, user_id") +
+           TableAsHtml(database, "Goods", "good", {"type", "id", "title", "maker", "price"},
+                       "SELECT type, id, title, maker, price FROM good ORDER BY type, id");
 }
 
 } // namespace shop

@@ -1,7 +1,7 @@
 // Purchases, devices and goods as HTML tables.
 #pragma once
 
-#include "shop/database.h"
+#include "shop/database/database.h"
 
 #include <string>
 

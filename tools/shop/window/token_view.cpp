@@ -1,6 +1,5 @@
 #include "shop/window/token_view.h"
 
-#include "shop/devices.h"
 #include "shop/window/html.h"
 #include "token/token.h"
 
@@ -30,8 +29,12 @@ token::PublicKey KeyOf(Database &database, const std::string &serial, const std:
 {
     int user = 0;
     const auto [end, error] = std::from_chars(userId.data(), userId.data() + userId.size(), user);
-    return error == std::errc() && end == userId.data() + userId.size() ? FindDeviceKey(database, serial, user)
-                                                                        : nullptr;
+    if (error != std::errc() || end != userId.data() + userId.size()) {
+        return nullptr;
+    }
+    const auto pem = Select<std::string>(
+        database, "SELECT public_key FROM device WHERE serial = :serial AND user_id = :user", serial, user);
+    return pem.empty() ? nullptr : token::ReadPublicKey(std::get<0>(pem[0]));
 }
 
 // Collects the steps until one fails.

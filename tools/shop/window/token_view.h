@@ -1,7 +1,7 @@
 // A purchase's token, opened step by step, as HTML.
 #pragma once
 
-#include "shop/database.h"
+#include "shop/database/database.h"
 #include "token/time_text.h"
 
 #include <string>

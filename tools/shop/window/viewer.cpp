@@ -1,5 +1,6 @@
 #include "shop/window/viewer.h"
 
+#include <boost/asio/dispatch.hpp>
 #include <boost/asio/write.hpp>
 
 namespace shop {
@@ -18,9 +19,11 @@ constexpr char kHead[] = "HTTP/1.1 200 OK\r\nContent-Type: text/event-stream; ch
 
 void Viewer::Start()
 {
-    stream_.expires_never();
-    Queue(kHead);
-    Watch();
+    asio::dispatch(stream_.get_executor(), [self = shared_from_this()] {
+        self->stream_.expires_never();
+        self->Queue(kHead);
+        self->Watch();
+    });
 }
 
 void Viewer::Send(std::string_view name, std::string_view html)
@@ -31,7 +34,9 @@ void Viewer::Send(std::string_view name, std::string_view html)
         text.append("data: ").append(line).append("\n");
         html.remove_prefix(std::min(line.size() + 1, html.size()));
     }
-    Queue(text + "\n");
+    asio::dispatch(stream_.get_executor(), [self = shared_from_this(), text = std::move(text) + "\n"]() mutable {
+        self->Queue(std::move(text));
+    });
 }
 
 void Viewer::Queue(std::string text)
@@ -59,7 +64,7 @@ void Viewer::Write()
                       });
 }
 
-// A browser says nothing more: what comes is its leaving, which ends the viewer.
+// A browser sends nothing more; the end of the connection ends the viewer.
 void Viewer::Watch()
 {
     stream_.async_read_some(asio::buffer(dropped_), [self = shared_from_this()](beast::error_code error, std::size_t) {

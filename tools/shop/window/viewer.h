@@ -10,7 +10,7 @@
 
 namespace shop {
 
-// Lives as long as its connection.
+// Lives as long as its connection, on the executor of its stream; any thread may call it.
 class Viewer : public std::enable_shared_from_this<Viewer> {
 public:
     explicit Viewer(boost::beast::tcp_stream stream) : stream_(std::move(stream)) {}

@@ -1,11 +1,14 @@
 #include "shop/window/window.h"
 
+#include "shop/files.h"
+#include "shop/reply_sender.h"
 #include "shop/window/exchange_view.h"
-#include "shop/window/files.h"
+#include "shop/window/html.h"
 #include "shop/window/shop_view.h"
 
+#include <boost/asio/post.hpp>
+
 #include <algorithm>
-#include <iostream>
 
 namespace shop {
 
@@ -15,6 +18,7 @@ namespace http = boost::beast::http;
 namespace {
 
 constexpr std::chrono::milliseconds kTick{200};
+constexpr std::chrono::seconds kShopInterval{1};
 // More exchanges in a tick are not rendered: nobody could read them, and rendering
 // takes time from the exchanges themselves.
 constexpr std::uint64_t kMostPerTick = 10;
@@ -43,7 +47,7 @@ bool IsLoopback(const asio::ip::address &address)
                : address.is_loopback();
 }
 
-// A page of a stranger can make his own name mean this machine; the name tells.
+// A page of another site can give its own name the address of this machine; the name in the request shows that.
 bool NamesLoopback(std::string host)
 {
     const std::size_t bracket = host.find(']');
@@ -56,9 +60,12 @@ bool NamesLoopback(std::string host)
 
 } // namespace
 
-Window::Window(asio::io_context &context, Database &database, bool forAll)
-    : database_(database), forAll_(forAll), timer_(context)
+Window::Window(std::string place, bool forAll) : place_(std::move(place)), forAll_(forAll), timer_(thread_) {}
+
+Window::~Window()
 {
+    thread_.stop();
+    thread_.join();
 }
 
 bool Window::IsAskedFor(const Request &request)
@@ -71,10 +78,16 @@ bool Window::MayLook(const Request &request, const asio::ip::address &peer) cons
     return forAll_ || (IsLoopback(peer) && NamesLoopback(std::string(request[http::field::host])));
 }
 
-bool Window::WantsEvents(const Request &request, const asio::ip::address &peer)
+void Window::Serve(Request request, boost::beast::tcp_stream stream, const asio::ip::address &peer)
 {
-    return request.method() == http::verb::get && request.target() == kEvents && MayLook(request, peer) &&
-           Viewers().size() < kMostViewers;
+    asio::post(thread_, [this, request = std::move(request), stream = std::move(stream), peer]() mutable {
+        const bool events = request.method() == http::verb::get && request.target() == kEvents;
+        if (events && MayLook(request, peer) && Viewers().size() < kMostViewers) {
+            Watch(std::move(stream));
+        } else {
+            std::make_shared<ReplySender>(std::move(stream), AsOnePiece(Answer(request, peer)))->Start();
+        }
+    });
 }
 
 Response Window::Answer(const Request &request, const asio::ip::address &peer)
@@ -107,34 +120,51 @@ std::string Window::Page()
     for (std::size_t mark = rest.find("{{"); mark != std::string_view::npos; mark = rest.find("{{")) {
         const std::size_t end = rest.find("}}", mark);
         page += rest.substr(0, mark);
-        page += rest.substr(mark, end - mark) == "{{shop" ? ShopAsHtml(database_) : Exchanges();
+        page += rest.substr(mark, end - mark) == "{{shop" ? Shop() : Exchanges();
         rest.remove_prefix(end + 2);
     }
     return page.append(rest);
 }
 
-std::string Window::Exchanges()
+// The connection is made when it is needed, and again after a failure.
+std::string Window::Rendered(const std::function<std::string(Database &)> &render)
 {
-    std::string html;
-    for (auto seen = exchanges_.all().rbegin(); seen != exchanges_.all().rend(); ++seen) {
-        html += ExchangeAsHtml(database_, *seen);
+    try {
+        return render(database_ ? *database_ : database_.emplace(place_));
+    } catch (const std::exception &failure) {
+        database_.reset();
+        return "<p class=\"error\">The database cannot be read: " + Html(failure.what()) + "</p>";
     }
-    return html;
 }
 
-// Another text after each change, of this program or another one.
-std::string Window::Counter()
+std::string Window::Exchanges()
 {
-    return database_.execAndGet("PRAGMA data_version").getString() + " " + std::to_string(database_.getTotalChanges());
+    return Rendered([this](Database &database) {
+        std::string html;
+        const auto all = exchanges_.Newer(0);
+        for (auto seen = all.rbegin(); seen != all.rend(); ++seen) {
+            html += ExchangeAsHtml(database, *seen);
+        }
+        return html;
+    });
+}
+
+std::string Window::Shop()
+{
+    return Rendered(ShopAsHtml);
 }
 
 std::vector<std::shared_ptr<Viewer>> Window::Viewers()
 {
-    std::erase_if(viewers_, [](const std::weak_ptr<Viewer> &viewer) { return viewer.expired(); });
     std::vector<std::shared_ptr<Viewer>> viewers;
-    for (const std::weak_ptr<Viewer> &viewer : viewers_) {
-        viewers.push_back(viewer.lock());
-    }
+    std::erase_if(viewers_, [&](const std::weak_ptr<Viewer> &weak) {
+        auto viewer = weak.lock();
+        if (viewer != nullptr) {
+            viewers.push_back(std::move(viewer));
+            return false;
+        }
+        return true;
+    });
     return viewers;
 }
 
@@ -142,11 +172,12 @@ void Window::Watch(boost::beast::tcp_stream stream)
 {
     if (Viewers().empty()) {
         shown_ = exchanges_.newest();
+        shop_ = Shop();
     }
     const auto viewer = std::make_shared<Viewer>(std::move(stream));
     viewers_.push_back(viewer);
     viewer->Start();
-    viewer->Send("shop", ShopAsHtml(database_));
+    viewer->Send("shop", shop_);
     viewer->Send("exchanges", Exchanges());
     if (!ticking_) {
         ticking_ = true;
@@ -162,6 +193,8 @@ void Window::Tick()
         if (ticking_) {
             Publish();
             Tick();
+        } else {
+            database_.reset();
         }
     });
 }
@@ -175,16 +208,20 @@ void Window::Publish()
         }
     };
     const std::uint64_t newest = exchanges_.newest();
+    const bool busy = newest != shown_;
     shown_ = std::max(shown_, newest - std::min(newest, kMostPerTick));
-    for (const SeenExchange &seen : exchanges_.all()) {
-        if (seen.number > shown_) {
-            sendAll("exchange", ExchangeAsHtml(database_, seen));
-        }
+    for (const SeenExchange &seen : exchanges_.Newer(shown_)) {
+        sendAll("exchange", Rendered([&](Database &database) { return ExchangeAsHtml(database, seen); }));
+        shown_ = seen.number;
     }
-    shown_ = newest;
-    if (std::string counter = Counter(); counter != counter_) {
-        counter_ = std::move(counter);
-        sendAll("shop", ShopAsHtml(database_));
+    // Other programs change the database, too.
+    const auto now = std::chrono::steady_clock::now();
+    if (busy || now - shopAt_ > kShopInterval) {
+        shopAt_ = now;
+        if (std::string shop = Shop(); shop != shop_) {
+            shop_ = std::move(shop);
+            sendAll("shop", shop_);
+        }
     }
 }
 
