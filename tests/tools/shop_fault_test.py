@@ -128,7 +128,7 @@ class FaultTest(ShopTest):
 
     def test_names_that_are_none(self):
         done = run(SHOP, "--fault", "head-apar")
-        self.assertEqual((done.returncode, "no fault head-apar" in done.stderr), (2, True), done.stderr)
+        self.assertEqual((done.returncode, "unknown fault head-apar" in done.stderr), (2, True), done.stderr)
         for path in ("/fault/", "/fault/x/shop/list", "/fault/%00/shop/list", "/fault/head-apart"):
             status, headers, _ = self.ask("GET", path)
             self.assertEqual((status, headers["X-Error-Code"]), (404, "900"))

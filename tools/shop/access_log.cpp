@@ -18,9 +18,7 @@ std::string Shown(boost::beast::string_view text)
     return diagnostics::Printable({text.data(), text.size()}, 200);
 }
 
-} // namespace
-
-std::string LogLine(const Visit &visit)
+std::string LineOf(const Visit &visit)
 {
     std::ostringstream line;
     line << token::FormatSortable(token::WallTimeNow()) << ' ' << visit.peer << ' ';
@@ -45,11 +43,13 @@ std::string LogLine(const Visit &visit)
     return line.str() + (visit.fault.empty() ? "" : ", fault " + visit.fault);
 }
 
-void Log(const std::string &line)
+} // namespace
+
+void LogVisit(const Visit &visit)
 {
     static std::mutex mutex;
     const std::scoped_lock lock(mutex);
-    std::cout << line + "\n" << std::flush;
+    std::cout << LineOf(visit) + "\n" << std::flush;
 }
 
 void LogError(const std::string &message)

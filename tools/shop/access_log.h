@@ -16,12 +16,8 @@ struct Visit {
     std::string fault; // empty for none
 };
 
-// One line of printable ASCII that begins with a time; lines sort by it. A purchase's
-// also says who bought what.
-[[nodiscard]] std::string LogLine(const Visit &visit);
-
-// Writes a line to standard output, whichever thread calls.
-void Log(const std::string &line);
+// Writes one line of printable ASCII that begins with a time; lines sort by it. A purchase's also says who bought what.
+void LogVisit(const Visit &visit);
 
 // Writes a line about a failure to standard error, with control characters escaped.
 void LogError(const std::string &message);

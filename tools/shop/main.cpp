@@ -24,8 +24,8 @@ void Serve(const shop::Options &options)
         context.watchers.insert(boost::asio::ip::make_address(address));
     }
     shop::Server server(network, context, options.host, options.port);
-    shop::Log("listening on http://" + server.address() + ':' + std::to_string(server.port()) +
-              "/shop/ with database " + shop::ShownPlace(options.database));
+    std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
+              << shop::ShownPlace(options.database) << std::endl;
     server.Run(options.threads);
 }
 

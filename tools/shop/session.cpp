@@ -159,15 +159,15 @@ void Session::Send(const Request *request, Response response, const Fault *fault
         response.set(http::field::cache_control, "no-store");
     }
     const Transmission sent = fault == nullptr ? AsOnePiece(response) : fault->send(response);
+    // Before the reply, so that a client that has it finds its line in the log.
+    LogVisit({peer_.to_string(), request, &response, fault == nullptr ? "" : fault->name});
     if (stays) {
         SendAndStay(sent.pieces.front().bytes);
     } else {
         std::make_shared<ReplySender>(std::move(stream_), sent)->Start();
     }
     --context_.exchangesUnderWay;
-    // The reply is on its way by now, so that it does not wait for the log and the window.
     context_.state.metrics.CountExchange(request, response, std::chrono::steady_clock::now() - since_);
-    Log(LogLine({peer_.to_string(), request, &response, fault == nullptr ? "" : fault->name}));
     Show(request, response, fault, sent);
 }
 
