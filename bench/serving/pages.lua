@@ -1,14 +1,24 @@
--- For wrk: asks for one page a connection, as the devices do: the goods from the argument FIRST on, COUNT of them, one
--- after the other. At the end it prints requests a second, how many failed, and the latency in ms at the percentiles.
-local first, count, number
+-- For wrk: asks for one page a connection, as the devices do: the pages from the argument FIRST on, COUNT of them, one
+-- after the other, of the KIND good, list (in five orders, from the first 2,000 goods), deep (from all of them) or both:
+-- good and list in turn. At the end it prints requests a second, how many failed, and the latency in ms at percentiles.
+local first, count, kind, number
 
 function init(arguments)
-  first, count, number = tonumber(arguments[1]), tonumber(arguments[2]), 0
+  first, count, kind, number = tonumber(arguments[1]), tonumber(arguments[2]), arguments[3], 0
 end
 
 function request()
+  local page = first + number % count
   number = number + 1
-  local path = "/shop/good?type=3&id=" .. (first + number % count)
+  local list = "/shop/list?type=3&category=0&sort=%d&start=%d&max=%d"
+  local path
+  if kind == "deep" then
+    path = string.format(list, page % 5, page, 10)
+  elseif kind == "list" or (kind == "both" and page % 2 == 1) then
+    path = string.format(list, page % 5, page % 2000, 10 + math.floor(page / 2000) % 20)
+  else
+    path = "/shop/good?type=3&id=" .. (10000 + page)
+  end
   return wrk.format("GET", path, {["Connection"] = "close", ["User-Serial"] = "PX-1", ["User-ID"] = "1"})
 end
 

@@ -1,35 +1,45 @@
 #!/usr/bin/python3
-"""Pages a second, and how long one takes: the application server alone, the front with pages that it does not have and
-that it has, and nginx with the same bytes as a file; then purchases. Run by ./dev bench serving [PICTURE.svg]."""
+"""Pages a second, and what they cost: the shop alone, the front with pages that it does not have and that it has, and
+nginx with a file; then purchases with one key and with a thousand. Run by ./dev bench serving [PICTURE.svg]."""
 
-import base64
 import getpass
 import os
 import statistics
 import subprocess
 import sys
 import tempfile
-import time
 import urllib.request
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 from cryptography.hazmat.primitives import serialization
 from cryptography.hazmat.primitives.asymmetric import rsa
 
 HERE = Path(__file__).resolve().parent
-sys.path[:0] = [str(HERE.parents[1] / "tools/demo"), str(HERE.parents[1] / "deploy/shop")]
+sys.path[:0] = [str(HERE.parents[1] / "tools/demo"), str(HERE.parents[1] / "tests/tools")]
 import engines
-from request import Refusal
-from scaled_shop import TYPE, Rush, ScaledShop
-from till import check_token
+from scaled_shop import SERVER, TYPE, ScaledShop, post
+from shop_fixture import Key, time_text
 
-FIRST, GOODS, KEPT = 10000, 40000, 100
-SECONDS, ROUNDS, CONNECTIONS = 4, 5, 16
+GOODS, PAGES = 40000, 1000  # the catalogue, and the different pages that are asked for again and again
+SECONDS, ROUNDS, CONNECTIONS, PURCHASES = 4, 5, 16, 1000
 
 
-def add_goods(shop):
-    shop.query("INSERT INTO good SELECT type, n, category, title, maker, price, added, description FROM good, "
-               "generate_series(%s, %s) n WHERE type = %s AND id = 5", FIRST, FIRST + GOODS - 1, TYPE)
+class DeviceKey(Key):
+    """Made without a process of its own, for there are many."""
+
+    def __init__(self):
+        private = rsa.generate_private_key(65537, 1024)
+        numbers = private.private_numbers()
+        self.n, self.d, self.size = numbers.public_numbers.n, numbers.d, 128
+        self.pem = private.public_key().public_bytes(
+            serialization.Encoding.PEM, serialization.PublicFormat.SubjectPublicKeyInfo).decode()
+
+
+def fill(shop):
+    shop.query("INSERT INTO good SELECT type, n, category, title || n, maker, n %% 977, added, description FROM good, "
+               "generate_series(10000, %s) n WHERE type = %s AND id = 5", 10000 + GOODS - 1, TYPE)
+    shop.query("ANALYZE")
 
 
 def file_server(folder, page):
@@ -42,109 +52,129 @@ def file_server(folder, page):
     return engines.Engine(folder, "file", ["nginx", "-c", str(path), "-e", "stderr", "-g", "daemon off;"], port)
 
 
-def processor_seconds(masters):
-    """What the processes have used: these, those in their groups, and their children."""
-    ticks = 0
+def processor_seconds(parts):
+    """What each part has used: the processes named, those in their groups, and their children."""
+    used = dict.fromkeys(parts, 0)
     for stat in Path("/proc").glob("[0-9]*/stat"):
         try:
             pid, rest = stat.parent.name, stat.read_text().rpartition(")")[2].split()
         except OSError:
             continue  # it has just ended
-        if {int(pid), int(rest[1]), int(rest[2])} & set(masters):
-            ticks += int(rest[11]) + int(rest[12])
-    return ticks / os.sysconf("SC_CLK_TCK")
+        for name, masters in parts.items():
+            if {int(pid), int(rest[1]), int(rest[2])} & set(masters):
+                used[name] += (int(rest[11]) + int(rest[12])) / os.sysconf("SC_CLK_TCK")
+    return used
 
 
-def measure(port, masters, first, count):
-    """Answers pages a second, processor microseconds a page, and the latencies by percentile."""
-    before = processor_seconds(masters)
+def cost(parts, work):
+    """Returns what the work returns, and the processor microseconds of each part for each of the things it counts."""
+    before = processor_seconds(parts)
+    result, count = work()
+    after = processor_seconds(parts)
+    return result, {name: (after[name] - before[name]) * 1e6 / count for name in parts}
+
+
+def load(port, *words):
+    """Returns pages a second and the latencies by percentile, and how many pages there were."""
     output = subprocess.run(["wrk", "-t1", f"-c{CONNECTIONS}", f"-d{SECONDS}s", "-s", str(HERE / "pages.lua"),
-                             f"http://127.0.0.1:{port}", "--", str(first), str(count)],
+                             f"http://127.0.0.1:{port}", "--", *map(str, words)],
                             check=True, stdout=subprocess.PIPE, text=True).stdout
     lines = [line.split() for line in output.splitlines()]
     rate, failed = next(map(float, words[1:]) for words in lines if words[:1] == ["RESULT"])
     if failed:
         sys.exit(f"{failed:.0f} requests failed:\n{output}")
-    cost = (processor_seconds(masters) - before) * 1e6 / (rate * SECONDS)
-    return rate, cost, {float(words[1]): float(words[2]) for words in lines if words[:1] == ["PERCENTILE"]}
+    return (rate, {float(words[1]): float(words[2]) for words in lines if words[:1] == ["PERCENTILE"]}), rate * SECONDS
 
 
-def run(folder):
-    with ScaledShop(folder, 20, 25, page_seconds=3600) as shop:
-        add_goods(shop)
-        with engines.application(folder, "alone", shop.database.url, workers=3) as alone:
-            url = f"http://127.0.0.1:{shop.port}/shop/good?type={TYPE}&id={FIRST}"
-            page = urllib.request.urlopen(url).read()
-            with file_server(folder, page) as file:
-                database = int((Path(folder) / "postgresql/data/postmaster.pid").read_text().split()[0])
-                path = [engine.process.pid for engine in (shop.front, shop.balancer, *shop.servers)] + [database]
-                ways = {"application": (alone.port, [alone.process.pid, database], lambda _: (FIRST, GOODS)),
-                        "cold": (shop.port, path, lambda i: (FIRST + KEPT + i * GOODS // (ROUNDS + 1), GOODS)),
-                        "warm": (shop.port, path, lambda _: (FIRST, KEPT)),
-                        "file": (file.port, [file.process.pid], lambda _: (FIRST, KEPT))}
-                measure(shop.port, path, FIRST, KEPT)  # so that it has them
-                rounds = [{name: measure(port, masters, *goods(i)) for name, (port, masters, goods) in ways.items()}
-                          for i in range(ROUNDS)]
-                show(len(page), rounds)
-                buy(shop, path)
-                return rounds
+def measure_pages(shop, alone, file, parts):
+    """Each round has each way once. Cold pages differ from round to round."""
+    def cold(i):
+        return PAGES + i * (GOODS - PAGES) // ROUNDS, (GOODS - PAGES) // ROUNDS
+
+    ways = {"shop, goods": (alone.port, lambda i: (*cold(i), "good")),
+            "shop, lists": (alone.port, lambda i: (*cold(i), "list")),
+            "shop, deep": (alone.port, lambda i: (*cold(i), "deep")),
+            "application": (alone.port, lambda i: (*cold(i), "both")),
+            "cold": (shop.port, lambda i: (*cold(i), "both")),
+            "warm": (shop.port, lambda _: (0, PAGES, "both")),
+            "file": (file.port, lambda _: (0, PAGES, "both"))}
+    load(shop.port, 0, PAGES, "both")  # so that the front has them
+    return [{name: cost(parts, lambda: load(port, *words(i))) for name, (port, words) in ways.items()}
+            for i in range(ROUNDS)]
 
 
-def buy(shop, masters):
-    rush, start, before = Rush(shop), time.monotonic(), processor_seconds(masters)
-    rush.run()
-    seconds, cost = time.monotonic() - start, processor_seconds(masters) - before
-    print(f"{rush.bought / seconds:.0f} purchases a second, {cost / rush.bought * 1e3:.1f} ms of processor each")
-
-
-def check_tokens(bits, count=500):
-    """A number that is no token costs what a token costs, but for a few microseconds."""
-    key = rsa.generate_private_key(65537, bits).public_key()
-    pem = key.public_bytes(serialization.Encoding.PEM, serialization.PublicFormat.SubjectPublicKeyInfo).decode()
-    token = base64.b64encode((key.public_numbers().n // 3).to_bytes(bits // 8, "big")).decode()
-    start = time.process_time()
-    for _ in range(count):
-        try:
-            check_token(token, pem, 300)
-        except Refusal:
-            pass
-    print(f"a token of {bits} bits is judged in {(time.process_time() - start) / count * 1e6:.0f} us")
-
-
-def show(size, rounds):
-    print(f"a page of {size} bytes, {CONNECTIONS} connections at a time, medians of {ROUNDS} rounds of {SECONDS} s")
-    print(f"{'':14}{'pages/s':>10}{'p50 ms':>10}{'p99 ms':>10}{'CPU us/page':>13}{'times the application, by CPU':>32}")
-
-    def median(value):
-        return statistics.median(map(value, rounds))
-
+def show_pages(size, rounds):
+    print(f"a file of {size} bytes, {CONNECTIONS} connections at a time, medians of {ROUNDS} rounds of {SECONDS} s")
+    parts = rounds[0]["cold"][1]
+    print(f"{'':14}{'pages/s':>9}{'p50 ms':>8}{'p99 ms':>8}   CPU us/page: {'all':>6}" +
+          "".join(f"{name:>10}" for name in parts))
     for name in rounds[0]:
-        rate, cost = median(lambda each: each[name][0]), median(lambda each: each[name][1])
-        p50, p99 = (median(lambda each: each[name][2][p]) for p in (50, 99))
-        faster = median(lambda each: each[name][0] / each["application"][0])
-        cheaper = median(lambda each: each["application"][1] / each[name][1])
-        print(f"{name:14}{rate:10.0f}{p50:10.2f}{p99:10.2f}{cost:13.0f}{faster:24.1f}{cheaper:8.1f}")
-    faster, cheaper = (median(lambda each: each["file"][0] / each["warm"][0]),
-                       median(lambda each: each["warm"][1] / each["file"][1]))
-    print(f"nginx with a file is {faster:.2f} times as fast as the front with pages that it has, {cheaper:.2f} by CPU")
+        def median(value):
+            return statistics.median(value(*each[name]) for each in rounds)
+
+        print(f"{name:14}{median(lambda load, _: load[0]):9.0f}{median(lambda load, _: load[1][50]):8.2f}"
+              f"{median(lambda load, _: load[1][99]):8.2f}{'':16}{median(lambda _, used: sum(used.values())):6.0f}" +
+              "".join(f"{median(lambda _, used: used[part]):10.0f}" for part in parts))
+
+
+def measure_purchases(shop, port, parts):
+    keys = [DeviceKey() for _ in range(PURCHASES)]
+    for i, key in enumerate(keys):
+        shop.query("INSERT INTO device VALUES (%s, 1, %s, 10000000)", f"K-{i}", key.pem)
+
+    def buy(number, key):
+        headers = {"User-Serial": f"K-{number}", "User-ID": "1", "User-Cert": key.token(time_text())}
+        return headers, f"type={TYPE}&id={shop.goods[0]}&force=1"
+
+    one_key = [buy(0, keys[0]) for _ in range(PURCHASES)]
+    cases = {"first purchase of each key": [buy(*each) for each in enumerate(keys)],
+             "second purchase of each key": [buy(*each) for each in enumerate(keys)], "one key": one_key}
+    for path, to in (("the shop", port), ("the whole path", shop.port)):
+        for name, requests in cases.items():
+            def work():
+                with ThreadPoolExecutor(CONNECTIONS) as pool:
+                    codes = list(pool.map(lambda request: post(to, *request), requests))
+                return [code for code in codes if code], len(codes)
+
+            failed, used = cost(parts, work)
+            if failed:
+                sys.exit(f"{len(failed)} purchases were refused, with code {failed[0]} for one")
+            print(f"a purchase through {path}, {name}: {sum(used.values()):.0f} us (" +
+                  ", ".join(f"{part} {time:.0f}" for part, time in used.items()) + ")")
+        cases = {name: [buy(i % PURCHASES, keys[i % PURCHASES]) for i in range(PURCHASES)] for name in
+                 ("a thousand keys",)}
 
 
 def draw(folder, rounds, picture):
     for name in rounds[0]:
-        points = {p: statistics.median(each[name][2][p] for each in rounds) for p in rounds[0][name][2]}
+        points = {p: statistics.median(each[name][0][1][p] for each in rounds) for p in rounds[0][name][0][1]}
         Path(folder, f"{name}.dat").write_text("".join(f"{p} {value}\n" for p, value in points.items()))
     subprocess.run(["gnuplot", "-e", f"data='{folder}'; picture='{picture}'", str(HERE / "distribution.gnuplot")],
                    check=True)
 
 
+def run(folder, picture):
+    with ScaledShop(folder, 1, 1) as shop, \
+            engines.shop(folder, "alone", shop.database.url, *SERVER) as alone:
+        fill(shop)
+        url = f"http://127.0.0.1:{shop.port}/shop/list?type={TYPE}&category=0&sort=0&start=50&max=10"
+        page = urllib.request.urlopen(url).read()
+        with file_server(folder, page) as file:
+            database = int((Path(folder) / "postgresql/data/postmaster.pid").read_text().split()[0])
+            parts = {"shop": [engine.process.pid for engine in (alone, *shop.servers)], "database": [database],
+                     "balancer": [engine.process.pid for engine in (shop.balancer, *shop.tls)],
+                     "front": [shop.front.process.pid, file.process.pid]}
+            rounds = measure_pages(shop, alone, file, parts)
+            show_pages(len(page), rounds)
+            measure_purchases(shop, alone.port, parts)
+            if picture:
+                draw(folder, rounds, Path(picture).resolve())
+
+
 def main(picture=None):
     with tempfile.TemporaryDirectory(prefix="pavonix-") as folder:
         Path(folder).chmod(0o755)
-        rounds = run(folder)
-        for bits in (512, 1024, 1488):
-            check_tokens(bits)
-        if picture:
-            draw(folder, rounds, Path(picture).resolve())
+        run(folder, picture)
 
 
 if __name__ == "__main__":

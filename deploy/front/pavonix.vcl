@@ -1,69 +1,69 @@
-# The front: makes what any web server answers fit for the devices, and answers most of what they ask from memory.
-# For Varnish 7 with varnish-modules. The shop's address stands in backend.vcl.
-#
-#     varnishd -a :80 -f /etc/varnish/pavonix.vcl -s malloc,1g -p vcl_path=/etc/varnish
+# The front: makes the replies of any web server fit for the devices, and serves most pages from memory.
+# For Varnish 7 with varnish-modules; pavonix-front.service has the command line.
 vcl 4.1;
 
 import header;
 import std;
+import vsthrottle;
 
-include "backend.vcl";
-include "windows_1252.vcl";
+include "site.vcl";
 
-# How long a page is as good as new, and how long it is shown when the shop fails.
-sub page_life {
-    set beresp.ttl = 10s;
-    set beresp.grace = 24h;
+# This Varnish itself, by its second listener: see vcl_backend_fetch.
+backend itself {
+    .path = "/var/lib/pavonix-front/whole.sock";
 }
 
 sub vcl_recv {
-    # A second round (see vcl_deliver) takes a page that is too old otherwise.
-    if (req.restarts == 0) {
-        unset req.http.Front-Stale;
-    }
-    set req.grace = 10s;
-    if (req.http.Front-Stale) {
-        set req.grace = 24h;
-    }
-    # Only the shop's own replies count: whole, uncompressed, with nothing before them.
-    unset req.http.Accept-Encoding;
-    unset req.http.Expect;
-    unset req.http.Range;
-    unset req.http.If-Modified-Since;
-    unset req.http.If-None-Match;
-    if (req.method == "POST") {
+    if (local.socket == "whole") {
+        unset req.http.X-Forwarded-For; # has no address of a client
         return (pass);
     }
-    if (req.method != "GET") {
+    # Nothing but these lines can have an influence on a page, which other clients get as well. Cookie and
+    # Authorization are among them because such a page is not cached.
+    header.regsub(req, "(?i)^(?!(content-length|content-type|transfer-encoding|user-serial|user-id|user-cert|cookie|" +
+        "authorization) *:).*$", "Dropped: 1");
+    unset req.http.Dropped;
+    set req.http.Host = "shop"; # for the cache's key; site.vcl has the name that is sent
+    if (req.url ~ "^/metrics" || (req.url ~ "^/health" && client.ip !~ operators)) {
+        return (synth(404));
+    }
+    if (req.method != "GET" && req.method != "POST") {
         return (synth(405));
     }
-    return (hash);
-}
-
-# A page is the same for all devices, by whatever name they know the shop.
-sub vcl_hash {
-    hash_data(req.url);
-    return (lookup);
-}
-
-sub vcl_miss {
-    if (req.http.Front-Stale) {
-        return (synth(503));
+    if (req.restarts == 0) {
+        call limit_rates;
+    }
+    if (req.method == "POST") {
+        set req.http.X-Forwarded-For = client.ip;
+        return (pass);
+    }
+    if (req.url ~ "^/health") {
+        return (pass);
     }
 }
 
 sub vcl_backend_fetch {
-    unset bereq.http.Front-Stale;
-    # Varnish asks for compressed pages where the client did not.
-    unset bereq.http.Accept-Encoding;
-    if (bereq.method == "GET") {
+    unset bereq.http.Accept-Encoding; # added by Varnish, which prefers compressed pages
+    unset bereq.http.If-Modified-Since;
+    unset bereq.http.If-None-Match;
+    set bereq.between_bytes_timeout = 15s;
+    if (bereq.method == "POST") {
+        # The balancer gives up after 30 seconds.
+        set bereq.first_byte_timeout = 32s;
+    } else {
         set bereq.first_byte_timeout = 15s;
+        if (local.socket != "whole") {
+            # A page is fetched through this Varnish itself, which has all of it before it sends the first byte. So its
+            # length is known here, however the shop sent it, and 15 seconds limit the whole page, not only its start.
+            set bereq.backend = itself;
+            return (fetch);
+        }
     }
-    return (fetch);
+    unset bereq.http.Host;
 }
 
 sub vcl_backend_response {
-    # The whole reply is here before its first byte goes out: head and body leave in one write, the length is known.
+    # The whole reply is here before its first byte leaves: head and body are one write, the length is known.
     set beresp.do_stream = false;
     set beresp.do_gunzip = true;
     if (beresp.http.Content-Encoding && beresp.http.Content-Encoding !~ "(?i)^(x-)?gzip$|^identity$") {
@@ -79,29 +79,40 @@ sub vcl_backend_response {
         }
         return (deliver);
     }
-    # As an error, a failure does not take the place of the page that was there before.
+    if (local.socket == "whole") {
+        return (deliver);
+    }
+    # As an error, a failure does not replace the page that was there before. A device takes a length of 0 for an
+    # unknown one and stores zeros.
     if (beresp.status >= 500) {
         return (error(beresp.status));
     }
-    # The URL alone names a page; a shop whose pages differ from device to device says so.
-    unset beresp.http.Vary;
-    if (beresp.http.Cache-Control ~ "(?i)\bprivate\b") {
-        set beresp.uncacheable = true;
-        set beresp.ttl = 120s;
-    } elsif (beresp.status == 200) {
-        call page_life;
+    if (beresp.status == 200 && beresp.http.Content-Length == "0") {
+        return (error(502));
+    }
+    if (beresp.status == 200) {
+        # How long a page is fresh if the shop does not say so. After that a device still gets it at once, and a new
+        # one is fetched meanwhile; if the shop fails, the old one is served for as long as this.
+        if (beresp.http.Cache-Control !~ "(?i)max-?age" && !beresp.http.Expires) {
+            set beresp.ttl = 10s;
+        }
+        set beresp.grace = 24h;
     } else {
         set beresp.ttl = 1s;
         set beresp.grace = 0s;
     }
-    return (deliver);
+    # Varnish's own rules follow: replies with Set-Cookie, private, no-store, no-cache or max-age=0 are not cached.
 }
 
 sub vcl_backend_error {
+    if (bereq.is_bgfetch) {
+        return (abandon); # the old page stays
+    }
     if (beresp.status < 400) {
         set beresp.status = 502;
     }
-    set beresp.ttl = 0s;
+    # Long enough for all who wait for this page: otherwise they would ask for it one after the other.
+    set beresp.ttl = 1s;
     set beresp.grace = 0s;
     set beresp.http.X-Error-Code = "999";
     set beresp.http.X-Error-Message = "The shop failed or cannot be reached, try again without force";
@@ -126,29 +137,38 @@ sub fit_head {
         set resp.http.X-Server-Timestamp = regsub(resp.http.X-Server-Timestamp, "^(.{0,62}).*$", "\1");
     }
     if (resp.http.X-Error-Message) {
-        call message_to_windows_1252;
         set resp.http.X-Error-Message = regsub(resp.http.X-Error-Message, "^(.{0,254}).*$", "\1");
     }
 }
 
+# Resolves Location against the URL that was asked for. The shop is the only host there is.
+sub follow_redirection {
+    set req.http.Location = regsub(regsub(resp.http.Location, "#.*$", ""), "^(?i:https?:)?//[^/?]*", "");
+    if (resp.http.Location ~ "^(?i:https?:)?//" && req.http.Location !~ "^/") {
+        set req.http.Location = "/" + req.http.Location;
+    }
+    if (req.http.Location ~ "^[?]") {
+        set req.http.Location = regsub(req.url, "[?].*$", "") + req.http.Location;
+    } elsif (req.http.Location !~ "^/|^[A-Za-z][A-Za-z0-9+.-]*:|^$") {
+        set req.http.Location = regsub(regsub(req.url, "[?].*$", ""), "[^/]*$", "") + req.http.Location;
+    }
+    set req.http.Location = regsub(req.http.Location, "^([^?]*/)\./", "\1");
+    set req.http.Location = regsub(req.http.Location, "^([^?]*?)/(?!\.\./)[^/?]+/\.\./", "\1/");
+    set req.http.Location = regsub(req.http.Location, "^([^?]*?)/(?!\.\./)[^/?]+/\.\./", "\1/");
+    if (req.restarts >= 3 || req.http.Location !~ "^/[!-~]*$") {
+        return (synth(502));
+    }
+    set req.url = req.http.Location;
+    return (restart);
+}
+
 sub vcl_deliver {
-    if (req.method == "GET") {
-        if (resp.status >= 500 && !req.http.Front-Stale) {
-            set req.http.Front-Stale = "1";
-            return (restart);
-        }
-        # The devices follow no redirection, so it is followed here, within the shop.
-        if (resp.status >= 300 && resp.status < 400) {
-            set req.url = regsub(resp.http.Location, "^https?://[^/]*", "");
-            if (req.restarts >= 3 || req.url !~ "^/") {
-                return (synth(502));
-            }
-            return (restart);
-        }
-        # A device takes a length of 0 for an unknown one and stores zeros.
-        if (resp.status == 200 && resp.http.Content-Length == "0") {
-            return (synth(502));
-        }
+    if (local.socket == "whole") {
+        return (deliver);
+    }
+    # The devices follow no redirection.
+    if (req.method == "GET" && resp.status >= 300 && resp.status < 400) {
+        call follow_redirection;
     }
     call fit_head;
     return (deliver);
@@ -157,9 +177,14 @@ sub vcl_deliver {
 sub vcl_synth {
     set resp.http.X-Error-Code = "999";
     set resp.http.X-Error-Message = "The shop cannot be reached or gave no page";
-    if (resp.status == 405) {
+    if (resp.status == 404) {
+        set resp.http.X-Error-Code = "900";
+        set resp.http.X-Error-Message = "There is nothing at this path";
+    } elsif (resp.status == 405) {
         set resp.http.X-Error-Code = "910";
         set resp.http.X-Error-Message = "This path is asked with another method";
+    } elsif (resp.status == 429) {
+        set resp.http.X-Error-Message = "Too many requests, try again in a minute";
     }
     set resp.body = resp.http.X-Error-Message;
     call fit_head;

@@ -1,11 +1,12 @@
 """A shop that breaks the rules that the devices need kept, one by the name of each path. A reply is a list of pieces
-that leave apart from each other."""
+that leave apart from each other, or a function that makes one from the request."""
 
 import gzip
 import re
 import socket
 import threading
 import time
+import urllib.parse
 
 PAGE = b"<?xml version=\"1.0\"?>\n<goods>" + b"".join(b"<good id=\"%d\"/>" % i for i in range(300)) + b"</goods>\n"
 LENGTH = b"Content-Length: %d\r\n" % len(PAGE)
@@ -23,6 +24,33 @@ def chunks(body, size=700):
 
 def refusal(headers, body=b"no", length=b"Content-Length"):
     return [b"HTTP/1.1 403 No\r\n" + headers + length + b": %d\r\n\r\n" % len(body) + body]
+
+
+def redirection(location):
+    return [b"HTTP/1.1 302 Found\r\nLocation: " + location + b"\r\nContent-Length: 0\r\n\r\n"]
+
+
+def echo(request):
+    """A page made of the request, with the header that its query names."""
+    header = urllib.parse.unquote_to_bytes(request.split(b" ")[1].split(b"?")[1])
+    return [OK + header + b"\r\nContent-Length: %d\r\n\r\n" % len(request) + request]
+
+
+def drips(request):
+    yield HEAD
+    for i in range(len(PAGE)):
+        yield PAGE[i:i + 1]
+
+
+def stalls(request):
+    """Until nobody can have the patience for the rest."""
+    yield HEAD + PAGE[:2000]
+    time.sleep(60)
+
+
+def silence(request):
+    time.sleep(60)
+    yield b""
 
 
 PAGES = {
@@ -44,17 +72,28 @@ PAGES = {
                      PAGE],
     "many_headers": [OK + b"X-A: 1\r\n" * 50 + LENGTH + b"\r\n" + PAGE],
     "cookies": [OK + b"Set-Cookie: a=%s\r\nVary: *\r\n" % (b"c" * 900) + LENGTH + b"\r\n" + PAGE],
-    "redirect": [b"HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1/good?type=1&id=1\r\nContent-Length: 0\r\n\r\n"],
-    "redirect_to_itself": [b"HTTP/1.1 301 No\r\nLocation: https://h/redirect_to_itself\r\nContent-Length: 0\r\n\r\n"],
+    "redirect": redirection(b"http://127.0.0.1/good?type=1&id=1"),
+    "redirect_relative": redirection(b"good?a/b"),
+    "a/b/redirect_upwards": redirection(b".././../good"),
+    "redirect_by_host": redirection(b"//h/good"),
+    "redirect_query": lambda request: [HEAD + PAGE] if b"?a=1 " in request else redirection(b"?a=1"),
+    "redirect_to_itself": redirection(b"https://h/redirect_to_itself"),
+    "redirect_elsewhere": redirection(b"ftp://h/good"),
     "of_20_mb": [OK + b"Content-Length: 20971520\r\n\r\n" + b"<a>" + b"x" * (20971520 - 7) + b"</a>"],
     "interim": [b"HTTP/1.1 103 Early Hints\r\nLink: </a>\r\n\r\n", HEAD + PAGE],
     "empty": [OK + b"Content-Length: 0\r\n\r\n"],
+    "empty_in_chunks": [CHUNKED + b"\r\n0\r\n\r\n"],
+    "empty_compressed": [OK + b"Content-Encoding: gzip\r\nContent-Length: 20\r\n\r\n" + gzip.compress(b"")],
     "other_coding": [OK + b"Content-Encoding: br\r\n" + LENGTH + b"\r\n" + PAGE],
     "cut": [HEAD + PAGE[:2000]],
     "not_http": [b"hello\r\n\r\n"],
     "no_words": [],
     "failed": [b"HTTP/1.1 500 Oops\r\nContent-Length: 4\r\n\r\noops"],
     "missing": [b"HTTP/1.1 404 None\r\nContent-Length: 4\r\n\r\nnone"],
+    "echo": echo,
+    "drips": drips,
+    "stalls": stalls,
+    "silent": silence,
 }
 VERDICTS = {
     "sold": [b"HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nsold"],
@@ -64,8 +103,6 @@ VERDICTS = {
     "overlong": refusal(b"X-Error-Message: %s\r\nX-Server-Timestamp: %s\r\nX-Error-Code: 906\r\n" %
                         (b"m" * 300, b"t" * 300)),
     "names_in_the_message": refusal(b"X-Error-Message: no X-Error-Code: 7\r\nX-Error-Code: 8\r\n"),
-    "utf8": refusal(b"X-Error-Code: 17\r\nX-Error-Message: %s\r\n" %
-                    "a%C3%BC=FC \u00c3\u00bc 日本 \u0416\U0001f600".encode()),
     "windows_1252": refusal(b"X-Error-Code: 17\r\nX-Error-Message: %s\r\n" % "Grüße, 5 €".encode("cp1252")),
     "html": refusal(b"Content-Type: text/html\r\n", b"<html>" + b"x" * 2000),
     "short_html": refusal(b"Content-Type: text/html\r\n", b"<html>closed today</html>"),
@@ -76,10 +113,11 @@ VERDICTS = {
 
 
 class AwkwardShop:
-    """Serves until the with statement ends, with TLS when it is given a context. requests holds what came, as bytes."""
+    """Serves until the with statement ends, with TLS when it is given a context, which can be slow to begin. requests
+    holds what came, as bytes."""
 
-    def __init__(self, context=None):
-        self.port, self.requests, self.context = 0, [], context
+    def __init__(self, context=None, seconds_to_begin=0):
+        self.port, self.requests, self.context, self.seconds_to_begin = 0, [], context, seconds_to_begin
         self.start()
 
     def start(self):
@@ -129,6 +167,7 @@ class AwkwardShop:
         """Keeps the connection open, as every server of today, unless its end is the end of the reply."""
         try:
             if self.context:
+                time.sleep(self.seconds_to_begin)
                 connection = self.context.wrap_socket(connection, server_side=True)
             with connection:
                 connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
@@ -136,7 +175,8 @@ class AwkwardShop:
                     self.requests.append(request)
                     method, target = request.split(b" ", 2)[:2]
                     name = target.decode().lstrip("/").split("?")[0]
-                    self._send(connection, (VERDICTS if method == b"POST" else PAGES)[name])
+                    reply = (VERDICTS if method == b"POST" else PAGES)[name]
+                    self._send(connection, reply(request) if callable(reply) else reply)
                     if name in ("no_length", "cut", "not_http", "no_words"):
                         break
         except OSError:

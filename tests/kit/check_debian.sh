@@ -43,7 +43,10 @@ use_them() { # inside the layer
   [ -s my.profile.trace.txt ] # by the tracing library, which the client found
   check_hardening /usr/bin/pavonix /usr/bin/pavonix-shop /usr/lib/*/libpavonix.so.1 \
     /usr/lib/*/pavonix/libpavonix-trace.so
-  dpkg -P pavonix-tools libpavonix-dev libpavonix1
+  systemd-analyze verify pavonix-shop.service
+  systemd-analyze security --offline=true --threshold=20 pavonix-shop.service pavonix-front.service
+  getent passwd pavonix-shop
+  dpkg -P pavonix-shop-server pavonix-tools libpavonix-dev libpavonix1
 }
 
 if [ "$1" = inside ]; then

@@ -13,7 +13,6 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 DEPLOY = ROOT / "deploy"
-PYTHON = "/usr/bin/python3"  # the system's, which has Debian's modules
 
 
 def free_port():
@@ -91,67 +90,101 @@ class Engine:
         self.stop()
 
 
-def front(folder, shop_port, page_seconds=10):
-    """Varnish with deploy/front/pavonix.vcl before the port given; a page is fresh for page_seconds."""
+def unit_command(name, here):
+    """The command line of a systemd unit of deploy/, with the texts that are different here replaced."""
+    unit = (DEPLOY / f"systemd/{name}.service").read_text().replace("\\\n", "")
+    return replace(re.search("^ExecStart=(.*)$", unit, re.M)[1], here).split()
+
+
+def replace(text, here):
+    """Each text must be there, so that no test runs with an address that it did not choose."""
+    for word in here:
+        if word not in text:
+            raise ValueError(f"{word} is not in the file any more")
+    return re.sub("|".join(map(re.escape, here)), lambda written: here[written[0]], text)
+
+
+def front(folder, shop_port, page_seconds=10, limits=None):
+    """Varnish as pavonix-front.service starts it, with the shop at the port; a page is fresh for page_seconds."""
     home, port = Path(folder) / "front", free_port()
-    home.mkdir(exist_ok=True)
-    (home / "backend.vcl").write_text(f'backend shop {{ .host = "127.0.0.1"; .port = "{shop_port}"; }}\n')
-    main = (DEPLOY / "front/pavonix.vcl").read_text()
-    (home / "main.vcl").write_text(main.replace("= 10s;", f"= {page_seconds}s;"))
-    command = ["varnishd", "-F", "-j", "none", "-n", str(home / "run"), "-a", f"127.0.0.1:{port}",
-               "-p", f"vcl_path={home}:{DEPLOY / 'front'}", "-f", "main.vcl", "-s", "malloc,128m"]
+    (home / "run").mkdir(parents=True, exist_ok=True)
+    state = "/var/lib/pavonix-front"
+    site = replace((DEPLOY / "front/site.vcl").read_text(), {'"8081"': f'"{shop_port}"'})
+    if limits:
+        site = re.sub("(?m)^    # (if|    |})", r"    \1", replace(site, limits))
+    (home / "site.vcl").write_text(site)
+    (home / "pavonix.vcl").write_text(replace((DEPLOY / "front/pavonix.vcl").read_text(), {
+        state: str(home / "run"), "= 10s;": f"= {page_seconds}s;"}))
+    command = unit_command("pavonix-front", {
+        state: str(home / "run"), ":80": f"127.0.0.1:{port}", "/etc/pavonix/front:/usr/share/pavonix-shop-server": str(home),
+        "malloc,1g": "malloc,128m"})
     return Engine(folder, "varnish", command, port)
 
 
-def nginx_front(folder, shop_port):
+def nginx_front(folder, shop_port, page_seconds=10):
     """nginx with deploy/front/nginx.conf before the port given."""
     port, path = free_port(), Path(folder) / "nginx.conf"
     (Path(folder) / "run").mkdir(exist_ok=True)
-    text = (DEPLOY / "front/nginx.conf").read_text()
-    text = text.replace("127.0.0.1:8081", f"127.0.0.1:{shop_port}").replace("listen 80;", f"listen 127.0.0.1:{port};")
+    text = replace((DEPLOY / "front/nginx.conf").read_text(), {
+        "127.0.0.1:8081": f"127.0.0.1:{shop_port}", "listen 80;": f"listen 127.0.0.1:{port};",
+        "200 10s;": f"200 {page_seconds}s;"})
     path.write_text(f"user {getpass.getuser()};\n{text}")
     return Engine(folder, "nginx", ["nginx", "-p", str(folder), "-c", str(path), "-e", "stderr", "-g", "daemon off;"],
                   port)
 
 
+def haproxy(folder, name, file, port, here):
+    """HAProxy with a file of deploy/. Its log is NAME.log, and its statistics are at NAME.sock."""
+    path = Path(folder) / f"{name}.cfg"
+    here |= {"/dev/log": "stdout format raw", "/run/haproxy/admin.sock": str(Path(folder) / f"{name}.sock")}
+    if os.getuid() != 0:  # which cannot change to another user
+        here |= {f"    {line}\n": "" for line in ("user haproxy", "group haproxy", "chroot /var/lib/haproxy")}
+    path.write_text(replace((DEPLOY / file).read_text(), here))
+    return Engine(folder, name, ["haproxy", "-db", "-f", str(path)], port)
+
+
 def balancer(folder, shop_ports, authority):
-    """HAProxy with deploy/balance/haproxy.cfg before two application servers whose certificates come from authority."""
-    port, path = free_port(), Path(folder) / "haproxy.cfg"
-    text = (DEPLOY / "balance/haproxy.cfg").read_text()
-    here = {"maxconn 20000": "maxconn 1000", "127.0.0.1:8081": f"127.0.0.1:{port}",
-            "127.0.0.1:8443": f"127.0.0.1:{shop_ports[0]}", "127.0.0.1:8444": f"127.0.0.1:{shop_ports[1]}",
-            "/etc/haproxy/shop-ca.pem": str(authority.certificate)}
-    path.write_text(re.sub("|".join(map(re.escape, here)), lambda written: here[written[0]], text))
-    return Engine(folder, "haproxy", ["haproxy", "-db", "-f", str(path)], port)
+    """The balancer before two servers whose certificates come from authority; metrics are at its port_of_metrics."""
+    port, metrics = free_port(), free_port()
+    engine = haproxy(folder, "haproxy", "haproxy/balancer.cfg", port, {
+        "maxconn 20000": "maxconn 1000", "127.0.0.1:8081": f"127.0.0.1:{port}", "127.0.0.1:8405": f"127.0.0.1:{metrics}",
+        "127.0.0.1:8443": f"127.0.0.1:{shop_ports[0]}", "127.0.0.1:8444": f"127.0.0.1:{shop_ports[1]}",
+        "/etc/haproxy": str(authority.folder)})
+    engine.port_of_metrics = metrics
+    return engine
+
+
+def tls(folder, name, shop_port, authority):
+    """TLS beside the shop at a port, with the certificate NAME.pem."""
+    port = free_port()
+    return haproxy(folder, f"tls-{name}", "haproxy/tls.cfg", port, {
+        ":8443": f"127.0.0.1:{port}", "127.0.0.1:8080": f"127.0.0.1:{shop_port}",
+        "/etc/haproxy/shop.pem": str(authority.folder / f"{name}.pem"), "/etc/haproxy/shop-ca": f"{authority.folder}/shop-ca"})
 
 
 class Authority:
-    """Signs the certificates of the application servers."""
+    """The certificates of the machines, made by the operator's script."""
 
-    def __init__(self, folder, name="authority"):
-        self.folder = Path(folder)
-        self.certificate, self.key = self.folder / f"{name}.pem", self.folder / f"{name}.key"
-        self._openssl("req", "-x509", "-subj", f"/CN={name}", "-keyout", self.key, "-out", self.certificate)
+    def __init__(self, folder, name="certificates", host="shop.internal"):
+        self.folder, self.host = Path(folder) / name, host
+        self.certificate = self.folder / "shop-ca.pem"
+        self.sign("balancer")
 
-    def _openssl(self, *words):
-        subprocess.run(["openssl", *map(str, words), "-newkey", "rsa:2048", "-noenc", "-days", "2"], check=True,
+    def sign(self, name):
+        """Returns the file with certificate and key."""
+        script = (DEPLOY / "pavonix-certificates").read_text().replace("shop.internal", self.host)
+        subprocess.run(["sh", "-c", script, "pavonix-certificates", str(self.folder), name], check=True,
                        capture_output=True)
-
-    def sign(self, name, host="shop.internal"):
-        """Answers the files of a certificate for the host and of its key."""
-        certificate, key = self.folder / f"{name}.pem", self.folder / f"{name}.key"
-        self._openssl("req", "-x509", "-CA", self.certificate, "-CAkey", self.key, "-subj", f"/CN={host}", "-addext",
-                      f"subjectAltName=DNS:{host}", "-keyout", key, "-out", certificate)
-        return certificate, key
+        return self.folder / f"{name}.pem"
 
 
-def application(folder, name, database, pair=None, workers=2, **environment):
-    """gunicorn with deploy/shop on a port of its own; with TLS when it is given certificate and key."""
+def shop(folder, name, database, *options):
+    """pavonix-shop as pavonix-shop.service starts it, on a port of its own."""
     port = free_port()
-    command = [PYTHON, "-B", "-m", "gunicorn", "--bind", f"127.0.0.1:{port}", "--workers", str(workers)]
-    command += ["--certfile", str(pair[0]), "--keyfile", str(pair[1])] if pair else []
-    return Engine(folder, name, command, port, cwd=DEPLOY / "shop",
-                  env={**os.environ, "PAVONIX_DATABASE": str(database), **environment})
+    command = unit_command("pavonix-shop", {
+        "/usr/bin": str(ROOT / "build/linux"), "${PAVONIX_DB}": str(database), "8080": str(port),
+        "$PAVONIX_OPTIONS": " ".join(map(str, options))})
+    return Engine(folder, name, command, port)
 
 
 class PostgreSQL:

@@ -43,7 +43,7 @@ def tell(rush, seconds):
 def main(flavour="linux"):
     with tempfile.TemporaryDirectory(prefix='pavonix-') as folder:
         Path(folder).chmod(0o755)
-        step("1. PostgreSQL, two application servers, HAProxy with TLS to them, Varnish in front; 20 devices")
+        step("1. PostgreSQL, two servers, HAProxy with TLS to them, Varnish in front; 20 devices")
         with ScaledShop(folder, 20, 25) as shop:
             step("2. A device reads a page of the catalogue, and the doctor examines the front")
             good = browse(shop, flavour)
@@ -54,7 +54,8 @@ def main(flavour="linux"):
             rush, start = Rush(shop, [flavour]), time.monotonic()
             rush.run(trouble("server one is killed with -9 and started again", one.kill, one.start),
                      trouble("PostgreSQL is restarted as after a loss of power", shop.database.restart),
-                     trouble("server two is killed with -9 and started again", two.kill, two.start))
+                     trouble("server two is killed with -9 and started again", two.kill, two.start),
+                     trouble("both servers are restarted in turn, as for an upgrade", shop.restart_in_turn))
             tell(rush, time.monotonic() - start)
             step("4. What the devices were told, against the database")
             wrong = audit(shop, rush)

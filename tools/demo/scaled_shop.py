@@ -1,9 +1,10 @@
-"""A shop of several machines on one: PostgreSQL, two application servers, HAProxy, Varnish; and devices that buy."""
+"""A shop of several machines on one: PostgreSQL, two servers, HAProxy, Varnish; and devices that buy."""
 
 import contextlib
 import http.client
 import itertools
-import ssl
+import re
+import socket
 import subprocess
 import threading
 import time
@@ -17,7 +18,17 @@ from caller import BUILD, Caller
 
 BUY = "http://127.0.0.1/shop/buy"
 PRICE, TYPE, FIRST_GOOD = 100, 3, 1001
+SERVER = ("--max-skew", 3600, "--threads", 2)
 TRY_AGAIN = (0, 500, 502, 503, 504)
+
+
+def post(port, headers, form):
+    """Posts a purchase straight to a server; returns its error code, None for a sale."""
+    connection = http.client.HTTPConnection("127.0.0.1", port, timeout=30)
+    with contextlib.closing(connection):
+        connection.request("POST", "/shop/buy", form, {**headers, "Content-Type": "application/x-www-form-urlencoded"})
+        code = connection.getresponse().headers["X-Error-Code"]
+        return code and int(code)
 
 
 class ScaledShop(contextlib.ExitStack):
@@ -29,7 +40,6 @@ class ScaledShop(contextlib.ExitStack):
         self.folder, self.goods = Path(folder), range(FIRST_GOOD, FIRST_GOOD + goods)
         self.devices = {f"PX-{i}": self.folder / f"PX-{i}.profile" for i in range(1, devices + 1)}
         self.balance = goods * PRICE + 7
-        self.place = str(self.folder / "shop.db")
 
     def __enter__(self):
         super().__enter__()
@@ -41,20 +51,24 @@ class ScaledShop(contextlib.ExitStack):
         return self
 
     def _start(self):
+        self.database = self.enter_context(engines.PostgreSQL(self.folder))
         for serial, profile in self.devices.items():
             device = ["--serial", serial, "--user-id", "1", "--public-key", f"{profile}.key"]
             self._run("pavonix", "profile", "new", "--out", profile, *device)
-            self._run("pavonix-shop", "--db", self.place, "device", "add", *device, "--balance", self.balance)
-        self.database = self.enter_context(engines.PostgreSQL(self.folder))
-        subprocess.run([engines.PYTHON, engines.DEPLOY / "shop/move_to_server.py", self.place, self.database.url],
-                       check=True)
+            self._run("pavonix-shop", "--db", self.database.url, "device", "add", *device, "--balance", self.balance)
         for good in self.goods:
             self.query("INSERT INTO good SELECT type, %s, category, title, maker, %s, added, description FROM good "
                        "WHERE type = %s AND id = 5", good, PRICE, TYPE)
         self.authority = engines.Authority(self.folder)
-        self.servers = [self._server(name) for name in ("one", "two")]
+        self.servers = [self.enter_context(engines.shop(self.folder, name, self.database.url, *SERVER))
+                        for name in ("one", "two")]
+        tls = []
+        for server in self.servers:
+            self.authority.sign(server.name)
+            tls.append(self.enter_context(engines.tls(self.folder, server.name, server.port, self.authority)))
         self.balancer = self.enter_context(
-            engines.balancer(self.folder, [server.port for server in self.servers], self.authority))
+            engines.balancer(self.folder, [engine.port for engine in tls], self.authority))
+        self.tls = tls
         self.front = self.enter_context(engines.front(self.folder, self.balancer.port, self.page_seconds))
         self.port = self.front.port
         # What the devices sent and were told, written down by an engine that has no part in it.
@@ -68,11 +82,6 @@ class ScaledShop(contextlib.ExitStack):
     def _run(self, program, *words):
         subprocess.run([str(BUILD / "linux" / program), *map(str, words)], check=True, stdout=subprocess.DEVNULL)
 
-    def _server(self, name):
-        pair = self.authority.sign(name)
-        return self.enter_context(
-            engines.application(self.folder, name, self.database.url, pair, PAVONIX_MAX_SKEW="3600"))
-
     def query(self, sql, *values):
         with contextlib.closing(psycopg2.connect(self.database.url)) as connection, connection:
             with connection.cursor() as cursor:
@@ -80,21 +89,33 @@ class ScaledShop(contextlib.ExitStack):
                 return cursor.fetchall() if cursor.description else []
 
     def is_open(self):
-        """Whether what is never kept comes through to an application server: it answers that nobody posts there."""
+        """Whether the health, which is never cached, comes through."""
         connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=30)
         with contextlib.closing(connection):
-            connection.request("POST", "/health", "")
-            return connection.getresponse().status == 405
+            connection.request("GET", "/health")
+            return connection.getresponse().status == 200
 
-    def ask_server(self, server, headers, form):
-        """Posts a purchase straight to one application server; answers its error code."""
-        context = ssl.create_default_context(cafile=self.authority.certificate)
-        context.check_hostname = False
-        connection = http.client.HTTPSConnection("127.0.0.1", server.port, context=context, timeout=30)
-        with contextlib.closing(connection):
-            headers = {**headers, "Content-Type": "application/x-www-form-urlencoded"}
-            connection.request("POST", "/shop/buy", form, headers)
-            return int(connection.getresponse().headers["X-Error-Code"])
+    def restart_in_turn(self):
+        """The servers one after the other, without a purchase that notices: no new requests, the end of those under
+        way, the restart, requests again."""
+        for server in self.servers:
+            names = [f"{backend}/{server.name}" for backend in ("catalogue", "purchases")]
+            self.console("; ".join(f"set server {name} state drain" for name in names))
+            time.sleep(1)
+            server.stop()
+            server.start()
+            self.console("; ".join(f"set server {name} state ready" for name in names))
+            engines.wait_until(lambda: "UP" in self.state_of(server), "the server")
+
+    def state_of(self, server):
+        line = re.search(f"^catalogue,{server.name},.*$", self.console("show stat"), re.M)
+        return line[0].split(",")[17]
+
+    def console(self, command):
+        with socket.socket(socket.AF_UNIX) as connection:
+            connection.connect(str(self.folder / "haproxy.sock"))
+            connection.sendall(command.encode() + b"\n")
+            return b"".join(iter(lambda: connection.recv(65536), b"")).decode()
 
 
 class Rush:
@@ -155,7 +176,7 @@ def replay(shop):
     for line in lines:
         status, serial, user, token = line.split(" ")
         headers = {"User-Serial": serial, "User-ID": user, "User-Cert": token}
-        codes = [shop.ask_server(server, headers, f"type={TYPE}&id=999999&force=0") for server in shop.servers]
+        codes = [post(server.port, headers, f"type={TYPE}&id=999999&force=0") for server in shop.servers]
         # One whose purchase failed may never have been judged: then the first server judges it now.
         unused = [903, 907] if int(status) in TRY_AGAIN else None
         if codes not in ([905, 905], [906, 906], [907, 907], unused):

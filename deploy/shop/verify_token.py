@@ -1,1 +1,0 @@
-../../examples/python/verify_token.py
