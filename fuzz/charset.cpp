@@ -44,7 +44,7 @@ void CheckRoundTrip(const std::u16string &units)
         charset.SetByCodePage(page.number);
         LogBase log;
         DataBuffer bytes;
-        if (ConvertText(charset, text, &bytes, false, false, log)) {
+        if (ConvertText(charset, text, &bytes, Advice::kNone, Context::kKeep, log)) {
             const std::u16string back = ToWide(page.name, test::BytesOf(bytes));
             Demand(back.empty() || back == units, std::string("to and from ") + page.name);
         }

@@ -1,32 +1,51 @@
 """What each archive of the kit holds: place in the archive, and where it comes from, in the source tree if not elsewhere."""
 
-PAGES = ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", "SECURITY.md", "docs/*.md"]
-LICENCES = {"LICENSE": "LICENSE", "licenses/LibTomMath.txt": "licenses/LibTomMath.txt"}
-# those that ask to be passed on with pavonix.exe, which holds code of these Debian packages
-PROGRAM_LICENCES = {f"licenses/pavonix.exe/{package}.txt": f"/usr/share/doc/{package}/copyright"
-                    for package in ("libcli11-dev", "nlohmann-json3-dev", "mingw-w64-x86-64-dev")}
-SAMPLE_PROFILE = {"profile/sample.profile": "packaging/sample/sample.profile",
-                  "profile/sample.profile.pub.xml": "packaging/sample/sample.profile.pub.xml"}
+from components import COMPONENTS, components_of
+
+# For people who have the kit and no source tree.
+INDEX = "packaging/index.md"
+PAGES = [INDEX, "CHANGELOG.md", "SECURITY.md",
+         *(f"docs/{name}.md" for name in ("start", "on-the-device", "results", "why-0", "doctor", "token", "protocol",
+                                          "malformed", "log", "shop"))]
+TEXTS = {"README.txt": "packaging/README.txt", "CHANGELOG.txt": "CHANGELOG.md"}
+SAMPLE_PROFILE = {f"profile/{name}": f"packaging/sample/{name}" for name in ("sample.profile", "sample.profile.pub.xml")}
 HEADER = {"include/pavonix/pavonix.h": "include/pavonix/pavonix.h"}
 CPP_EXAMPLE = {f"examples/cpp/{name}": f"examples/cpp/{name}" for name in ("shop.cpp", "shop_client.h")}
 CSHARP_EXAMPLE = {f"examples/csharp/{name}": f"examples/csharp/{name}" for name in ("PavonixClient.cs", "Shop.cs")}
 C_EXAMPLE = {f"examples/c/{name}": f"examples/c/{name}" for name in ("shop.c", "buy.c")}
+PYTHON_EXAMPLE = {"examples/python/verify_token.py": "examples/python/verify_token.py"}
+CMAKE_PACKAGE = {"cmake/PavonixConfig.cmake": "packaging/windows/PavonixConfig.cmake",
+                 "cmake/PavonixConfigVersion.cmake": "build/windows-x64/PavonixConfigVersion.cmake"}
 
 
 def library(folder, build):
     """The DLL of one build with what links to it."""
-    names = ["PAVONIX.dll", "PAVONIX.lib", "libPAVONIX.dll.a", "PAVONIX.def", "PAVONIX.map"]
-    return {folder + name: f"build/{build}/{name}" for name in names} | {
-        folder + "trace/PAVONIX.dll": f"build/{build}/trace/PAVONIX.dll"}
+    names = ["PAVONIX.dll", "PAVONIX.lib", "libPAVONIX.dll.a", "PAVONIX.def", "PAVONIX.map", "trace/PAVONIX.dll",
+             "trace/PAVONIX.map"]
+    return {folder + name: f"build/{build}/{name}" for name in names}
 
 
-COMMON = LICENCES | SAMPLE_PROFILE | HEADER | CPP_EXAMPLE | CSHARP_EXAMPLE
+def licences(*builds):
+    """Our licence, and the texts that others want to be passed on with the files of these builds."""
+    names = {name for build in builds for name in components_of(build)}
+    return {"LICENSE": "LICENSE", "licenses/LibTomMath.txt": "licenses/LibTomMath.txt"} | {
+        f"licenses/{name}.txt": f"/usr/share/doc/{COMPONENTS[name].text}/copyright"
+        for name in sorted(names) if COMPONENTS[name].text}
+
+
+COMMON = TEXTS | SAMPLE_PROFILE | HEADER | CPP_EXAMPLE | CSHARP_EXAMPLE | PYTHON_EXAMPLE
+# Each archive's builds, and its files.
+BUILDS = {"ce-armv4": ["ce-armv4"], "windows": ["windows-x64", "windows-x86"]}
 ARCHIVES = {
-    "ce-armv4": COMMON | library("", "ce-armv4") | {
+    "ce-armv4": COMMON | licences(*BUILDS["ce-armv4"]) | library("", "ce-armv4") | {
+        "imports/coredll.def": "cmake/ce/coredll.def", "imports/ws2.def": "cmake/ce/ws2.def",
         "examples/cpp/ShopCe.vcproj": "packaging/vs2005/ShopCe.vcproj",
         "examples/csharp/ShopCe.csproj": "packaging/vs2005/ShopCe.csproj"},
-    "windows": COMMON | PROGRAM_LICENCES | C_EXAMPLE | library("x64/", "windows-x64") | library("x86/", "windows-x86") | {
+    "windows": COMMON | licences(*BUILDS["windows"]) | C_EXAMPLE | CMAKE_PACKAGE |
+    library("x64/", "windows-x64") | library("x86/", "windows-x86") | {
         "x64/pavonix.exe": "build/windows-x64/pavonix.exe",
         "examples/cpp/Shop.vcproj": "packaging/vs2005/Shop.vcproj",
         "examples/csharp/Shop.csproj": "packaging/vs2005/Shop.csproj"},
 }
+# What the cabinet installs: into \Windows, and into the application's own folder.
+CABINET = {"PAVONIX.dll": "build/ce-armv4/PAVONIX.dll"}, {"LICENSE": "LICENSE", "LibTomMath.txt": "licenses/LibTomMath.txt"}

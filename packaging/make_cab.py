@@ -1,15 +1,13 @@
-#!/usr/bin/env python3
 """Makes the cabinet that a handheld installs by a tap.
 
-Usage: make_cab.py CAB DLL LICENCE... : the DLL goes to \\Windows, where every shop application finds it, the
-licences to \\Program Files\\Pavonix. The files' times are SOURCE_DATE_EPOCH, so that the same files give the same cabinet.
+make_cab: shared libraries go to \\Windows, where every application finds them, other files to \\Program Files\\Pavonix.
+The files' times are SOURCE_DATE_EPOCH, so that the same files give the same cabinet.
 """
 
 import os
 import pathlib
 import shutil
 import subprocess
-import sys
 import tempfile
 
 from setup_record import NOT_OVER_A_NEWER, SHARED_AND_COUNTED, setup_record
@@ -22,13 +20,13 @@ def name_in_cabinet(name, number):
     return name.split(".")[0].replace("-", "")[:8].rjust(8, "0") + ".%03d" % number
 
 
-def make_cab(cab, dll, licences):
-    files = [(dll.name, WINDOWS, SHARED_AND_COUNTED | NOT_OVER_A_NEWER)]
-    files += [(licence.name, PROGRAMS, 0) for licence in licences]
+def make_cab(cab, libraries, own_files):
+    files = [(library.name, WINDOWS, SHARED_AND_COUNTED | NOT_OVER_A_NEWER) for library in libraries]
+    files += [(file.name, PROGRAMS, 0) for file in own_files]
     with tempfile.TemporaryDirectory() as folder:
         parts = [pathlib.Path(folder, name_in_cabinet("PAVONIX", 0))]
         parts[0].write_bytes(setup_record("Pavonix", "The Pavonix authors", files))
-        for number, source in enumerate([dll, *licences], 1):
+        for number, source in enumerate([*libraries, *own_files], 1):
             parts.append(pathlib.Path(folder, name_in_cabinet(source.name, number)))
             shutil.copyfile(source, parts[number])
         moment = int(os.environ["SOURCE_DATE_EPOCH"])
@@ -38,8 +36,3 @@ def make_cab(cab, dll, licences):
         cab.unlink(missing_ok=True)
         subprocess.run(["gcab", "--create", "--nopath", cab, *in_order], check=True,
                        env={**os.environ, "TZ": "UTC"})
-
-
-if __name__ == "__main__":
-    cab_path, dll_path, *licence_paths = map(pathlib.Path, sys.argv[1:])
-    make_cab(cab_path, dll_path, licence_paths)

@@ -3,11 +3,10 @@
 
 Usage: make_kit.py [--without-debian] [FOLDER]
 FOLDER, build/kit by default, is made anew. --without-debian leaves out the packages, which are a build of their own.
-The DLLs stand in build/ already. The same commit gives the same bytes: every time is that of the commit.
+The DLLs are in build/ already. The same commit gives the same bytes: every time is that of the commit.
 """
 
 import argparse
-import glob
 import gzip
 import hashlib
 import os
@@ -18,9 +17,10 @@ import subprocess
 import time
 import zipfile
 
-from contents import ARCHIVES, LICENCES, PAGES
+from components import COMPONENTS, LINKED
+from contents import ARCHIVES, BUILDS, CABINET, INDEX, PAGES
 from make_cab import make_cab
-from pages import Links, is_outside, render
+from pages import Links, is_outside, render, with_version
 from spdx import document
 
 SOURCE = pathlib.Path(__file__).resolve().parents[1]
@@ -33,12 +33,9 @@ def git(*arguments):
 
 def place_pages(places):
     """{place: bytes} of the pages as HTML and their pictures; links lead only to what the archive holds."""
-    sources = [str(pathlib.Path(found).relative_to(SOURCE)) for page in PAGES
-               for found in sorted(glob.glob(str(SOURCE / page)))]
-    html = {source: "html/" + pathlib.Path(source).stem.lower().replace("readme", "index") + ".html"
-            for source in sources}
+    html = {source: "html/" + pathlib.Path(source).stem.lower() + ".html" for source in PAGES}
     pages = html | {origin: place for place, origin in places.items()}
-    made = {place: render(SOURCE, source, place, pages) for source, place in html.items()}
+    made = {place: render(SOURCE, source, place, pages, VERSION) for source, place in html.items()}
     files = {}
     for place, text in made.items():
         for target in Links(text).targets:
@@ -56,14 +53,27 @@ def write_zip(kit, name, files, epoch):
             archive.writestr(entry, files[place])
 
 
+def list_components(flavour):
+    """Which file of the archive holds whose code, by licence."""
+    lines = ["Pavonix itself: MIT, see LICENSE.", ""]
+    for (build, file), names in LINKED.items():
+        if build in BUILDS[flavour]:
+            lines += [f"{file} ({build}) also holds code of", *(f"  {name}: {COMPONENTS[name].licence}" for name in sorted(names)), ""]
+    return "\n".join(lines)
+
+
 def make_archives(kit, epoch):
     for flavour, places in ARCHIVES.items():
         files = {place: (SOURCE / origin).read_bytes() for place, origin in places.items()}
+        texts = {place: files[place].decode() for place in files if place.endswith(".txt") and "/" not in place}
+        texts["licenses/CONTENTS.txt"] = list_components(flavour)
+        # the oldest editors of Windows show no line that ends in a line feed only
+        files |= {place: with_version(text, VERSION).replace("\n", "\r\n").encode() for place, text in texts.items()}
         write_zip(kit, f"pavonix-{VERSION}-{flavour}", files | place_pages(places), epoch)
 
 
 def make_source(kit, epoch):
-    """Makes the source archive; answers it before it was packed."""
+    """Makes the source archive; returns it before it was packed."""
     name = f"pavonix-{VERSION}"
     tar = git("archive", "--format=tar", f"--prefix={name}/", "HEAD")
     with open(kit / f"{name}.tar.gz", "wb") as target:
@@ -82,10 +92,10 @@ def make_debian_packages(kit, tar, epoch):
     (tree / "debian/changelog").write_text(
         f"pavonix ({VERSION}) unstable; urgency=medium\n\n  * Version {VERSION}: see CHANGELOG.md.\n\n"
         f" -- The Pavonix authors <maintainers@pavonix.example>  {date}\n")
-    subprocess.run(["dpkg-buildpackage", "-b", "-uc", "-us"], cwd=tree, check=True,
-                   env={**os.environ, "DEB_BUILD_OPTIONS": "noautodbgsym"})
-    for package in work.glob("*.deb"):
-        shutil.move(package, kit / package.name)
+    subprocess.run(["dpkg-buildpackage", "--build=full", "-uc", "-us"], cwd=tree, check=True)
+    for pattern in ("*.deb", "*.dsc", "*.tar.xz"):
+        for package in work.glob(pattern):
+            shutil.move(package, kit / package.name)
     shutil.rmtree(work)
 
 
@@ -108,8 +118,8 @@ def main():
     epoch = int(git("log", "-1", "--format=%ct"))
     os.environ["SOURCE_DATE_EPOCH"] = str(epoch)
     make_archives(kit, epoch)
-    make_cab(kit / f"pavonix-{VERSION}-ce-armv4.cab", SOURCE / "build/ce-armv4/PAVONIX.dll",
-             [SOURCE / origin for origin in LICENCES.values()])
+    to_windows, to_own_folder = ([SOURCE / origin for origin in files.values()] for files in CABINET)
+    make_cab(kit / f"pavonix-{VERSION}-ce-armv4.cab", to_windows, to_own_folder)
     tar = make_source(kit, epoch)
     if not options.without_debian:
         make_debian_packages(kit, tar, epoch)

@@ -48,6 +48,11 @@ if(PAVONIX_TOOLS)
   file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/trace)
 endif()
 
+# for find_package; one file serves both widths
+include(CMakePackageConfigHelpers)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/PavonixConfigVersion.cmake COMPATIBILITY SameMajorVersion
+                                 ARCH_INDEPENDENT)
+
 # The linker's own import library lacks the x86 decoration, so it is not used.
 add_custom_command(OUTPUT ${PROJECT_BINARY_DIR}/libPAVONIX.dll.a DEPENDS ${definition}
     COMMAND ${CMAKE_DLLTOOL} --deterministic-libraries --kill-at --input-def ${definition}

@@ -77,7 +77,13 @@ class InstallTest(unittest.TestCase):
     def test_as_a_folder_it_brings_the_library_alone(self):
         build = self.build_with_cmake("inside", f"add_subdirectory({SOURCE} pavonix)")
         targets = run("cmake", "--build", build, "--target", "help")
-        self.assertNotRegex(targets, r"(?m)^(pavonix-shop|unit_tests|bench)\b")
+        self.assertNotRegex(targets, r"(?m)^(pavonix-shop|pavonix_trac\w+|unit_tests|bench)\b")
+        run("cmake", "--install", build, "--prefix", self.top / "nothing")
+        self.assertFalse((self.top / "nothing").exists())
+        run("cmake", "-DPAVONIX_INSTALL=ON", build)
+        run("cmake", "--install", build, "--prefix", self.top / "asked")
+        self.assertTrue((self.top / "asked/lib/libpavonix.so").exists())
+        self.assertFalse((self.top / "asked/bin").exists())
 
     def test_only_the_three_calls_are_visible(self):
         library = self.prefix / f"lib/libpavonix.so.{VERSION}"

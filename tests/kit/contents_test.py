@@ -8,6 +8,7 @@ import struct
 import subprocess
 import tempfile
 import unittest
+import xml.etree.ElementTree
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 KIT = pathlib.Path(os.environ["PAVONIX_KIT"])
@@ -93,6 +94,31 @@ class ContentsTest(unittest.TestCase):
                         self.assertTrue(found.is_relative_to(UNPACKED / flavour) and found.exists())
                         self.assertTrue(not anchor or found not in pages or anchor in pages[found].anchors)
 
+    def test_pages_are_for_the_archive(self):
+        for path in UNPACKED.glob("*/html/*.html"):
+            with self.subTest(page=path):
+                text = path.read_text()
+                self.assertEqual(text.count(f'<a href="index.html">Pavonix {VERSION}</a>'), 1)
+                strange = re.findall(r"language-mermaid|\S+\.md</a>|\b[Pp]avonix.VERSION|\./dev \w+", text)
+                self.assertEqual(strange if path.name != "changelog.html" else [], [])
+        texts = [path.read_bytes() for path in UNPACKED.glob("*/*.txt")]
+        self.assertEqual([text.count(b"\n") - text.count(b"\r\n") for text in texts], [0] * 4)
+
+    def test_project_files_name_what_is_there(self):
+        projects = [*UNPACKED.rglob("*.vcproj"), *UNPACKED.rglob("*.csproj")]
+        self.assertEqual(len(projects), 4)
+        for project in projects:
+            tree = xml.etree.ElementTree.parse(project)
+            values = [value for element in tree.iter() for name, value in element.attrib.items()
+                      if name in ("RelativePath", "Include", "AdditionalIncludeDirectories")]
+            for element in tree.iter("DeploymentTool"):
+                for name, folder, *_ in (entry.split("|") for entry in element.get("AdditionalFiles").split(";")):
+                    values.append(folder.replace("$(ProjectDir)", "") + "\\" + name)
+            for value in values:
+                if "\\" in value or "." in value and not value.startswith("System"):
+                    with self.subTest(project=project, value=value):
+                        self.assertTrue((project.parent / value.replace("\\", "/")).exists())
+
     def test_versions_are_equal(self):
         header = (SOURCE / "include/pavonix/pavonix.h").read_text()
         major, minor, patch = map(int, VERSION.split("."))
@@ -103,6 +129,8 @@ class ContentsTest(unittest.TestCase):
         for library in UNPACKED.rglob("PAVONIX.dll"):
             with self.subTest(library):
                 self.assertTrue(all(text in library.read_bytes() for text in wanted))
+                self.assertEqual("tracing build".encode("utf-16-le") in library.read_bytes(),
+                                 library.parent.name == "trace")
 
     def test_cabinet_installs_the_library_where_applications_look(self):
         cabinet = KIT / f"pavonix-{VERSION}-ce-armv4.cab"

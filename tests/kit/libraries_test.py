@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import shutil
 import subprocess
 import unittest
 
@@ -39,6 +40,19 @@ class LibrariesTest(ExampleTest):
                 self.build(f"{machine}-w64-mingw32-gcc", *HEADERS, "shop.c", WINDOWS / folder / library, "-o", "shop.exe")
             self.assertEqual(self.run_beside_the_library("shop.exe"), (0, ["stored list.xml"]))
             self.assertEqual((self.folder / "list.xml").read_bytes(), b"<goods></goods>")
+
+    def test_cmake_finds_the_library(self):
+        shutil.copy(WINDOWS / "examples/c/shop.c", self.folder)
+        (self.folder / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.16)\nproject(shop C)\nfind_package(Pavonix 1.0 REQUIRED)\n"
+            "add_executable(shop shop.c)\ntarget_link_libraries(shop Pavonix::pavonix)\n")
+        for machine, processor in (("i686", "x86"), ("x86_64", "x64")):
+            code, lines = run("cmake", "-S", self.folder, "-B", self.folder / processor, "-DCMAKE_SYSTEM_NAME=Windows",
+                              f"-DCMAKE_C_COMPILER={machine}-w64-mingw32-gcc", f"-DPavonix_DIR={WINDOWS}/cmake")
+            self.assertEqual(code, 0, lines)
+            code, lines = run("cmake", "--build", self.folder / processor)
+            self.assertEqual(code, 0, lines)
+        self.assertEqual(self.run_beside_the_library("x64/shop.exe"), (1, ["not stored: the call returned 0"]))
 
     def test_microsofts_way_of_linking(self):
         (self.folder / "bare.c").write_text(BARE)

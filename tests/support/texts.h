@@ -16,6 +16,11 @@ inline const std::uint8_t *Data(const std::string &bytes)
     return reinterpret_cast<const std::uint8_t *>(bytes.data());
 }
 
+inline ByteSpan Bytes(std::string_view text)
+{
+    return {reinterpret_cast<const std::uint8_t *>(text.data()), text.size()};
+}
+
 inline std::string BytesOf(const DataBuffer &buffer)
 {
     return std::string(reinterpret_cast<const char *>(buffer.data()), buffer.length());

@@ -9,14 +9,14 @@ namespace {
 constexpr std::int32_t kIso88591 = 28591;
 constexpr std::int32_t kWindows1252 = 1252;
 
-// Character by character, so that the output tells how far it came.
+// Character by character, so that the output shows how far it got.
 bool Convert(std::uint32_t codePage, const XString &text, DataBuffer *output)
 {
-    // The length comes first: once it is known, the units are there to stay.
+    // The length first: it makes the units, which then stay valid.
     const std::int32_t length = text.LengthUtf16();
     const WideChar *units = text.GetUtf16();
     if (length == 0) {
-        return text.isEmpty() && text.complete(); // otherwise there was no memory for the units
+        return text.isEmpty() && text.complete(); // otherwise memory for the units ran out
     }
     if (!output->EnsureCapacity(static_cast<std::uint32_t>(length))) {
         return false;
@@ -35,7 +35,7 @@ bool Convert(std::uint32_t codePage, const XString &text, DataBuffer *output)
 
 } // namespace
 
-bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output, bool advise, bool leaveContext,
+bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output, Advice advice, Context context,
                  LogBase &log)
 {
     const std::int32_t asked = charset.codePage();
@@ -49,10 +49,10 @@ bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output
     log.logData("Charset", charset.name());
     log.logDataLong("ConvertedToNumBytes", static_cast<std::int32_t>(output->length()));
     output->Clear();
-    if (advise) {
+    if (advice == Advice::kLog) {
         log.logInfo("Set the Charset property to a charset that has all characters of the text, such as utf-8.");
     }
-    if (leaveContext) {
+    if (context == Context::kLeave) {
         log.logError("Failed.");
         log.leaveContext();
     }

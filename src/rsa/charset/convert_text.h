@@ -9,15 +9,16 @@
 namespace pavonix {
 
 // Replaces the content of `output` by the text in the charset, without
-// terminator or byte-order mark. Text asked for as ISO-8859-1 always comes in
+// terminator or byte-order mark. ISO-8859-1 is always written as
 // Windows-1252, whose printable characters include those of ISO-8859-1.
 //
-// False when the charset lacks a character of the text, the system lacks the
-// code page, or there was no memory: `output` is then empty, and the log's
-// current context says what happened. With `advise` the log then also says what
-// the user can do; with `leaveContext` the step records the failure of the
-// operation and leaves the caller's context in its place.
-[[nodiscard]] bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output, bool advise,
-                               bool leaveContext, LogBase &log);
+// False when the charset lacks a character of the text, the system lacks the code
+// page, or memory runs out: `output` is then empty, and the reason is logged in the
+// current context, with advice for the user if asked for. With Context::kLeave a
+// failure also records that the operation failed and leaves the caller's context.
+enum class Advice { kNone, kLog };
+enum class Context { kKeep, kLeave };
+[[nodiscard]] bool ConvertText(const Charset &charset, const XString &text, DataBuffer *output, Advice advice,
+                               Context context, LogBase &log);
 
 } // namespace pavonix

@@ -2,7 +2,6 @@
 
 #include "rsa/charset/convert_text.h"
 #include "rsa/cipher/rsa_encrypt.h"
-#include "rsa/digest/hash_table.h"
 #include "rsa/key/key_reader.h"
 #include "rsa/log/log_base.h"
 
@@ -71,7 +70,7 @@ bool ClsRsa::EncryptStringENC(const XString &text, bool usePrivateKey, XString *
     LogContext context(methodLog, "EncryptStringENC");
     methodLog.logDataLong("usePrivateKey", usePrivateKey ? 1 : 0);
     DataBuffer bytes;
-    if (!ConvertText(charset_, text, &bytes, true, true, methodLog)) {
+    if (!ConvertText(charset_, text, &bytes, Advice::kLog, Context::kLeave, methodLog)) {
         context.MarkLeft();
         result->Clear();
         return false;
@@ -83,20 +82,19 @@ bool ClsRsa::EncryptBytes(const DataBuffer &bytes, bool usePrivateKey, XString *
 {
     const RsaSettings settings = {
         .key = key_,
-        .keyChoice = usePrivateKey ? kPrivateKey : kPublicKey,
-        .padding = oaep_ ? kOaepPadding : kPkcs1Padding,
-        .hashId = kSha1HashId,
-        .label = nullptr,
-        .labelLength = 0,
+        .exponent = usePrivateKey ? KeyType::kPrivate : KeyType::kPublic,
+        .padding = oaep_ ? RsaPadding::kOaep : RsaPadding::kPkcs1,
+        .hash = HashId::kSha1,
+        .label = {},
         .littleEndian = littleEndian_,
         .verbose = verboseLogging_,
     };
     DataBuffer encrypted;
-    bool success = EncryptRsa(bytes.data(), bytes.length(), settings, &encrypted, methodLog);
+    bool success = EncryptRsa(bytes.bytes(), settings, &encrypted, methodLog);
     if (success) {
         SetMode(encodingMode_);
         Encode(encrypted, result, false);
-        success = result->complete(); // a token that was cut short would pass for one
+        success = result->complete(); // a token cut short would still look like one
     }
     if (!success) {
         result->Clear();

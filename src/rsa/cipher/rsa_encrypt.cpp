@@ -13,14 +13,14 @@ namespace {
 
 void LogInputs(std::uint32_t length, const RsaSettings &settings, LogBase &log)
 {
-    log.logData("KeyType", settings.keyChoice == kPrivateKey ? "Private" : "Public");
+    log.logData("KeyType", settings.exponent == KeyType::kPrivate ? "Private" : "Public");
     log.logSize("InputSize", length);
-    if (settings.padding == kPkcs1Padding) {
+    if (settings.padding == RsaPadding::kPkcs1) {
         log.logData("Padding", "PKCS v1.5");
     } else {
         log.logData("Padding", "OAEP");
-        log.logData("HashAlg", FindHash(settings.hashId).name);
-        log.logSize("ParamLen", settings.labelLength);
+        log.logData("HashAlg", FindHash(settings.hash).name);
+        log.logSize("ParamLen", static_cast<std::uint32_t>(settings.label.size()));
     }
     log.logDataLong("ModulusBitLen", settings.key.ModulusBitLength());
 }
@@ -31,8 +31,8 @@ void LogInputs(std::uint32_t length, const RsaSettings &settings, LogBase &log)
 bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBase &log)
 {
     const std::uint32_t modulusSize = settings.key.N.UnsignedByteSize();
-    if (settings.padding == kOaepPadding) {
-        const std::uint32_t digestSize = FindHash(settings.hashId).digestSize;
+    if (settings.padding == RsaPadding::kOaep) {
+        const std::uint32_t digestSize = FindHash(settings.hash).digestSize;
         if (modulusSize <= 2 * digestSize - 2) {
             log.logError("key size (modulus) too small for OAEP padding");
             log.logSize("ModulusSizeInBytes", modulusSize);
@@ -66,22 +66,21 @@ void LogVerbose(const RsaSettings &settings, LogBase &log, const char *tag, cons
     }
 }
 
-bool Pad(const std::uint8_t *piece, std::uint32_t length, const RsaSettings &settings, DataBuffer *padded, LogBase &log)
+bool Pad(ByteSpan piece, const RsaSettings &settings, DataBuffer *padded, LogBase &log)
 {
-    const bool oaep = settings.padding == kOaepPadding;
+    const bool oaep = settings.padding == RsaPadding::kOaep;
     const std::int32_t bitLength = settings.key.ModulusBitLength();
     if (settings.verbose) {
         log.logData("padding", oaep ? "OAEP" : "PKCS 1.5");
     }
     if (oaep) {
-        return EncodeOaep(piece, length, settings.label, settings.labelLength, bitLength, settings.hashId, padded, log);
+        return EncodeOaep(piece, settings.label, bitLength, settings.hash, padded, log);
     }
     // Random filler for the private key too: the blocks are ciphertexts, not signatures.
-    return EncodePkcs1(piece, length, kEncryptionBlock, bitLength, padded, log);
+    return EncodePkcs1(piece, kEncryptionBlock, bitLength, padded, log);
 }
 
-// Each word of four bytes for itself, not the block; a tail of two or three bytes
-// likewise.
+// Reverses each word of four bytes, not the block; also a last word of two or three.
 void SwapWords(DataBuffer *bytes)
 {
     for (std::uint32_t at = 0; at < bytes->length(); at += 4) {
@@ -90,24 +89,23 @@ void SwapWords(DataBuffer *bytes)
     }
 }
 
-// Appends one ciphertext block, as long as the modulus, to `output`. False, the
-// reason logged, when the piece does not fit or has no result of that length.
-bool EncryptBlock(const std::uint8_t *piece, std::uint32_t length, const RsaSettings &settings, DataBuffer *output,
-                  LogBase &log)
+// Appends one ciphertext block, as long as the modulus, to `output`. False, with the
+// reason logged, when the piece does not fit or its result has another length.
+bool EncryptBlock(ByteSpan piece, const RsaSettings &settings, DataBuffer *output, LogBase &log)
 {
     if (settings.verbose) {
         log.logDataLong("modulus_bitlen", settings.key.ModulusBitLength());
         log.logDataLong("littleEndian", settings.littleEndian ? 1 : 0);
     }
     DataBuffer padded;
-    if (!Pad(piece, length, settings, &padded, log)) {
+    if (!Pad(piece, settings, &padded, log)) {
         return false;
     }
     LogVerbose(settings, log, "paddedData", padded);
 
     DataBuffer encrypted;
     const bool success =
-        ExponentiateRsa(padded.data(), padded.length(), settings.keyChoice, settings.key, true, &encrypted, log);
+        ExponentiateRsa(padded.bytes(), settings.exponent, settings.key, LeadingZeros::kExtend, &encrypted, log);
     if (encrypted.length() != settings.key.N.UnsignedByteSize()) {
         log.logError("Output of RSA encryption not equal to modulus size.");
         log.logSize("InLength", padded.length());
@@ -123,9 +121,9 @@ bool EncryptBlock(const std::uint8_t *piece, std::uint32_t length, const RsaSett
 
 } // namespace
 
-bool EncryptRsa(const std::uint8_t *input, std::uint32_t length, const RsaSettings &settings, DataBuffer *output,
-                LogBase &log)
+bool EncryptRsa(ByteSpan input, const RsaSettings &settings, DataBuffer *output, LogBase &log)
 {
+    const auto length = static_cast<std::uint32_t>(input.size());
     const LogContext context(log, "RSA_encrypt");
     LogInputs(length, settings, log);
     output->Clear();
@@ -138,7 +136,7 @@ bool EncryptRsa(const std::uint8_t *input, std::uint32_t length, const RsaSettin
     }
     for (std::uint32_t done = 0; done < length;) {
         const std::uint32_t piece = std::min(length - done, blockSize);
-        if (!EncryptBlock(input + done, piece, settings, output, log)) {
+        if (!EncryptBlock(input.subspan(done, piece), settings, output, log)) {
             return false;
         }
         done += piece;

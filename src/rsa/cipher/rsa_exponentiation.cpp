@@ -10,9 +10,8 @@ bool Fail(LogBase &log, const char *reason)
     return false;
 }
 
-// c = m^d mod N from the primes and what belongs to them. Neither d nor N is
-// needed, and none of the parts is trusted: whatever they hold, each step has a
-// result or a code.
+// c = m^d mod N from the primes and their exponents. Neither d nor N is needed, and no
+// part is trusted: whatever it holds, each step has a result or an error code.
 bool ApplyPrivateKey(const mp_int &m, const RsaKey &key, mp_int *c, LogBase &log)
 {
     mp_int a;
@@ -39,9 +38,9 @@ bool ApplyPrivateKey(const mp_int &m, const RsaKey &key, mp_int *c, LogBase &log
     return true;
 }
 
-bool ApplyKey(const mp_int &m, std::int32_t keyChoice, const RsaKey &key, mp_int *c, LogBase &log)
+bool ApplyKey(const mp_int &m, KeyType exponent, const RsaKey &key, mp_int *c, LogBase &log)
 {
-    if (keyChoice == kPrivateKey) {
+    if (exponent == KeyType::kPrivate) {
         return ApplyPrivateKey(m, key, c, log);
     }
     if (ExptMod(m, key.e, key.N, c) != MP_OKAY) {
@@ -60,22 +59,23 @@ std::uint32_t MissingZeros(std::uint32_t inputLength, std::uint32_t resultLength
 
 } // namespace
 
-bool ExponentiateRsa(const std::uint8_t *input, std::uint32_t length, std::int32_t keyChoice, const RsaKey &key,
-                     bool zeroExtend, DataBuffer *output, LogBase &log)
+bool ExponentiateRsa(ByteSpan input, KeyType exponent, const RsaKey &key, LeadingZeros zeros, DataBuffer *output,
+                     LogBase &log)
 {
-    if (keyChoice != kPublicKey && keyChoice != kPrivateKey) {
+    if (exponent != KeyType::kPublic && exponent != KeyType::kPrivate) {
         return Fail(log, "Invalid public/private key choice");
     }
-    if (keyChoice == kPrivateKey && key.type != kPrivateKey) {
+    if (exponent == KeyType::kPrivate && key.type != KeyType::kPrivate) {
         return Fail(log, "Private key required, but not provided");
     }
     mp_int m;
     mp_int c;
-    m.ReadUnsignedBytes(input, length); // for want of memory m is unusable, and ApplyKey fails
+    const auto length = static_cast<std::uint32_t>(input.size());
+    (void)m.ReadUnsignedBytes(input.data(), length); // out of memory leaves m unusable, and ApplyKey fails
     if (Compare(key.N, m) < 0) {
         return Fail(log, "Invalid RSA input value");
     }
-    if (!ApplyKey(m, keyChoice, key, &c, log)) {
+    if (!ApplyKey(m, exponent, key, &c, log)) {
         return false;
     }
     if (c.UnsignedByteSize() > key.N.UnsignedByteSize()) {
@@ -86,12 +86,12 @@ bool ExponentiateRsa(const std::uint8_t *input, std::uint32_t length, std::int32
         return false;
     }
     log.logDataValue("exptmodOutput", result.data(), result.length());
-    const std::uint32_t zeros = zeroExtend ? MissingZeros(length, result.length(), key) : 0;
-    if (zeros > 0) {
+    const std::uint32_t missing = zeros == LeadingZeros::kExtend ? MissingZeros(length, result.length(), key) : 0;
+    if (missing > 0) {
         log.logInfo("Zero-extending to match modulus byte length");
     }
-    const std::uint32_t total = output->length() + zeros + result.length();
-    return total == 0 || (output->EnsureCapacity(total) && output->AppendFill(0, zeros) &&
+    const std::uint32_t total = output->length() + missing + result.length();
+    return total == 0 || (output->EnsureCapacity(total) && output->AppendFill(0, missing) &&
                           output->Append(result.data(), result.length()));
 }
 

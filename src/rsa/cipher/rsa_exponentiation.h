@@ -9,13 +9,14 @@
 
 namespace pavonix {
 
-// Takes `length` bytes as a big-endian integer, raises it to the exponent that
-// `keyChoice` names (kPublicKey, or kPrivateKey by the Chinese remainder form)
-// and appends the result to `output`, big-endian without leading zeros. With
-// `zeroExtend` the result gets leading zeros up to `length`, but only when
-// `length` is the modulus bit length divided by 8, not rounded up. False, the
-// reason logged, and nothing appended, on failure.
-[[nodiscard]] bool ExponentiateRsa(const std::uint8_t *input, std::uint32_t length, std::int32_t keyChoice,
-                                   const RsaKey &key, bool zeroExtend, DataBuffer *output, LogBase &log);
+// Whether a result shorter than the input gets leading zeros up to the input's length.
+// It only does when that length is the modulus bit length divided by 8, not rounded up.
+enum class LeadingZeros { kNone, kExtend };
+
+// Takes the input as a big-endian integer, raises it to the public exponent, or to the
+// private one by the Chinese remainder form, and appends the result to `output`,
+// big-endian. False, with the reason logged and nothing appended, on failure.
+[[nodiscard]] bool ExponentiateRsa(ByteSpan input, KeyType exponent, const RsaKey &key, LeadingZeros zeros,
+                                   DataBuffer *output, LogBase &log);
 
 } // namespace pavonix

@@ -10,30 +10,30 @@ namespace pavonix {
 namespace {
 
 template <typename Digest>
-void Compute(const void *bytes, std::uint32_t length, std::uint8_t *digest)
+void Compute(std::span<const std::uint8_t> bytes, std::uint8_t *digest)
 {
     Digest hashing;
-    hashing.Update(bytes, length);
+    hashing.Update(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
     hashing.Finish(digest);
 }
 
 constexpr HashRow kRows[] = {
-    {kSha1HashId, "SHA-1", Sha1::kDigestSize, Compute<Sha1>},
-    {2, "SHA-384", Sha384::kDigestSize, Compute<Sha384>},
-    {3, "SHA-512", Sha512::kDigestSize, Compute<Sha512>},
-    {4, "MD2", Md2::kDigestSize, Compute<Md2>},
-    {5, "MD5", Md5::kDigestSize, Compute<Md5>},
-    {7, "SHA-256", Sha256::kDigestSize, Compute<Sha256>},
+    {HashId::kSha1, "SHA-1", Sha1::kDigestSize, Compute<Sha1>},
+    {HashId::kSha384, "SHA-384", Sha384::kDigestSize, Compute<Sha384>},
+    {HashId::kSha512, "SHA-512", Sha512::kDigestSize, Compute<Sha512>},
+    {HashId::kMd2, "MD2", Md2::kDigestSize, Compute<Md2>},
+    {HashId::kMd5, "MD5", Md5::kDigestSize, Compute<Md5>},
+    {HashId::kSha256, "SHA-256", Sha256::kDigestSize, Compute<Sha256>},
 };
 
-constexpr HashRow kUnknown = {0, "Unknown", 16, Compute<Sha1>};
+constexpr HashRow kUnknown = {HashId{0}, "Unknown", 16, Compute<Sha1>};
 
 } // namespace
 
-const HashRow &FindHash(std::int32_t hashId)
+const HashRow &FindHash(HashId id)
 {
     for (const HashRow &row : kRows) {
-        if (row.id == hashId) {
+        if (row.id == id) {
             return row;
         }
     }

@@ -2,29 +2,37 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 namespace pavonix {
 
-constexpr std::int32_t kSha1HashId = 1;
+enum class HashId : std::int32_t {
+    kSha1 = 1,
+    kSha384 = 2,
+    kSha512 = 3,
+    kMd2 = 4,
+    kMd5 = 5,
+    kSha256 = 7,
+};
+
 constexpr std::uint32_t kLongestDigest = 64;
 
 struct HashRow {
-    std::int32_t id;
+    HashId id;
     const char *name;         // as the log shows it
     std::uint32_t digestSize; // in bytes
-    void (*compute)(const void *bytes, std::uint32_t length, std::uint8_t *digest);
+    void (*compute)(std::span<const std::uint8_t> bytes, std::uint8_t *digest);
 };
 
-// Identifiers: 1 SHA-1, 2 SHA-384, 3 SHA-512, 4 MD2, 5 MD5, 7 SHA-256. Any other
-// one answers the row "Unknown", whose digest size is 16 although it computes
-// SHA-1: callers then see the first 16 bytes.
-const HashRow &FindHash(std::int32_t hashId);
+// Any other number returns the row "Unknown", whose digest size is 16 although it
+// computes SHA-1: callers then see the first 16 bytes.
+const HashRow &FindHash(HashId id);
 
-// Writes the digest of `length` bytes. `digest` has kLongestDigest bytes of room,
-// since the row "Unknown" writes more than its digest size.
-inline void ComputeDigest(std::int32_t hashId, const void *bytes, std::uint32_t length, std::uint8_t *digest)
+// Writes the digest of the bytes. `digest` has kLongestDigest bytes of room, since the
+// row "Unknown" writes more than its digest size.
+inline void ComputeDigest(HashId id, std::span<const std::uint8_t> bytes, std::uint8_t *digest)
 {
-    FindHash(hashId).compute(bytes, length, digest);
+    FindHash(id).compute(bytes, digest);
 }
 
 } // namespace pavonix

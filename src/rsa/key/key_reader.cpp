@@ -76,7 +76,7 @@ bool KeyReader::Read(const KeyPart &part, bool *present)
 bool ReadKey(const char *xml, RsaKey *key, bool verbose, LogBase &log)
 {
     KeyReader reader(xml, key, verbose, log);
-    key->type = kPrivateKey;
+    key->type = KeyType::kPrivate;
     if (!reader.Read(kModulus)) {
         return false;
     }
@@ -88,7 +88,7 @@ bool ReadKey(const char *xml, RsaKey *key, bool verbose, LogBase &log)
         return false;
     }
     if (!isPrivate) {
-        key->type = kPublicKey;
+        key->type = KeyType::kPublic;
         return true;
     }
     for (const KeyPart &part : kPrivateParts) {

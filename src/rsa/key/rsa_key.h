@@ -7,15 +7,14 @@
 
 namespace pavonix {
 
-constexpr std::int32_t kPublicKey = 0;
-constexpr std::int32_t kPrivateKey = 1;
+enum class KeyType : std::int32_t { kPublic = 0, kPrivate = 1 };
 
-// Born as an empty public key.
+// Starts as an empty public key.
 struct RsaKey {
-    std::int32_t cachedBitLength = 0; // of the modulus; 0, which nothing here changes, means: count them
-    std::int32_t type = kPublicKey;
+    std::int32_t cachedBitLength = 0; // of the modulus; 0, as nothing sets it, means "count the bits"
+    KeyType type = KeyType::kPublic;
     mp_int e; // public exponent
-    mp_int d; // private exponent, never calculated with
+    mp_int d; // private exponent, read but not used: the Chinese remainder form needs only p to dQ
     mp_int N; // modulus, p * q
     mp_int p;
     mp_int q;

@@ -5,8 +5,12 @@
 #include "rsa/text/objects.h"
 
 #include <cstdint>
+#include <span>
 
 namespace pavonix {
+
+// Bytes that somebody else owns; a null pointer only with a size of 0.
+using ByteSpan = std::span<const std::uint8_t>;
 
 // Lengths and capacities are unsigned 32-bit byte counts. An operation that
 // needs memory answers false when there is none, and the buffer is then empty:
@@ -37,6 +41,7 @@ public:
 
     std::uint8_t *data();
     const std::uint8_t *data() const;
+    ByteSpan bytes() const { return {data(), length()}; }
     std::uint32_t length() const;
     std::uint32_t capacity() const;
     bool borrowed() const;

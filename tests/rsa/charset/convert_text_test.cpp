@@ -23,7 +23,7 @@ Converted Convert(const Charset &charset, const std::u16string &text)
     wide.SetFromUtf16(text.c_str());
     DataBuffer output;
     LogBase log;
-    if (!ConvertText(charset, wide, &output, false, false, log)) {
+    if (!ConvertText(charset, wide, &output, Advice::kNone, Context::kKeep, log)) {
         return std::nullopt;
     }
     return BytesOf(output);
@@ -88,12 +88,13 @@ TEST(ConvertText, AFailureIsReportedAndLeavesNoOutput)
     const std::string advice = "    Set the Charset property to a charset that has all characters of the text, such as"
                                " utf-8.|";
     const struct {
-        bool advise, leaveContext;
+        Advice advice;
+        Context context;
         std::string log;
     } rows[] = {
-        {false, false, "    after|"},
-        {true, false, advice + "    after|"},
-        {true, true, advice + "    Failed.|  after|"},
+        {Advice::kNone, Context::kKeep, "    after|"},
+        {Advice::kLog, Context::kKeep, advice + "    after|"},
+        {Advice::kLog, Context::kLeave, advice + "    Failed.|  after|"},
     };
     Charset charset;
     charset.SetByCodePage(1252);
@@ -104,7 +105,7 @@ TEST(ConvertText, AFailureIsReportedAndLeavesNoOutput)
         log.enterContext("Caller");
         DataBuffer output;
         ASSERT_TRUE(output.AppendByte('x'));
-        EXPECT_FALSE(ConvertText(charset, text, &output, row.advise, row.leaveContext, log));
+        EXPECT_FALSE(ConvertText(charset, text, &output, row.advice, row.context, log));
         EXPECT_EQ(output.length(), 0u);
         log.logInfo("after");
         EXPECT_EQ(LogText(log), Lines(entries + row.log));
@@ -124,7 +125,7 @@ TEST(ConvertText, MissingMemoryIsAFailureAndNothingElse)
         DataBuffer output;
         Logger log;
         log.enterContext("Caller");
-        const bool converted = ConvertText(charset, text, &output, true, true, log);
+        const bool converted = ConvertText(charset, text, &output, Advice::kLog, Context::kLeave, log);
         tap::FailNone();
         EXPECT_TRUE(converted || tap::FaultHappened());
         EXPECT_EQ(output.length(), converted && text.complete() ? 6u : 0u);

@@ -22,7 +22,7 @@ Parts PartsOf(const TestKey &key)
     return Parts(parts.begin(), parts.end());
 }
 
-std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts &parts)
+std::string Actual(const std::string &input, KeyType exponent, const Parts &parts)
 {
     std::string xml = "<K>";
     for (const auto &[tag, bytes] : parts) {
@@ -32,8 +32,7 @@ std::string Actual(const std::string &input, std::int32_t keyChoice, const Parts
     ReadTestKey(xml, &key);
     Logger log;
     DataBuffer output;
-    const bool success =
-        ExponentiateRsa(Data(input), static_cast<std::uint32_t>(input.size()), keyChoice, key, true, &output, log);
+    const bool success = ExponentiateRsa(Bytes(input), exponent, key, LeadingZeros::kExtend, &output, log);
     const std::string text = LogText(log);
     const std::size_t last = text.rfind("  ") + 2;
     return success ? ToHex(BytesOf(output)) : text.substr(last, text.size() - 2 - last);
@@ -47,19 +46,19 @@ TEST(OddKeys, PartsWithoutAResult)
     const struct {
         const char *name;
         std::string value;
-        std::int32_t keyChoice;
+        KeyType exponent;
         const char *expected;
     } rows[] = {
-        {"Modulus", zero, kPublicKey, "Invalid RSA input value"},
-        {"P", zero, kPrivateKey, "Modular exponentiation (1) failed"},
-        {"Q", zero, kPrivateKey, "Modular exponentiation (2) failed"},
-        {"Q", std::string(65, '\xFF'), kPrivateKey, "Modular exponentiation output size is invalid"},
-        {"Exponent", zero, 2, "Invalid public/private key choice"},
+        {"Modulus", zero, KeyType::kPublic, "Invalid RSA input value"},
+        {"P", zero, KeyType::kPrivate, "Modular exponentiation (1) failed"},
+        {"Q", zero, KeyType::kPrivate, "Modular exponentiation (2) failed"},
+        {"Q", std::string(65, '\xFF'), KeyType::kPrivate, "Modular exponentiation output size is invalid"},
+        {"Exponent", zero, KeyType{2}, "Invalid public/private key choice"},
     };
     for (const auto &row : rows) {
         Parts parts = PartsOf(KeyOfBits(1024));
         parts[row.name] = row.value;
-        EXPECT_EQ(Actual(input, row.keyChoice, parts), row.expected);
+        EXPECT_EQ(Actual(input, row.exponent, parts), row.expected);
     }
 }
 
@@ -69,13 +68,13 @@ TEST(OddKeys, OtherInputs)
     const std::string modulus = good.at("Modulus");
     std::string above = modulus;
     ++above.back();
-    EXPECT_EQ(Actual(modulus, kPublicKey, good), ""); // equal to the modulus passes and gives 0
-    EXPECT_EQ(Actual(above, kPublicKey, good), "Invalid RSA input value");
-    EXPECT_EQ(Actual("", kPrivateKey, good), "");
+    EXPECT_EQ(Actual(modulus, KeyType::kPublic, good), ""); // equal to the modulus passes and gives 0
+    EXPECT_EQ(Actual(above, KeyType::kPublic, good), "Invalid RSA input value");
+    EXPECT_EQ(Actual("", KeyType::kPrivate, good), "");
     Parts noModulus = good;
     noModulus["Modulus"] = "";
-    EXPECT_EQ(Actual("", kPublicKey, noModulus), "Modular exponentiation (A) failed");
+    EXPECT_EQ(Actual("", KeyType::kPublic, noModulus), "Modular exponentiation (A) failed");
     Parts publicOnly = good;
     publicOnly.erase("P");
-    EXPECT_EQ(Actual("x", kPrivateKey, publicOnly), "Private key required, but not provided");
+    EXPECT_EQ(Actual("x", KeyType::kPrivate, publicOnly), "Private key required, but not provided");
 }

@@ -22,12 +22,16 @@ TEST(RsaVectors, OaepCiphertextsForGivenSeeds)
         for (const VectorRow &row : key.rows) {
             SCOPED_TRACE(std::to_string(key.bits) + " " + ToHex(row.seed));
             ScriptSeed(row.seed);
-            const RsaSettings settings = {
-                record, row.privateKey ? kPrivateKey : kPublicKey, kOaepPadding, kSha1HashId, nullptr, 0, true, false};
+            const RsaSettings settings = {record,
+                                          row.privateKey ? KeyType::kPrivate : KeyType::kPublic,
+                                          RsaPadding::kOaep,
+                                          HashId::kSha1,
+                                          {},
+                                          true,
+                                          false};
             Logger logger;
             DataBuffer cipher;
-            const bool success = EncryptRsa(Data(row.message), static_cast<std::uint32_t>(row.message.size()), settings,
-                                            &cipher, logger);
+            const bool success = EncryptRsa(Bytes(row.message), settings, &cipher, logger);
             const std::string log = LogText(logger);
             ++(row.privateKey ? privateRows : publicRows);
             const bool zeroFirst = row.cipher[0] == 0;

@@ -3,6 +3,7 @@
 #include "rsa/digest/sha1.h"
 #include "rsa/digest/sha2.h"
 #include "support/hex.h"
+#include "support/texts.h"
 
 #include <gtest/gtest.h>
 #include <openssl/evp.h>
@@ -20,8 +21,7 @@ constexpr char kUntouched = '\xEE';
 std::string Digest(int hashId, const std::string &text)
 {
     std::string room(kLongestDigest, kUntouched);
-    ComputeDigest(hashId, text.data(), static_cast<std::uint32_t>(text.size()),
-                  reinterpret_cast<std::uint8_t *>(room.data()));
+    ComputeDigest(HashId{hashId}, Bytes(text), reinterpret_cast<std::uint8_t *>(room.data()));
     return room;
 }
 
@@ -77,8 +77,8 @@ TEST(Digest, EveryRowAgreesWithOpenSsl)
         {5, "MD5", EVP_md5()},    {7, "SHA-256", EVP_sha256()},
     };
     for (const auto &row : rows) {
-        EXPECT_STREQ(FindHash(row.id).name, row.name);
-        EXPECT_EQ(FindHash(row.id).digestSize, static_cast<std::uint32_t>(EVP_MD_get_size(row.reference)));
+        EXPECT_STREQ(FindHash(HashId{row.id}).name, row.name);
+        EXPECT_EQ(FindHash(HashId{row.id}).digestSize, static_cast<std::uint32_t>(EVP_MD_get_size(row.reference)));
         for (std::size_t length = 0; length <= 301; ++length) {
             const std::string text = RandomText(length <= 300 ? length : 1000000);
             std::string expected(kLongestDigest, kUntouched);
@@ -102,10 +102,10 @@ TEST(Digest, PiecesGiveTheDigestOfTheWhole)
 TEST(Digest, AnUnknownIdentifierSays16BytesYetComputesSha1)
 {
     for (const int id : {0, 6, 8, -1}) {
-        EXPECT_STREQ(FindHash(id).name, "Unknown");
-        EXPECT_EQ(FindHash(id).digestSize, 16u);
+        EXPECT_STREQ(FindHash(HashId{id}).name, "Unknown");
+        EXPECT_EQ(FindHash(HashId{id}).digestSize, 16u);
         EXPECT_EQ(Digest(id, "abc"), Digest(1, "abc"));
     }
-    EXPECT_STREQ(FindHash(4).name, "MD2");
-    EXPECT_EQ(FindHash(4).digestSize, 16u);
+    EXPECT_STREQ(FindHash(HashId::kMd2).name, "MD2");
+    EXPECT_EQ(FindHash(HashId::kMd2).digestSize, 16u);
 }

@@ -43,7 +43,7 @@ std::string Parts(const RsaKey &key)
         const std::string bytes = Value(*value);
         parts += bytes.empty() ? "-" : bytes;
     }
-    return parts + (key.type == kPrivateKey ? " private" : " public");
+    return parts + (key.type == KeyType::kPrivate ? " private" : " public");
 }
 
 } // namespace

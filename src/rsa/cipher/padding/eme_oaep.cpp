@@ -8,9 +8,6 @@ namespace pavonix {
 
 namespace {
 
-constexpr std::int32_t kDbMaskSite = 100;
-constexpr std::int32_t kSeedMaskSite = 101;
-
 bool FitsModulus(std::uint32_t messageLength, std::uint32_t encodedLength, std::uint32_t digestSize, LogBase &log)
 {
     if (encodedLength < 2 * digestSize + 3) {
@@ -29,12 +26,12 @@ bool FitsModulus(std::uint32_t messageLength, std::uint32_t encodedLength, std::
     return true;
 }
 
-// Xors `length` bytes at `target` with the mask that `seed` gives.
-bool ApplyMask(std::int32_t callSite, std::int32_t hashId, const std::uint8_t *seed, std::uint32_t seedLength,
-               std::uint8_t *target, std::uint32_t length, LogBase &log)
+// Xors the target with the mask that is made from `seed`.
+bool ApplyMask(MgfSite site, HashId hash, ByteSpan seed, std::span<std::uint8_t> target, LogBase &log)
 {
+    const auto length = static_cast<std::uint32_t>(target.size());
     DataBuffer mask;
-    if (!mask.EnsureCapacity(length) || !Mgf1(callSite, hashId, seed, seedLength, length, &mask, log)) {
+    if (!mask.EnsureCapacity(length) || !Mgf1(site, hash, seed, length, &mask, log)) {
         return false;
     }
     for (std::uint32_t i = 0; i < length; ++i) {
@@ -45,31 +42,31 @@ bool ApplyMask(std::int32_t callSite, std::int32_t hashId, const std::uint8_t *s
 
 } // namespace
 
-bool EncodeOaep(const std::uint8_t *message, std::uint32_t messageLength, const std::uint8_t *label,
-                std::uint32_t labelLength, std::int32_t modulusBitLength, std::int32_t hashId, DataBuffer *output,
+bool EncodeOaep(ByteSpan message, ByteSpan label, std::int32_t modulusBitLength, HashId hash, DataBuffer *output,
                 LogBase &log)
 {
     output->Clear();
-    if (message == nullptr) {
+    if (message.data() == nullptr) {
         log.logError("null input to OAEP encoder");
         return false;
     }
-    const std::uint32_t digestSize = FindHash(hashId).digestSize;
+    const auto messageLength = static_cast<std::uint32_t>(message.size());
+    const std::uint32_t digestSize = FindHash(hash).digestSize;
     const std::uint32_t encodedLength = (static_cast<std::uint32_t>(modulusBitLength) + 7) / 8;
     if (!FitsModulus(messageLength, encodedLength, digestSize, log)) {
         return false;
     }
     std::uint8_t labelDigest[kLongestDigest];
-    ComputeDigest(hashId, label, label != nullptr ? labelLength : 0, labelDigest);
+    ComputeDigest(hash, label, labelDigest);
 
-    // The encoded message is put together in the clear: a zero byte, the seed, and
-    // the data block, that is digest, zeros, a one byte and the message. Then the
-    // seed masks the data block, and the masked data block the seed.
+    // First in the clear: a zero byte, the seed, and the data block, which is digest,
+    // zeros, a byte of 1 and the message. Then the seed masks the data block, and the
+    // masked data block masks the seed.
     const std::uint32_t zeros = encodedLength - messageLength - 2 * digestSize - 2;
     const bool assembled = output->EnsureCapacity(encodedLength) && output->AppendByte(0) &&
                            SharedR250().AppendBytes(digestSize, output) && output->Append(labelDigest, digestSize) &&
                            output->AppendFill(0, zeros) && output->AppendByte(1) &&
-                           output->Append(message, messageLength);
+                           output->Append(message.data(), messageLength);
     if (!assembled || output->length() != encodedLength) {
         log.logError("OAEP encoding output size error");
         log.logSize("OutputSize", output->length());
@@ -77,11 +74,10 @@ bool EncodeOaep(const std::uint8_t *message, std::uint32_t messageLength, const 
         output->Clear();
         return false;
     }
-    std::uint8_t *seed = output->data() + 1;
-    std::uint8_t *block = seed + digestSize;
-    const std::uint32_t blockLength = encodedLength - digestSize - 1;
-    const bool masked = ApplyMask(kDbMaskSite, hashId, seed, digestSize, block, blockLength, log) &&
-                        ApplyMask(kSeedMaskSite, hashId, block, blockLength, seed, digestSize, log);
+    const std::span<std::uint8_t> seed(output->data() + 1, digestSize);
+    const std::span<std::uint8_t> block(output->data() + 1 + digestSize, encodedLength - digestSize - 1);
+    const bool masked = ApplyMask(MgfSite::kDataBlockMask, hash, seed, block, log) &&
+                        ApplyMask(MgfSite::kSeedMask, hash, block, seed, log);
     if (!masked) {
         output->Clear();
     }

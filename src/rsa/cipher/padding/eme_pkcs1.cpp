@@ -14,10 +14,11 @@ bool AppendFiller(std::uint8_t blockType, std::uint32_t count, DataBuffer *outpu
 
 } // namespace
 
-bool EncodePkcs1(const std::uint8_t *message, std::uint32_t messageLength, std::uint8_t blockType,
-                 std::int32_t modulusBitLength, DataBuffer *output, LogBase &log)
+bool EncodePkcs1(ByteSpan message, std::uint8_t blockType, std::int32_t modulusBitLength, DataBuffer *output,
+                 LogBase &log)
 {
     output->Clear();
+    const auto messageLength = static_cast<std::uint32_t>(message.size());
     const std::uint32_t encodedLength = (static_cast<std::uint32_t>(modulusBitLength) + 7) / 8;
     if (encodedLength < kPkcs1Overhead || messageLength > encodedLength - kPkcs1Overhead) {
         log.logError("PKCS v1.5 message length too large");
@@ -27,7 +28,7 @@ bool EncodePkcs1(const std::uint8_t *message, std::uint32_t messageLength, std::
     }
     return output->EnsureCapacity(encodedLength) && output->AppendByte(0) && output->AppendByte(blockType) &&
            AppendFiller(blockType, encodedLength - messageLength - 3, output) && output->AppendByte(0) &&
-           output->Append(message, messageLength);
+           output->Append(message.data(), messageLength);
 }
 
 } // namespace pavonix

@@ -8,13 +8,15 @@
 
 namespace pavonix {
 
-constexpr std::uint8_t kEncryptionBlock = 2; // filled with random bytes; any other type with 0xFF
-constexpr std::uint32_t kPkcs1Overhead = 11; // bytes of a block that the message cannot have
+// The block type, a byte of the encoded message: an encryption block is filled with
+// random bytes, a block of any other type with 0xFF.
+constexpr std::uint8_t kEncryptionBlock = 2;
+constexpr std::uint32_t kPkcs1Overhead = 11; // bytes of a block that are not the message's
 
-// Replaces `output` by the encoded message, as long as a modulus of
-// `modulusBitLength` bits in bytes. False, the reason logged, for a message that
-// does not fit; also for want of memory.
-[[nodiscard]] bool EncodePkcs1(const std::uint8_t *message, std::uint32_t messageLength, std::uint8_t blockType,
-                               std::int32_t modulusBitLength, DataBuffer *output, LogBase &log);
+// Replaces `output` by the encoded message, as long in bytes as a modulus of
+// `modulusBitLength` bits. False, with the reason logged, for a message that does not
+// fit; also false when memory runs out.
+[[nodiscard]] bool EncodePkcs1(ByteSpan message, std::uint8_t blockType, std::int32_t modulusBitLength,
+                               DataBuffer *output, LogBase &log);
 
 } // namespace pavonix

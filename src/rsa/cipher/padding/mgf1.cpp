@@ -17,27 +17,27 @@ constexpr std::uint32_t kCounterSize = 4;
 
 } // namespace
 
-bool Mgf1(std::int32_t callSite, std::int32_t hashId, const std::uint8_t *seed, std::uint32_t seedLength,
-          std::uint32_t maskLength, DataBuffer *mask, LogBase &log)
+bool Mgf1(MgfSite site, HashId hash, ByteSpan seed, std::uint32_t maskLength, DataBuffer *mask, LogBase &log)
 {
-    if (seed == nullptr || seedLength == 0 || maskLength == 0) {
+    if (seed.empty() || maskLength == 0) {
         log.logError("NULL input param in Mask Generation Function");
-        log.logDataLong("MgfError", callSite);
+        log.logDataLong("MgfError", static_cast<std::int32_t>(site));
         return false;
     }
-    const std::unique_ptr<std::uint8_t[]> work(AllocateArray<std::uint8_t>(std::size_t{seedLength} + kCounterRoom));
+    const auto seedLength = static_cast<std::uint32_t>(seed.size());
+    const std::unique_ptr<std::uint8_t[]> work(AllocateArray<std::uint8_t>(seed.size() + kCounterRoom));
     if (work == nullptr) {
         log.logError("Memory error");
         log.logSize("SeedLen", seedLength);
         return false;
     }
-    std::memcpy(work.get(), seed, seedLength);
-    const std::uint32_t digestSize = FindHash(hashId).digestSize;
+    std::memcpy(work.get(), seed.data(), seed.size());
+    const std::uint32_t digestSize = FindHash(hash).digestSize;
     std::uint32_t wanted = maskLength;
     for (std::uint32_t counter = 0; wanted > 0; ++counter) {
         std::uint8_t digest[kLongestDigest];
         StoreBigEndian(counter, work.get() + seedLength);
-        ComputeDigest(hashId, work.get(), seedLength + kCounterSize, digest);
+        ComputeDigest(hash, {work.get(), seedLength + kCounterSize}, digest);
         const std::uint32_t count = std::min(digestSize, wanted);
         if (!mask->Append(digest, count)) {
             return false;

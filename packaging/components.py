@@ -1,0 +1,69 @@
+"""Whose code is in what the kit ships: by upstream name, with its licence and the Debian packages that it comes in.
+tests/kit/licences_test.py compares this with what compiler and linker used."""
+
+import dataclasses
+import re
+
+
+@dataclasses.dataclass(frozen=True)
+class Component:
+    licence: str           # an SPDX expression
+    packages: str          # the Debian packages that hold it
+    text: str = ""         # the package with the text that its licence wants to be passed on
+    loaded: bool = False   # on Linux a program loads it from a package of its own
+
+
+COMPONENTS = {
+    "Boost": Component("BSL-1.0", r"libboost[\d.]*-dev"),
+    "CLI11": Component("BSD-3-Clause", "libcli11-dev", text="libcli11-dev"),
+    "GCC's run-time libraries": Component("GPL-3.0-or-later WITH GCC-exception-3.1",
+                                          r"lib(std|gcc).*|g(cc|\+\+)-mingw-w64-.*|gcc-arm-none-eabi", loaded=True),
+    "nlohmann-json": Component("MIT", "nlohmann-json3-dev", text="nlohmann-json3-dev"),
+    "LibTomMath": Component("Unlicense", r"libtommath.*", loaded=True),
+    "libcsv": Component("LGPL-2.1-or-later", r"libcsv.*", loaded=True),
+    "libxml2": Component("MIT", r"libxml2.*", loaded=True),
+    "mingw-w64": Component("ZPL-2.1 AND MIT AND BSD-3-Clause", r"mingw-w64-.*", text="mingw-w64-x86-64-dev"),
+    "OpenSSL": Component("Apache-2.0", r"libssl.*", loaded=True),
+    "PostgreSQL's client library": Component("PostgreSQL", r"libpq.*", loaded=True),
+    "prometheus-cpp": Component("MIT", r"libprometheus-cpp.*|prometheus-cpp-dev", loaded=True),
+    "SOCI": Component("BSL-1.0", r"libsoci-.*", loaded=True),
+    "SQLite": Component("blessing", r"libsqlite3-.*", loaded=True),
+    "zlib": Component("Zlib", r"zlib1g.*", loaded=True),
+}
+
+# The system's own C library, and headers that only other headers read.
+NOT_LINKED = {"libc6", "libc6-dev", "linux-libc-dev", "libnewlib-dev", "libicu-dev"}
+
+_RUN_TIME = {"GCC's run-time libraries", "LibTomMath"}
+_DLL = _RUN_TIME | {"mingw-w64"}
+# Build and file, and the components whose code it holds or loads.
+LINKED = {
+    ("linux", "libpavonix.so"): _RUN_TIME,
+    ("linux", "libpavonix-trace.so"): _RUN_TIME,
+    ("linux", "pavonix"): _RUN_TIME | {"CLI11", "nlohmann-json", "libxml2", "OpenSSL"},
+    ("linux", "pavonix-shop"): {"Boost", "CLI11", "GCC's run-time libraries", "libcsv", "libxml2", "OpenSSL",
+                                "PostgreSQL's client library", "prometheus-cpp", "SOCI", "SQLite", "zlib"},
+    ("windows-x64", "PAVONIX.dll"): _DLL,
+    ("windows-x64", "trace/PAVONIX.dll"): _DLL,
+    ("windows-x64", "pavonix.exe"): _DLL | {"Boost", "CLI11", "nlohmann-json"},
+    ("windows-x86", "PAVONIX.dll"): _DLL,
+    ("windows-x86", "trace/PAVONIX.dll"): _DLL,
+    ("ce-armv4", "PAVONIX.dll"): _RUN_TIME,
+    ("ce-armv4", "trace/PAVONIX.dll"): _RUN_TIME,
+}
+# The Debian packages, and the files of the Linux build in each.
+DEBIAN_PACKAGES = {
+    "libpavonix1": ["libpavonix.so"],
+    "libpavonix-dev": [],
+    "pavonix-tools": ["pavonix", "pavonix-shop", "libpavonix-trace.so"],
+}
+
+
+def component_of(package):
+    return next((name for name, component in COMPONENTS.items() if re.fullmatch(component.packages, package)), None)
+
+
+def components_of(build, files=None):
+    """The names of what is in these files of a build, or in all of them."""
+    return sorted(set().union(*(names for (place, file), names in LINKED.items()
+                                if place == build and (files is None or file in files))))

@@ -1,0 +1,28 @@
+#!/usr/bin/env python3
+"""Writes debian/PACKAGE.copyright for each package: our licence, what else is in the package, and the texts that want
+to be passed on, from the packages that the build used.
+
+Usage: write_copyright.py, in the source's top folder
+"""
+
+import pathlib
+
+from components import COMPONENTS, DEBIAN_PACKAGES, components_of
+
+
+def copyright_of(package, files):
+    names = components_of("linux", files)
+    held = [name for name in names if not COMPONENTS[name].loaded]
+    loaded = [name for name in names if COMPONENTS[name].loaded]
+    text = "Pavonix\n\n" + pathlib.Path("LICENSE").read_text()
+    for title, listed in (("Code of these is in the package", held), ("Loaded from packages of their own", loaded)):
+        text += f"\n{title}:\n\n" + "".join(f"- {name}: {COMPONENTS[name].licence}\n" for name in listed) if listed else ""
+    for name in held:
+        if COMPONENTS[name].text:
+            source = pathlib.Path("/usr/share/doc", COMPONENTS[name].text, "copyright")
+            text += f"\n{'=' * 70}\n{name}\n{'=' * 70}\n\n{source.read_text()}"
+    return text
+
+
+for debian_package, program_files in DEBIAN_PACKAGES.items():
+    pathlib.Path(f"debian/{debian_package}.copyright").write_text(copyright_of(debian_package, program_files))

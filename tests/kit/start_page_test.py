@@ -1,0 +1,95 @@
+"""The commands of the start page, taken from the page in the archive and run as they are written, in the unpacked
+folder: those for Linux by a shell, those for Windows under Wine. The page's port must be free, so it has a network of
+its own."""
+
+import fcntl
+import html
+import os
+import pathlib
+import re
+import shutil
+import signal
+import socket
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import urllib.request
+
+BUILD = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
+WINDOWS = pathlib.Path(os.environ["PAVONIX_UNPACKED"], "windows")
+OWN_NETWORK = ["unshare", "--map-root-user", "--net"]
+
+
+def enter_own_network():
+    """Starts this program again where no other has a socket."""
+    if "PAVONIX_OWN_NETWORK" not in os.environ:
+        if subprocess.run([*OWN_NETWORK, "true"], check=False).returncode != 0:
+            print("skipped: this system allows no network namespace, and the page's port may be in use")
+            sys.exit(77)
+        os.environ["PAVONIX_OWN_NETWORK"] = "1"
+        os.execvp(OWN_NETWORK[0], [*OWN_NETWORK, sys.executable, "-B", __file__])
+    with socket.socket() as any_socket:
+        fcntl.ioctl(any_socket, 0x8914, struct.pack("16sH14x", b"lo", 1))  # SIOCSIFFLAGS, IFF_UP
+
+
+class StartPageTest(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name, "unpacked")
+        shutil.copytree(WINDOWS, self.folder)
+        prefix = pathlib.Path(folder.name, "usr")
+        subprocess.run(["cmake", "--install", BUILD, "--prefix", prefix], check=True, stdout=subprocess.DEVNULL)
+        self.environment = {**os.environ, "PATH": f"{prefix}/bin:{os.environ['PATH']}",
+                            "PKG_CONFIG_PATH": f"{prefix}/lib/pkgconfig", "LD_LIBRARY_PATH": f"{prefix}/lib",
+                            "WINEPREFIX": f"{BUILD}/tests/kit/wine", "WINEDEBUG": "-all", "LC_ALL": "C.UTF-8",
+                            "WINEDLLOVERRIDES": "mscoree=;mshtml="}
+
+    def run_command(self, *command):
+        """Into a file: what stays in the background would hold a pipe open."""
+        with tempfile.TemporaryFile() as output:
+            running = subprocess.Popen(command, cwd=self.folder, env=self.environment, stdin=subprocess.DEVNULL,
+                                       stdout=output, stderr=subprocess.STDOUT, start_new_session=True)
+            self.addCleanup(self.end_group, running.pid)
+            code = running.wait(200)
+            output.seek(0)
+            self.assertEqual(code, 0, f"{command[-1]}\n{output.read().decode('utf-8', 'replace')}")
+
+    @staticmethod
+    def end_group(group):
+        try:
+            os.killpg(group, signal.SIGTERM)
+        except ProcessLookupError:
+            pass
+
+    def test_commands_store_and_buy(self):
+        page = (WINDOWS / "html/start.html").read_text()
+        blocks = [(language, html.unescape(text)) for language, text in
+                  re.findall(r'<pre><code class="language-(\w+)">(.*?)</code></pre>', page, re.DOTALL)]
+        self.assertEqual([language for language, _ in blocks], ["sh", "cmd", "cmd", "sh", "cmd"])
+        for language, text in blocks:
+            if language == "sh":
+                self.run_command("bash", "-euc", text)
+            else:
+                for line in text.splitlines():
+                    self.run_command(os.environ["WINE64"], "cmd", "/c", line)
+
+        def served(path):
+            with urllib.request.urlopen(f"http://127.0.0.1:8080/shop/{path}") as reply:
+                return reply.read()
+
+        first = served("list?type=1&category=0&sort=0&start=0&max=10")
+        for name, wanted in (("page.xml", first), ("goods.xml", first), ("good.xml", served("good?type=1&id=7")),
+                             ("list.xml", served("list?type=1&category=1&sort=4&start=0&max=10"))):
+            self.assertEqual((self.folder / name).read_bytes(), wanted, name)
+        self.run_command(f"{BUILD}/pavonix", "profile", "check", "my.profile")
+        bought = subprocess.run([f"{BUILD}/pavonix-shop", "purchases"], cwd=self.folder, check=True, text=True,
+                                stdout=subprocess.PIPE).stdout
+        self.assertEqual(re.findall(r"SAMPLE-1.*?\b([37])\b", bought), ["3", "7"], bought)
+
+
+if __name__ == "__main__":
+    enter_own_network()
+    unittest.main()
