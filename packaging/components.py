@@ -55,6 +55,7 @@ LINKED = {
 DEBIAN_PACKAGES = {
     "libpavonix1": ["libpavonix.so"],
     "libpavonix-dev": [],
+    "pavonix-shop-server": [],
     "pavonix-tools": ["pavonix", "pavonix-shop", "libpavonix-trace.so"],
 }
 
