@@ -20,7 +20,10 @@ use_them() { # inside the layer
   dpkg -i /kit/*.deb
   [ "$(pkg-config --modversion pavonix)" = "$version" ]
   [ "$(pavonix --version)" = "pavonix $version" ]
-  man -w pavonix pavonix-shop 3 pavonix
+  man -w pavonix pavonix-shop 3 pavonix GetGoodListXml GetOneGoodXml GetBuyGood
+  [ -z "$(pkg-config --cflags pavonix)" ] # the system's own folders are not named
+  ls /usr/share/doc/libpavonix-dev/{start.md,CHANGELOG.md,examples/c/shop.c}
+  grep -q 'CLI11: BSD-3-Clause' /usr/share/doc/pavonix-tools/copyright
 
   cd /kit
   printf '%s\n' '#include <pavonix/pavonix.h>' '#include <stdio.h>' 'int main(void)' '{' \
@@ -46,14 +49,16 @@ use_them() { # inside the layer
   systemd-analyze verify pavonix-shop.service
   systemd-analyze security --offline=true --threshold=20 pavonix-shop.service pavonix-front.service
   getent passwd pavonix-shop
-  dpkg -P pavonix-shop-server pavonix-tools libpavonix-dev libpavonix1
+  readelf -SW /usr/lib/debug/.build-id/*/*.debug | grep -q debug_info # of the packages of debug symbols
+  mapfile -t installed < <(dpkg-query -W -f '${Package}\n' '*pavonix*')
+  dpkg -P "${installed[@]}"
 }
 
 if [ "$1" = inside ]; then
   use_them
   exit
 fi
-lintian --fail-on error "$1"/*.deb
+lintian --fail-on error "$1"/*.deb "$1"/*.dsc
 layer=$(mktemp -d)
 trap 'rmdir "$layer"' EXIT
 export layer
