@@ -48,7 +48,7 @@ FILE *Wfopen(const WideChar *path, const WideChar *mode)
         return FailWith(kErrorFileNotFound, none);
     }
     openHandles.files.Add(stream);
-    openFiles.Add(stream, file.name());
+    openFiles.Add(stream, file.name(), writes);
     return stream;
 }
 
@@ -96,6 +96,9 @@ int CreateDirectory(const WideChar *path, const void *)
 int DeleteFile(const WideChar *path)
 {
     const DevicePath file(path);
+    if (!file.valid()) {
+        return FailWith(kErrorInvalidName, 0);
+    }
     const std::uint32_t attributes = file.Attributes();
     if (attributes == 0) {
         return FailWith(kErrorFileNotFound, 0);

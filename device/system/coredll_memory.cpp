@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <deque>
+#include <mutex>
 
 namespace pavonix::device {
 
@@ -44,6 +45,7 @@ BlockHeader *CheckedHeader(void *block)
 // Freed blocks, kept for a while so that a write to one of them is noticed.
 std::deque<BlockHeader *> freedBlocks;
 constexpr std::size_t kKeptBlocks = 64;
+std::mutex heapLock; // of the counts and the freed blocks
 
 void CheckFreed(BlockHeader *header)
 {
@@ -65,6 +67,7 @@ void *Malloc(std::uint32_t size)
     *header = {size, kLiving};
     std::memset(BytesOf(header), kFresh, size);
     std::memcpy(BytesOf(header) + size, kFence, sizeof kFence);
+    const std::lock_guard lock(heapLock);
     ++openHandles.heapBlocks;
     openHandles.heapBytes += size;
     openHandles.heapPeak = std::max(openHandles.heapPeak, openHandles.heapBytes);
@@ -77,6 +80,7 @@ void Free(void *block)
         return;
     }
     BlockHeader *header = CheckedHeader(block);
+    const std::lock_guard lock(heapLock);
     --openHandles.heapBlocks;
     openHandles.heapBytes -= header->size;
     header->state = kFreed;

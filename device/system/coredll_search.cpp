@@ -51,7 +51,7 @@ Search Matches(const std::string &path)
     }
     Search found;
     std::error_code failed;
-    for (const auto &entry : std::filesystem::directory_iterator(folder.empty() ? "." : folder, failed)) {
+    for (const auto &entry : std::filesystem::directory_iterator(folder, failed)) {
         const std::string name = entry.path().filename();
         if (MatchesPattern(pattern, name)) {
             found.push_back(folder + name);
@@ -63,7 +63,7 @@ Search Matches(const std::string &path)
 Search *FindFirstFile(const WideChar *path, FindData *data)
 {
     auto *const none = reinterpret_cast<Search *>(kInvalidHandle);
-    const DevicePath native(path);
+    const DevicePath native(path, PathOf::kSearch);
     std::string name = native.name();
     if (!native.valid() || (deviceOptions.searchRejectsTrailing && name.ends_with('/'))) {
         return FailWith(kErrorFileNotFound, none);

@@ -58,20 +58,26 @@ bool Matches(std::u16string_view pattern, std::u16string_view name)
 
 } // namespace
 
-DevicePath::DevicePath(const WideChar *path)
+DevicePath::DevicePath(const WideChar *path, PathOf purpose)
 {
     const platform::Utf8Path given(path);
     if (!given.valid() || WideLength(path) >= kLongestPath) {
         return;
     }
     const std::string text = given.c_str();
-    if (text.find_first_of("<>:\"|") != std::string::npos) {
+    const char *const excluded = purpose == PathOf::kSearch ? "<>:\"|" : "<>:\"|*?";
+    if (!text.starts_with('/') || text.find_first_of(excluded) != std::string::npos) {
         return;
     }
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('/', begin), text.size());
-        const std::string part = text.substr(begin, end - begin);
-        name_ += part.empty() ? part : FindEntry(name_.empty() ? "./" : name_, part);
+        std::string part = text.substr(begin, end - begin);
+        part.erase(part.find_last_not_of(". ") + 1);
+        if (part.empty() && end != begin) {
+            name_.clear();
+            return;
+        }
+        name_ += part.empty() ? part : FindEntry(name_, part);
         name_ += end < text.size() ? "/" : "";
         begin = end + 1;
     }
@@ -89,7 +95,8 @@ std::uint32_t DevicePath::AttributesOf(const std::string &name)
 
 bool MatchesPattern(const std::string &pattern, const std::string &name)
 {
-    return pattern == "*.*" || Matches(WithoutCase(pattern), WithoutCase(name));
+    const std::size_t kept = pattern.size() - (pattern.ends_with("*.*") ? 2 : 0);
+    return Matches(WithoutCase(pattern.substr(0, kept)), WithoutCase(name));
 }
 
 } // namespace pavonix::device

@@ -12,12 +12,16 @@ constexpr std::uint32_t kAttributeReadOnly = 0x01;
 constexpr std::uint32_t kAttributeDirectory = 0x10;
 constexpr std::uint32_t kAttributeArchive = 0x20; // an ordinary file
 
+enum class PathOf { kFile, kSearch };
+
 // The device compares names without regard to case: each part of a path leads to
-// the file of that name, or else to one whose name differs in case alone. Neither
-// characters that no name may hold nor paths of 260 units and more lead anywhere.
+// the file of that name, or else to one whose name differs in case alone. Periods and
+// spaces at the end of a name are dropped. A path leads nowhere if it does not start
+// at the root (there is no current folder), has a part of periods alone, a character
+// that no name may hold, or 260 units and more. Only a search may have `*` and `?`.
 class DevicePath {
 public:
-    explicit DevicePath(const WideChar *path);
+    explicit DevicePath(const WideChar *path, PathOf purpose = PathOf::kFile);
 
     bool valid() const { return !name_.empty(); }
     // A path of this machine. The last part, or more, need not exist.
@@ -32,7 +36,7 @@ private:
 };
 
 // Whether a file's name, in UTF-8, fits a pattern: `*` for any characters, `?` for
-// one. `*.*` fits a name without a dot too, and nothing else has a meaning.
+// one. A final `*.*` fits a name without a period too, and nothing else has a meaning.
 bool MatchesPattern(const std::string &pattern, const std::string &name);
 
 } // namespace pavonix::device

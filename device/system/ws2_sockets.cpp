@@ -17,6 +17,8 @@ using platform::Socket;
 using platform::SocketAddress;
 
 constexpr int kSystemNotReady = 10091;
+constexpr int kVersionNotSupported = 10092;
+constexpr std::uint16_t kNewestVersion = 0x0202;
 
 struct WsaData {
     std::uint16_t version, highVersion;
@@ -50,9 +52,16 @@ bool IsUsable(Socket socket)
 
 int Start(std::uint32_t version, WsaData *data)
 {
+    const std::uint32_t major = version & 0xFF, minor = version >> 8 & 0xFF;
+    if (major == 0) {
+        return kVersionNotSupported;
+    }
     std::memset(data, 0, sizeof *data);
-    int result = platform::StartWinsock(static_cast<std::uint16_t>(version), &data->version);
-    data->highVersion = data->version;
+    const int result = platform::StartWinsock(static_cast<std::uint16_t>(version), &data->version);
+    data->highVersion = kNewestVersion;
+    if (major > 2 || (major == 2 && minor > 2)) {
+        data->version = kNewestVersion;
+    }
     openHandles.winsockStarts += result == 0;
     return result;
 }

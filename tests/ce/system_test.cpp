@@ -78,6 +78,7 @@ TEST_F(System, ProvidersAndBlocksAreThoseOfADevice)
         {base + " 2 0xF0000000", "0 2148073492 00000000"}, // no such type
         {base + " 1 0xF0000001", "0 2148073481 00000000"}, // no such flag
         {base + " 1 8", "0 2148073494 00000000"},          // keys that nobody keeps
+        {"CryptReleaseContext 1 1", "0 2148073481"},
     });
     const std::string block = std::to_string(std::stoi(Ask("system malloc 8").substr(7)));
     ExpectAnswers({{"realloc " + block + " 0", "0 0"}});
@@ -105,16 +106,30 @@ TEST_F(System, FilesAreFoundAndKeptAsOnADevice)
         {"DeleteFileW " + Path("shop/held.xml"), "0 32"},
         {"DeleteFileW " + Path("shop/none.xml"), "0 2"},
         {"DeleteFileW " + Path("shop"), "0 5"},
+        {"CreateDirectoryW " + Path("shop/a*b") + " 0", "0 123"},
+        {"_wfopen " + Path("q?r.txt") + append, "0 123"},
+        {"CreateDirectoryW " + Path("shop/../out") + " 0", "0 123"},
+        {"CreateDirectoryW " + Wide(u"shop") + " 0", "0 123"}, // there is no current folder
+        {"CreateDirectoryW " + Path("shop/new. ") + " 0", "0 183"},
     });
     const std::string stream =
         std::to_string(std::stoi(Ask("system _wfopen " + Path("SHOP/list.xml") + append).substr(7)));
     ExpectAnswers({
+        {"_wfopen " + Path("shop/List.xml") + append, "0 32"},
         {"DeleteFileW " + Path("shop/List.xml"), "0 32"},
         {"fclose " + stream, "0 0"},
         {"DeleteFileW " + Path("shop/LIST.xml"), "1 0"},
     });
     EXPECT_EQ("ok", Ask("release"));
     ExpectAnswers({{"DeleteFileW " + Path("shop/held.xml"), "1 0"}});
+}
+
+TEST_F(System, WinsockGrantsAtMostVersion2Point2)
+{
+    const OtherRunner runner(ThePrograms().dll, {}, {});
+    EXPECT_EQ(0u, Ask("system WSAStartup 0x0707 ?400").find("system 0 0 02020202"));
+    EXPECT_EQ(0u, Ask("system WSAStartup 0x0101 ?400").find("system 0 0 01010202"));
+    EXPECT_EQ(0u, Ask("system WSAStartup 0x0100 ?400").find("system 10092 0 "));
 }
 
 TEST_F(System, SearchesFollowTheDevicesRules)
