@@ -64,26 +64,37 @@ class StartPageTest(unittest.TestCase):
         except ProcessLookupError:
             pass
 
-    def test_commands_store_and_buy(self):
+    def run_section(self, heading):
+        """Runs the commands below a heading; returns them."""
         page = (WINDOWS / "html/start.html").read_text()
+        section = page.partition(f">{heading}</h2>")[2].partition("<h2")[0]
         blocks = [(language, html.unescape(text)) for language, text in
-                  re.findall(r'<pre><code class="language-(\w+)">(.*?)</code></pre>', page, re.DOTALL)]
-        self.assertEqual([language for language, _ in blocks], ["sh", "cmd", "cmd", "sh", "cmd"])
+                  re.findall(r'<pre><code class="language-(\w+)">(.*?)</code></pre>', section, re.DOTALL)]
         for language, text in blocks:
             if language == "sh":
                 self.run_command("bash", "-euc", text)
             else:
                 for line in text.splitlines():
                     self.run_command(os.environ["WINE64"], "cmd", "/c", line)
+        return [language for language, _ in blocks]
 
-        def served(path):
-            with urllib.request.urlopen(f"http://127.0.0.1:8080/shop/{path}") as reply:
-                return reply.read()
+    def expect_files(self, **wanted):
+        """Each file is what the shop sends for the query."""
+        for name, query in wanted.items():
+            with urllib.request.urlopen(f"http://127.0.0.1:8080/shop/{query}") as reply:
+                self.assertEqual((self.folder / f"{name}.xml").read_bytes(), reply.read(), name)
 
-        first = served("list?type=1&category=0&sort=0&start=0&max=10")
-        for name, wanted in (("page.xml", first), ("goods.xml", first), ("good.xml", served("good?type=1&id=7")),
-                             ("list.xml", served("list?type=1&category=1&sort=4&start=0&max=10"))):
-            self.assertEqual((self.folder / name).read_bytes(), wanted, name)
+    def test_linux(self):
+        self.assertEqual(self.run_section("On Linux"), ["sh"])
+        first = "list?type=1&category=0&sort=0&start=0&max=10"
+        self.expect_files(page=first, list=first)
+
+    def test_windows(self):
+        self.run_command("bash", "-euc", "pavonix-shop device add --serial SAMPLE-1 --user-id 1 --balance 10000"
+                         " --public-key profile/sample.profile.pub.xml; pavonix-shop --port 8080 &")
+        self.assertEqual(self.run_section("On Windows"), ["cmd", "cmd", "sh", "cmd"])
+        self.expect_files(goods="list?type=1&category=0&sort=0&start=0&max=10", good="good?type=1&id=7",
+                          list="list?type=1&category=1&sort=4&start=0&max=10")
         self.run_command(f"{BUILD}/pavonix", "profile", "check", "my.profile")
         bought = subprocess.run([f"{BUILD}/pavonix-shop", "purchases"], cwd=self.folder, check=True, text=True,
                                 stdout=subprocess.PIPE).stdout
