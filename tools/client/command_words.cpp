@@ -31,8 +31,8 @@ std::string Suggest(const std::string &word, const std::vector<std::string> &kno
     const auto nearest = std::min_element(known.begin(), known.end(), [&](const auto &a, const auto &b) {
         return Distance(word, a) < Distance(word, b);
     });
-    const bool near = nearest != known.end() && Distance(word, *nearest) <= std::max<std::size_t>(2, word.size() / 3);
-    return near ? "; did you mean " + *nearest + "?" : "";
+    const bool alike = nearest != known.end() && Distance(word, *nearest) <= std::max<std::size_t>(2, word.size() / 3);
+    return alike ? "; did you mean " + *nearest + "?" : "";
 }
 
 std::string NoSuchCommand(CLI::App *app, const std::string &word)
