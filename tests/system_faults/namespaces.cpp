@@ -15,25 +15,56 @@ namespace pavonix {
 
 namespace {
 
-bool MakeNamespaces()
+// Without the right to make the others, a user's own namespace may give it.
+bool LeaveNamespaces()
+{
+    if (unshare(CLONE_NEWNS | CLONE_NEWNET) == 0) {
+        return true;
+    }
+    const std::string user = std::to_string(geteuid()), group = std::to_string(getegid());
+    const auto write = [](const char *name, const std::string &text) {
+        return (std::ofstream(std::string("/proc/self/") + name) << text).flush().good();
+    };
+    return unshare(CLONE_NEWUSER | CLONE_NEWNS | CLONE_NEWNET) == 0 && write("setgroups", "deny") &&
+           write("uid_map", "0 " + user + " 1") && write("gid_map", "0 " + group + " 1");
+}
+
+bool MakeMountsPrivate()
+{
+    if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
+        return true;
+    }
+    // The root of a chroot is not a mount point, so it gets one below /proc, where no other namespace sees it.
+    constexpr char kRoot[] = "/proc/fs";
+    return mount("none", "/proc", nullptr, MS_PRIVATE, nullptr) == 0 &&
+           mount("/", kRoot, nullptr, MS_BIND | MS_REC, nullptr) == 0 &&
+           mount("none", kRoot, nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 && chroot(kRoot) == 0 && chdir("/") == 0;
+}
+
+bool StartLoopback()
 {
     ifreq loopback = {};
     std::strcpy(loopback.ifr_name, "lo");
     loopback.ifr_flags = IFF_UP;
-    return unshare(CLONE_NEWNS | CLONE_NEWNET) == 0 && mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ioctl(socket(AF_INET, SOCK_DGRAM, 0), SIOCSIFFLAGS, &loopback) == 0;
+    return ioctl(socket(AF_INET, SOCK_DGRAM, 0), SIOCSIFFLAGS, &loopback) == 0;
 }
 
-// Comes before the server, which is to live in them.
+// Made before the server, which is to live in them.
 struct Namespaces {
-    static inline bool made = false;
-    Namespaces() { made = made || MakeNamespaces(); }
+    static int Make()
+    {
+        static const int error = LeaveNamespaces() && MakeMountsPrivate() && StartLoopback() ? 0 : errno;
+        return error;
+    }
+    const int error = Make();
 };
 
 class SystemFaults : private Namespaces, public ShopCalls {
     void SetUp() override
     {
-        ASSERT_TRUE(made) << "needs root with the right to make namespaces: " << std::strerror(errno);
+        if (error != 0) {
+            GTEST_SKIP() << "skipped: no right to make namespaces (" << std::strerror(error) << ")";
+        }
     }
 };
 
