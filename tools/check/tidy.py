@@ -8,6 +8,7 @@ passed is remembered in build/check/. The builds must have been made: ninja then
 import functools
 import hashlib
 import json
+import os
 import re
 import shlex
 import subprocess
@@ -17,7 +18,7 @@ from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parents[2]
 STAMPS = SOURCE / "build/check"
-TIDY = "clang-tidy-16"  # the one by default does not know std::source_location
+TIDY = "clang-tidy-19"  # the newest that Debian 12 and Debian 13 both have
 # clang takes its target from the name of the compiler it stands in for; that of the device's it does not know.
 TARGETS = {"arm-mingw32ce-gcc": "armv4t-none-eabi -fshort-wchar -fsigned-char -D_WIN32 -D_WIN32_WCE=0x600 -DUNDER_CE",
            "x86_64-w64-mingw32-g++-posix": "x86_64-w64-mingw32", "arm-linux-gnueabi-g++": "arm-linux-gnueabi"}
@@ -93,7 +94,7 @@ def check(path, flags, parts, settings):
 def main():
     STAMPS.mkdir(parents=True, exist_ok=True)
     settings = [Path("/usr/bin", TIDY).resolve(), Path(__file__).resolve()]
-    with ThreadPoolExecutor(2) as pool:
+    with ThreadPoolExecutor(os.cpu_count()) as pool:
         results = list(pool.map(lambda source: check(*source, settings), sources([Path(b).resolve() for b in sys.argv[1:]])))
     print(f"clang-tidy: {len(results)} sources, {results.count(False)} with findings")
     sys.exit(not all(results))

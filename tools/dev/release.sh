@@ -3,6 +3,12 @@
 #:                           the commit; nothing is pushed
 version=${1:?"which version? ./dev release 1.2.3"}
 packaging/check_release.py "$PWD" "$version"
+for release in 12 13; do
+  if [ ! -e "build/fresh/$(git rev-parse HEAD).$release" ]; then
+    echo "this commit has not been tried on a bare Debian $release; run ./dev fresh $release" >&2
+    exit 1
+  fi
+done
 source tools/dev/test.sh
 source tools/dev/package.sh
 git tag --annotate "v$version" --message "Pavonix $version"
