@@ -2,12 +2,14 @@
 """Finds the links of the Markdown pages that lead to no file."""
 
 import re
+import subprocess
 import sys
 from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parents[2]
 
-pages = [page for page in SOURCE.rglob("*.md") if SOURCE / "build" not in page.parents]
+pages = [SOURCE / name for name in subprocess.check_output(
+    ["git", "-C", SOURCE, "ls-files", "--cached", "--others", "--exclude-standard", "*.md"], text=True).split()]
 links = [(page, link) for page in pages for link in re.findall(r"\]\(([^)#:]+)[^):]*\)", page.read_text())]
 dead = [f"{page.relative_to(SOURCE)}: {link}" for page, link in links if not (page.parent / link).exists()]
 print(f"{len(links)} links", *dead, sep="\n")
