@@ -16,7 +16,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 CORPUS = ROOT / "build/fuzz-corpus"
 FINDINGS = CORPUS / "findings"
-LONGEST = {"call": 600, "key": 1200}  # bytes of an input; 400 for the others
+LONGEST = {"call": 600, "diagnosis": 1400, "key": 1200}  # bytes of an input; 400 for the others
 SECONDS_TO_SHRINK = 20
 
 
@@ -54,7 +54,7 @@ def main():
     seconds = max(1, int(float(sys.argv[1]) * 60 * workers / len(programs)))
     with ThreadPoolExecutor(workers) as pool:
         rows = list(pool.map(lambda program: run(program, seconds), programs))
-    line = "{:<10}{:>9}{:>14}{:>9}{:>11}{:>9}{:>11}"
+    line = "{:<11}{:>9}{:>14}{:>9}{:>11}{:>9}{:>11}"
     print(line.format("fuzzer", "seconds", "executions", "edges", "features", "corpus", "findings"))
     for *numbers, findings in rows:
         print(line.format(*numbers, len(findings)))
