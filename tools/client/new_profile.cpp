@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char *kPrivateKeyLine = "Private-Key: ";
 
-// Answers the private key in a form that fits on a profile line.
+// Returns the private key in a form that fits on a profile line.
 std::string FittingPrivateKey(const KeyPair &keys, int bits)
 {
     const std::size_t room = kLongestProfileLine - std::strlen(kPrivateKeyLine);
@@ -40,7 +40,7 @@ void NewProfile::CheckReadsBack(const std::string &text) const
     const auto isVisible = [](unsigned char letter) { return letter > ' ' && letter < 0x7F; };
     if (serial.empty() || !std::all_of(serial.begin(), serial.end(), isVisible)) {
         throw Failure(ExitCode::kUsage,
-                      "--serial must be visible ASCII without blanks: it is sent as a header's value");
+                      "--serial must be visible ASCII without spaces: it is sent as a header's value");
     }
     ProfileText read = ReadProfileText(text);
     if (!read.problems.empty()) {
@@ -54,8 +54,8 @@ void NewProfile::CheckReadsBack(const std::string &text) const
 ExitCode NewProfile::Write() const
 {
     if (bits % 8 != 0) {
-        throw Failure(ExitCode::kUsage, "--bits must be a multiple of 8: with other sizes a token comes out short now "
-                                        "and then and is sent empty");
+        throw Failure(ExitCode::kUsage, "--bits must be a multiple of 8: with other sizes a token is now and then too "
+                                        "short and is sent empty");
     }
     const KeyPair keys = MakeKeyPair(bits);
     const std::string text = "User-Agent: " + userAgent + "\nUser-Serial: " + serial +
@@ -67,7 +67,7 @@ ExitCode NewProfile::Write() const
     WriteNewFile(file, text, true, force);
     WriteNewFile(publicFile, keys.publicXml + "\n", false, force);
     std::cout << "wrote the profile " << file << " with a key of " << bits << " bits; keep it secret\n"
-              << "wrote its public key " << publicFile << "; register it at the shop, for instance\n"
+              << "wrote its public key " << publicFile << "; register it in the shop, for instance\n"
               << "  pavonix-shop device add --serial " << serial << " --user-id " << userId << " --public-key "
               << publicFile << " --balance 10000\n";
     return ExitCode::kDone;
@@ -79,7 +79,7 @@ void AddNewProfileCommand(CLI::App &profile, ExitCode *exitCode)
     CLI::App *command = profile.add_subcommand("new", "Make a key pair and a profile file with it");
     command->add_option("--out", made->file, "The profile file to write, mode 0600")->required();
     command->add_option("--public-key", made->publicKeyFile,
-                        "The file for the public key; without it the profile's name with .pub.xml behind it");
+                        "The file for the public key; without it the profile's name with .pub.xml added");
     command->add_option("--serial", made->serial, "The device's serial")->required();
     command->add_option("--user-id", made->userId, "The user's id")->required();
     command->add_option("--user-no", made->userNumber, "The user's number; no request sends it")->capture_default_str();

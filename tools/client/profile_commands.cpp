@@ -18,7 +18,7 @@ namespace client {
 
 namespace {
 
-// Keys are shown by their length: nobody reads them, and one is secret.
+// Keys are shown by their length: they are unreadable, and one is secret.
 std::string Shown(const std::string &key, const std::string &value)
 {
     return key.ends_with("-Key") ? "(" + std::to_string(value.size()) + " characters)"
@@ -30,7 +30,7 @@ ExitCode Check(const std::string &path)
     std::ifstream file(PathOf(path), std::ios::binary);
     if (!file || !std::filesystem::is_regular_file(PathOf(path))) {
         throw Failure(ExitCode::kLocalFailure,
-                      path + " is no file that can be read; a call would go out without an identity");
+                      path + " is not a readable file; a call would be sent without an identity");
     }
     ProfileText profile = ReadProfileText(std::string(std::istreambuf_iterator<char>(file), {}));
     std::map<int, std::string> keys;
@@ -60,7 +60,7 @@ CLI::App *AddProfileCommands(CLI::App &app, ExitCode *exitCode)
     CLI::App *profile = app.add_subcommand("profile", "Device profile files");
     profile->require_subcommand(1);
     const auto path = std::make_shared<std::string>();
-    CLI::App *check = profile->add_subcommand("check", "Say what a profile file holds and what is wrong with it");
+    CLI::App *check = profile->add_subcommand("check", "Show the values of a profile file and what is wrong with them");
     check->add_option("file", *path, "The profile file")->required();
     check->callback([=] { *exitCode = Check(*path); });
     return profile;

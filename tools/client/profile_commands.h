@@ -7,7 +7,7 @@
 
 namespace client {
 
-// Adds "profile" with "check" to the program, and answers "profile"; a command that
+// Adds "profile" with "check" to the program, and returns "profile"; a command that
 // runs sets *exitCode.
 CLI::App *AddProfileCommands(CLI::App &app, ExitCode *exitCode);
 

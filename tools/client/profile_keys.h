@@ -7,7 +7,7 @@
 namespace client {
 
 // Imports both keys into the library's engine, as every call does, makes a token
-// and opens it. Answers what is wrong in words, the engine's log with it.
+// and opens it. Returns what is wrong in words, the engine's log with it.
 [[nodiscard]] std::vector<std::string> CheckKeys(const std::string &publicXml, const std::string &privateXml);
 
 // linux/ opens the token like a shop; windows/ has nothing to open it with.

@@ -34,17 +34,17 @@ bool Reader::TooLong(std::string_view line)
         return false;
     }
     Problem("it has " + std::to_string(line.size()) + " characters, more than " + std::to_string(kLongestProfileLine) +
-            ": reading ends before it, it and all later lines are ignored");
+            ": reading stops here; this and all later lines are ignored");
     return true;
 }
 
-// The keys are looked for as parts of the line, so the one found may not be the one meant.
+// Keys are searched anywhere in the line, so another key than the intended one may be found.
 void Reader::CheckKey(std::string_view line, const std::string &key, std::size_t position)
 {
     for (const char *other : kProfileKeys) {
         if (position > 0 && other != key && line.starts_with(other)) {
-            Problem(std::string("it begins with ") + other + " but is taken for " + key +
-                    ", which also stands in it and is looked for first");
+            Problem(std::string("it begins with ") + other + " but is read as " + key +
+                    ", which it also contains and which is searched first");
             return;
         }
     }
@@ -57,11 +57,11 @@ std::string_view Reader::TakeValue(std::string_view line, const std::string &key
 {
     const std::size_t separator = line.find(": ", position);
     if (separator == std::string_view::npos) {
-        Problem("no \": \" (colon and blank) follows " + key + ", so the whole line is its value");
+        Problem("no \": \" (colon and space) follows " + key + ", so the whole line is its value");
         return line;
     }
     if (separator != position + key.size()) {
-        Problem("other text stands between " + key + " and the next \": \"");
+        Problem("there is other text between " + key + " and the next \": \"");
     }
     return line.substr(separator + 2);
 }
@@ -69,21 +69,21 @@ std::string_view Reader::TakeValue(std::string_view line, const std::string &key
 void Reader::CheckValue(const std::string &key, std::string_view value)
 {
     if (value.ends_with('\r')) {
-        Problem("it ends in a carriage return, which becomes part of " + key + ": end lines with a line feed alone");
+        Problem("it ends in a carriage return, which becomes part of " + key + ": end lines with a line feed only");
         return;
     }
     std::int32_t number = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
     const bool isNumber = error == std::errc() && end == value.data() + value.size();
     if ((key == "User-Id" || key == "User-No") && !isNumber) {
-        Problem(key + " is not a whole number of 32 bits; what follows the last digit is dropped, no digits are 0");
+        Problem(key + " is not a whole number of 32 bits; text after the last digit is dropped, no digits mean 0");
     }
 }
 
 void Reader::TakeLine(std::string_view line)
 {
     if (line.find('\0') != std::string_view::npos) {
-        Problem("it holds a zero byte; what follows that is ignored");
+        Problem("it contains a zero byte; the rest of the line is ignored");
         line = line.substr(0, line.find('\0'));
     }
     for (const std::string key : kProfileKeys) {
@@ -95,14 +95,14 @@ void Reader::TakeLine(std::string_view line)
         const std::string_view value = TakeValue(line, key, position);
         CheckValue(key, value);
         if (result.lines.contains(key)) {
-            Problem(key + " is given again and replaces the value of line " + std::to_string(result.lines[key]));
+            Problem(key + " appears again and replaces the value of line " + std::to_string(result.lines[key]));
         }
         result.values[key] = value;
         result.lines[key] = number_;
         return;
     }
     if (!line.empty()) {
-        Remark("it holds no key and is ignored");
+        Remark("it contains no key and is ignored");
     }
 }
 

@@ -1,4 +1,4 @@
-// What the library reads from the text of a profile file, and what is odd about it.
+// The values that the library reads from a profile file, and the oddities of its text.
 #pragma once
 
 #include <map>
@@ -16,9 +16,9 @@ inline constexpr const char *kProfileKeys[] = {"User-Agent",  "Public-Key", "Pri
                                                "User-Serial", "User-Id",    "User-No"};
 
 struct ProfileText {
-    std::map<std::string, std::string> values; // by key, as the library takes them
-    std::map<std::string, int> lines;          // by key, where the value stands; the first line is 1
-    std::vector<std::string> problems;         // whoever wrote the file cannot have meant this
+    std::map<std::string, std::string> values; // by key, as the library reads them
+    std::map<std::string, int> lines;          // by key, the line of the value; the first is 1
+    std::vector<std::string> problems;         // the author of the file cannot have meant this
     std::vector<std::string> remarks;          // harmless
 };
 

@@ -40,9 +40,10 @@ void Apply(const CLI::ConfigItem &item, const std::string &file)
 {
     const auto variable = kVariables.find(item.name);
     if (!item.parents.empty() || variable == kVariables.end() || item.inputs.size() != 1) {
-        throw Failure(ExitCode::kUsage, file + ": " + diagnostics::PrintableText(item.fullname()) +
-                                            " is no setting; there are url, port, profile, library and timeout, each "
-                                            "with one value");
+        throw Failure(ExitCode::kUsage,
+                      file + ": " + diagnostics::PrintableText(item.fullname()) +
+                          " is not a setting; the settings are url, port, profile, library and timeout, each "
+                          "with one value");
     }
     SetUnlessSet(variable->second, item.inputs.front());
 }

@@ -35,13 +35,13 @@ std::string BeginningOf(const std::string &line)
 StoredFile::StoredFile(const std::string &path) : path_(path)
 {
     if (path.empty() || path == "-") {
-        throw Failure(ExitCode::kUsage, "--out must name a file; the library stores nothing elsewhere");
+        throw Failure(ExitCode::kUsage, "--out must name a file");
     }
     before_ = StateOf(path.c_str());
     if (before_.kind != FileState::Kind::kNothing && before_.kind != FileState::Kind::kFile) {
         throw Failure(ExitCode::kLocalFailure,
                       path + " is " + (before_.kind == FileState::Kind::kFolder ? "a folder" : "no regular file") +
-                          ": the library could not store there, or would replace it");
+                          ": the library cannot store there, or would replace it");
     }
 }
 

@@ -17,7 +17,7 @@ using WideText = std::basic_string<PavonixChar>;
 // Ends before a lone surrogate, which the library's code page cannot produce.
 [[nodiscard]] std::string ToUtf8(std::basic_string_view<PavonixChar> wide);
 
-// Answers the path as the library takes it: absolute, so that its folder is part
+// Returns the path as the library expects it: absolute, so that its folder is part
 // of it, and with '\' for '/'. Throws Failure(kUsage), also for '*' and '?', which
 // the library would take for a search pattern.
 [[nodiscard]] WideText ToWidePath(const std::string &path);

@@ -9,7 +9,7 @@ inline constexpr std::string_view kUseNginx = "put nginx before it, with proxy_b
 
 inline constexpr Fix::Setting kOneWriteSettings[] = {
     {"nginx", "files: sendfile off, or tcp_nopush on; proxy: proxy_buffering on (the defaults)"},
-    {"Apache", "CGI and proxies: SetOutputFilter BUFFER (mod_buffer)"},
+    {"Apache", "CGI: SetOutputFilter BUFFER (mod_buffer); proxies: use nginx"},
     {"PHP", "PHP's own server cannot; use PHP-FPM behind nginx with fastcgi_buffering on (the default)"},
     {"SimpleHTTP", "set wbufsize = 2 ** 20 in the handler class"},
     {"gunicorn", kUseNginx},

@@ -170,7 +170,7 @@ Findings JudgeHead(const Exchange &exchange)
         }
         JudgeWholeHead(exchange, device, &findings);
     }
-    if (exchange.firstByteAfter > kPatience) {
+    if (!exchange.reply.empty() && exchange.firstByteAfter > kPatience) {
         findings.push_back({&kSlow, std::to_string(exchange.firstByteAfter.count()) + " ms"});
     }
     return findings;

@@ -59,7 +59,7 @@ void LibraryCheck::Run()
     const Folder folder;
     const int expected = diagnostics::DeviceReading(plain_).status();
     int whole = 0;
-    std::string answers; // the statuses
+    std::string statuses;
     bool same = true;
     for (int i = 0; i < kCalls; ++i) {
         steps_->Begin("call " + std::to_string(i + 1) + " of " + std::to_string(kCalls) + " through the library");
@@ -68,12 +68,12 @@ void LibraryCheck::Run()
         record.listensOn = false;
         const Recording recording(&record);
         const int status = Call(library, examination_, folder.File());
-        answers += i > 0 ? ", " : "";
-        answers += std::to_string(status);
+        statuses += i > 0 ? ", " : "";
+        statuses += std::to_string(status);
         same = same && status == expected;
         whole += status == PAVONIX_OK && diagnostics::XmlFaultOfFile(folder.File()).empty() ? 1 : 0;
     }
-    const std::string shown = "status " + answers + "; " + std::to_string(whole) + " of " + std::to_string(kCalls) +
+    const std::string shown = "status " + statuses + "; " + std::to_string(whole) + " of " + std::to_string(kCalls) +
                               " files are complete XML";
     diagnosis_->LookedAt(diagnostics::Topic::kLibrary, shown);
     // a server whose packets are split behaves differently from call to call
