@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Says what keeps a commit from being released.
+"""Checks whether a commit can be released.
 
-Usage: check_release.py SOURCE VERSION: ends with 1 and a line for each reason.
+Usage: check_release.py SOURCE VERSION: if not, exits with 1 and prints a line for each reason.
 """
 
 import datetime
@@ -30,24 +30,24 @@ def change_problems(source, version):
     if not dated:
         yield f'CHANGELOG.md begins with "{title}", not with "{version}, DATE"'
     elif dated[1] > datetime.date.today().isoformat():
-        yield f"CHANGELOG.md is of a day to come: {dated[1]}"
-    if not re.search(r"(?m)^Mended:\n\n- \S", entry):
-        yield 'CHANGELOG.md names no faults: a list below "Mended:", or "- nothing"'
+        yield f"CHANGELOG.md is dated in the future: {dated[1]}"
+    if not re.search(r"(?m)^Fixed:\n\n- \S", entry):
+        yield 'CHANGELOG.md lists no fixed faults: write them below "Fixed:", or "- none"'
 
 
 def problems(source, version):
     if not re.fullmatch(r"\d+\.\d+\.\d+", version):
-        yield f"{version} is no version: three numbers with points"
+        yield f"{version} is not a version (expected MAJOR.MINOR.PATCH)"
         return
     if git(source, "status", "--porcelain"):
         yield "not everything is committed"
     if git(source, "tag", "--list", f"v{version}"):
-        yield f"there is a tag v{version} already"
+        yield f"the tag v{version} exists already"
     yield from header_problems(source, version)
     yield from change_problems(source, version)
 
 
 if __name__ == "__main__":
     found = list(problems(*sys.argv[1:]))
-    print("\n".join(f"not to be released: {reason}" for reason in found), end="\n" if found else "", file=sys.stderr)
+    print("\n".join(f"cannot be released: {reason}" for reason in found), end="\n" if found else "", file=sys.stderr)
     sys.exit(1 if found else 0)

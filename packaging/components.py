@@ -1,4 +1,4 @@
-"""Whose code is in what the kit ships: by upstream name, with its licence and the Debian packages that it comes in.
+"""The components whose code the kit ships: upstream name, licence, and the Debian packages that hold it.
 tests/kit/licences_test.py compares this with what compiler and linker used."""
 
 import dataclasses

@@ -1,4 +1,4 @@
-"""What each archive of the kit holds: place in the archive, and where it comes from, in the source tree if not elsewhere."""
+"""The files of each archive of the kit: path in the archive, and origin, in the source tree unless absolute."""
 
 from components import COMPONENTS, components_of
 

@@ -32,7 +32,7 @@ fetch() {
 }
 cd "$directory"
 {
-    # a source without source packages may fail here; the next line tells
+    # a mirror without source packages may fail here; the next line decides
     fetch update || true
     fetch source libtommath && test -e libtommath-*/tommath.h
 } >log 2>&1 || { tail -n 20 log; exit 1; }

@@ -30,7 +30,7 @@ class CppTest(ExampleTest):
                           "POST /shop/buy"])
         self.assertTrue(self.requests[2].endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
 
-    def test_tells_why_the_library_cannot_be_loaded(self):
+    def test_reports_why_the_library_cannot_be_loaded(self):
         program = self.folder / "shop.exe"
         self.assertEqual(run("x86_64-w64-mingw32-g++", "-municode", "-static", "-I", ORIGIN / "include",
                              ORIGIN / "examples/cpp/shop.cpp", "-o", program, "-lws2_32"), (0, []))

@@ -34,7 +34,7 @@ class CsharpTest(ExampleTest):
         page, good = b"<goods>" + b"x" * 5000 + b"</goods>", b"<good></good>"
         refusal = reply("403 Forbidden", b"<error/>", X_Error_Code="906", X_Error_Message="Die Uhr geht nach, 5 €",
                         X_Server_Timestamp="2026-11-21 9:7:3.042")
-        refusal = refusal.replace(b"Timestamp: ", b"Timestamp:")  # so the record has no blank there
+        refusal = refusal.replace(b"Timestamp: ", b"Timestamp:")  # so the record has no space there
         self.assertEqual(self.shop(reply("200 OK", page), reply("200 OK", good), refusal),
                          (1, ["list: 200, shöp\\list.xml is complete", "good: 200, shöp\\good.xml is complete",
                               "buy: 403, code 906: Die Uhr geht nach, 5 €",

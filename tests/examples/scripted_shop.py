@@ -1,4 +1,4 @@
-"""What the tests of the examples share: a shop that answers from a script, and programs run beside it."""
+"""Shared by the tests of the examples: a shop with scripted replies, and programs run beside it."""
 
 import os
 import pathlib
@@ -16,7 +16,7 @@ PROGRAMS = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
 
 
 def run(*arguments, **options):
-    """Runs a program to its end; answers its exit code and what it wrote, one line an element."""
+    """Runs a program to its end; returns its exit code and its output, one line an element."""
     options = {"stderr": subprocess.STDOUT, **options}
     done = subprocess.run([str(argument) for argument in arguments], stdout=subprocess.PIPE, timeout=100, **options)
     return done.returncode, done.stdout.decode("utf-8", "replace").replace("\r\n", "\n").splitlines()
@@ -41,7 +41,7 @@ class ExampleTest(unittest.TestCase):
         shutil.copy(SOURCE / "tests/data/device.profile", self.profile)
 
     def start_shop(self, *replies):
-        """Answers its port. It gives one reply a connection and keeps what was asked in self.requests."""
+        """Returns its port. It sends one reply a connection and keeps the requests in self.requests."""
         self.requests = []
         listener = socket.create_server(("127.0.0.1", 0))
         self.addCleanup(listener.close)
@@ -64,6 +64,6 @@ class ExampleTest(unittest.TestCase):
             request += connection.recv(4096)
         head, _, body = request.partition(b"\r\n\r\n")
         length = [int(line[15:]) for line in head.split(b"\r\n") if line.startswith(b"Content-Length:")]
-        while length and len(body) < length[0] + 2:  # the line end behind a form is not counted
+        while length and len(body) < length[0] + 2:  # CR LF after the form is not counted
             body += connection.recv(4096)
         return (head + b"\r\n\r\n" + body).decode("cp1252")

@@ -1,4 +1,4 @@
-"""What keeps a commit from being released is named, each alone."""
+"""Each reason why a commit cannot be released is printed."""
 
 import pathlib
 import subprocess
@@ -7,20 +7,20 @@ import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 HEADER = '#define PAVONIX_VERSION "1.10.2"\n#define PAVONIX_VERSION_NUMBER 0x010a02\n'
-CHANGES = "# Changes\n\n## 1.10.2, 2026-01-31\n\nMended:\n\n- A crash.\n\n## 1.10.1, 2026-01-01\n"
+CHANGES = "# Changes\n\n## 1.10.2, 2026-01-31\n\nFixed:\n\n- A crash.\n\n## 1.10.1, 2026-01-01\n"
 
-# What is changed, and the words that must tell it.
+# What is changed, and words of the reason.
 ROWS = [
     ({}, ""),
     ({"header": HEADER.replace('"1.10.2"', '"1.10.1"')}, "PAVONIX_VERSION "),
     ({"header": HEADER.replace("0x010a02", "0x011002")}, "PAVONIX_VERSION_NUMBER"),
     ({"changes": CHANGES.replace("1.10.2, 2026-01-31", "1.10.2")}, "begins with"),
-    ({"changes": CHANGES.replace("2026-01-31", "2999-01-01")}, "a day to come"),
-    ({"changes": CHANGES.replace("Mended:\n\n- A crash.\n\n", "New things.\n\n")}, "names no faults"),
+    ({"changes": CHANGES.replace("2026-01-31", "2999-01-01")}, "in the future"),
+    ({"changes": CHANGES.replace("Fixed:\n\n- A crash.\n\n", "New things.\n\n")}, "lists no fixed faults"),
     ({"after": "echo x >> CHANGELOG.md"}, "not everything is committed"),
     ({"after": "echo x > new"}, "not everything is committed"),
-    ({"after": "git tag v1.10.2"}, "a tag"),
-    ({"version": "1.10"}, "no version"),
+    ({"after": "git tag v1.10.2"}, "the tag"),
+    ({"version": "1.10"}, "not a version"),
 ]
 
 
