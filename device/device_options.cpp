@@ -4,8 +4,9 @@
 
 namespace pavonix::device {
 
-const char kOptionsUsage[] = "[--search=rejects-trailing|accepts-trailing] [--imports=arm|thumb] "
-                             "[--thread=main|own] [--ansi=1252|932] [--without=FUNCTION]...";
+const char kOptionsUsage[] =
+    "[--search=rejects-trailing|accepts-trailing] [--imports=arm|thumb] "
+    "[--thread=main|own] [--ansi=1252|932] [--without=FUNCTION]... [--root=FOLDER] [--full=FOLDER]";
 
 bool TakeOption(const char *argument)
 {
@@ -26,6 +27,15 @@ bool TakeOption(const char *argument)
     constexpr std::string_view kWithout = "--without=";
     if (std::string_view(argument).starts_with(kWithout)) {
         deviceOptions.missing.insert(argument + kWithout.size());
+        return true;
+    }
+    constexpr std::string_view kRoot = "--root=", kFull = "--full=";
+    if (std::string_view(argument).starts_with(kRoot)) {
+        deviceOptions.root = argument + kRoot.size();
+        return true;
+    }
+    if (std::string_view(argument).starts_with(kFull)) {
+        deviceOptions.fullFolder = argument + kFull.size();
         return true;
     }
     for (const Choice &choice : kChoices) {

@@ -17,7 +17,9 @@ struct DeviceOptions {
     // The ANSI code page: 1252, or 932 for Japanese.
     unsigned ansiCodePage = 1252;
     // Functions of the system that this device's image lacks.
-    std::set<std::string> missing;
+    std::set<std::string> missing; // or a library, "provider", "1252", "utf-8"
+    // The folder of this machine that is the device's root, and one that has no room.
+    std::string root, fullFolder;
 };
 
 inline DeviceOptions deviceOptions;

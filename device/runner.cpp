@@ -1,4 +1,5 @@
 // ce_runner [OPTION...] PAVONIX.dll: makes calls into the device's DLL on command.
+// ce_runner [OPTION...] PROGRAM.exe: runs a program of the device.
 // It runs on ARM, or under an emulator of it.
 //
 // When the DLL is unloaded and something is still held, says what and ends with
@@ -9,6 +10,7 @@
 #include "device_options.h"
 #include "image/pe_image.h"
 #include "system/coredll.h"
+#include "system/loaded_images.h"
 #include "system/open_handles.h"
 #include "system/import_table.h"
 #include "system_command.h"
@@ -109,6 +111,15 @@ private:
     bool leaked_ = false;
 };
 
+int RunProgram(const std::string &path)
+try {
+    loadedImages.programPath = path;
+    return PeImage(path, ResolveImport, ImageKind::kProgram).Run();
+} catch (const ImageError &error) {
+    std::cerr << path << ": " << error.what() << std::endl;
+    return kUsageExit;
+}
+
 int Run(int count, char **arguments)
 {
     int path = 1;
@@ -116,8 +127,11 @@ int Run(int count, char **arguments)
         ++path;
     }
     if (path + 1 != count || arguments[path][0] == '-') {
-        std::cerr << "usage: ce_runner " << kOptionsUsage << " DLL" << std::endl;
+        std::cerr << "usage: ce_runner " << kOptionsUsage << " DLL|EXE" << std::endl;
         return kUsageExit;
+    }
+    if (std::string_view(arguments[path]).ends_with(".exe")) {
+        return RunProgram(arguments[path]);
     }
     ImageLoader loader(arguments[path]);
     const int result = RunCallLoop(loader);

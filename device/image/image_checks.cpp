@@ -29,7 +29,7 @@ void Require(bool holds, const char *otherwise)
     }
 }
 
-void CheckHeaders(const PeHeaders &headers)
+void CheckHeaders(const PeHeaders &headers, bool isDll)
 {
     const OptionalHeader &optional = headers.optional;
     Require(headers.magic == kPeMagic && optional.magic == kPe32Magic, "not a PE32 file");
@@ -38,7 +38,7 @@ void CheckHeaders(const PeHeaders &headers)
     Require(!std::lexicographical_compare(kNewestSystem, kNewestSystem + 2, optional.subsystemVersion,
                                           optional.subsystemVersion + 2),
             "for a newer system than 6.0");
-    Require((headers.file.characteristics & kFileIsDll) != 0, "not a DLL");
+    Require(((headers.file.characteristics & kFileIsDll) != 0) == isDll, isDll ? "not a DLL" : "not a program");
     Require((headers.file.characteristics & kRelocationsStripped) == 0, "cannot be relocated");
     Require(optional.directories[kRelocationDirectory].size != 0, "has no relocations");
     Require(optional.imageSize % kPageSize == 0, "its size in memory is no multiple of a page");

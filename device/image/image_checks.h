@@ -14,7 +14,7 @@ constexpr std::uint32_t kPageSize = 4096;
 void Require(bool holds, const char *otherwise);
 
 // Throw ImageError with what is wrong.
-void CheckHeaders(const PeHeaders &headers);
+void CheckHeaders(const PeHeaders &headers, bool isDll);
 void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader> &sections);
 
 } // namespace pavonix::device

@@ -36,13 +36,13 @@ T Copy(const std::vector<unsigned char> &file, std::size_t offset)
 
 } // namespace
 
-PeImage::PeImage(const std::string &path, ImportResolver resolve)
+PeImage::PeImage(const std::string &path, ImportResolver resolve, ImageKind kind) : kind_(kind)
 {
     std::vector<unsigned char> file = ReadFile(path);
     Require(Copy<std::uint16_t>(file, 0) == kDosMagic, "not an executable file");
     auto peOffset = Copy<std::uint32_t>(file, kPeOffsetField);
     headers_ = Copy<PeHeaders>(file, peOffset);
-    CheckHeaders(headers_);
+    CheckHeaders(headers_, kind == ImageKind::kDll);
     std::size_t sectionOffset =
         peOffset + sizeof(std::uint32_t) + sizeof(FileHeader) + headers_.file.optionalHeaderSize;
     Require(sectionOffset + headers_.file.sectionCount * sizeof(SectionHeader) <= headers_.optional.headersSize,
@@ -59,12 +59,14 @@ PeImage::PeImage(const std::string &path, ImportResolver resolve)
     CheckExports(*memory_, headers_.optional);
     BindImports(*memory_, headers_.optional, resolve);
     ProtectSections();
-    Require(CallEntry(EntryReason::kProcessAttach), "the entry refused to attach");
+    Require(kind == ImageKind::kProgram || CallEntry(EntryReason::kProcessAttach), "the entry refused to attach");
 }
 
 PeImage::~PeImage()
 {
-    CallEntry(EntryReason::kProcessDetach);
+    if (kind_ == ImageKind::kDll) {
+        CallEntry(EntryReason::kProcessDetach);
+    }
 }
 
 void PeImage::MapSections(const std::vector<unsigned char> &file)
@@ -99,6 +101,11 @@ bool PeImage::CallEntry(EntryReason reason)
         entry == 0 || CallImage(memory_->Base() + entry, {memory_->Base(), static_cast<std::uint32_t>(reason)}) != 0;
     entryRuns = false;
     return accepts;
+}
+
+int PeImage::Run()
+{
+    return static_cast<int>(CallImage(memory_->Base() + headers_.optional.entryPoint, {memory_->Base()}));
 }
 
 } // namespace pavonix::device

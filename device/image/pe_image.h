@@ -1,5 +1,5 @@
-// A Windows CE DLL for ARM, loaded into this process the way the device's
-// loader does it.
+// A Windows CE DLL or program for ARM, loaded into this process the way the
+// device's loader does it.
 #pragma once
 
 #include "image/function_table.h"
@@ -17,14 +17,16 @@ namespace pavonix::device {
 // Why the system calls an image's entry; the values are the system's.
 enum class EntryReason : std::uint32_t { kProcessDetach, kProcessAttach, kThreadAttach, kThreadDetach };
 
+enum class ImageKind { kDll, kProgram };
+
 // Loading maps the image away from its preferred base, relocates it, binds its
 // imports, takes the write permission from all but its writable sections and
-// calls its entry with "attach"; destruction calls it with "detach" and unmaps.
+// calls a DLL's entry with "attach"; destruction calls it with "detach" and unmaps.
 class PeImage {
 public:
-    // Throws ImageError when the file is no such DLL, an import is missing or
+    // Throws ImageError when the file is no such image, an import is missing or
     // the entry refuses to attach.
-    PeImage(const std::string &path, ImportResolver resolve);
+    PeImage(const std::string &path, ImportResolver resolve, ImageKind kind = ImageKind::kDll);
     ~PeImage();
     PeImage(const PeImage &) = delete;
     PeImage &operator=(const PeImage &) = delete;
@@ -35,11 +37,14 @@ public:
 
     // False when the entry answers so.
     bool CallEntry(EntryReason reason);
+    // Runs a program; returns what its entry returns, if it does.
+    int Run();
 
 private:
     void MapSections(const std::vector<unsigned char> &file);
     void ProtectSections();
 
+    ImageKind kind_;
     PeHeaders headers_;
     std::vector<SectionHeader> sections_;
     std::unique_ptr<ImageMemory> memory_;

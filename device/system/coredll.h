@@ -17,6 +17,7 @@ void AddTextImports(std::vector<Import> &table);
 void AddSearchImports(std::vector<Import> &table);
 void AddFileImports(std::vector<Import> &table);
 void AddModuleImports(std::vector<Import> &table);
+void AddProgramImports(std::vector<Import> &table);
 void AddSystemImports(std::vector<Import> &table);
 void AddSocketImports(std::vector<Import> &table);
 

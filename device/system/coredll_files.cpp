@@ -21,15 +21,6 @@ FILE *CheckedStream(FILE *stream)
     return stream;
 }
 
-// Why a file may not be opened for writing, or deleted; 0 when it may.
-std::uint32_t ReasonAgainst(std::uint32_t attributes, bool isFree)
-{
-    if ((attributes & (kAttributeDirectory | kAttributeReadOnly)) != 0) {
-        return kErrorAccessDenied;
-    }
-    return isFree ? 0 : kErrorSharingViolation;
-}
-
 FILE *Wfopen(const WideChar *path, const WideChar *mode)
 {
     FILE *const none = nullptr;
@@ -59,7 +50,10 @@ std::uint32_t Fread(void *bytes, std::uint32_t size, std::uint32_t count, FILE *
 
 std::uint32_t Fwrite(const void *bytes, std::uint32_t size, std::uint32_t count, FILE *stream)
 {
-    return std::fwrite(bytes, size, count, CheckedStream(stream));
+    if (openFiles.IsFull(CheckedStream(stream))) {
+        return FailWith(kErrorDiskFull, 0u);
+    }
+    return std::fwrite(bytes, size, count, stream);
 }
 
 int Fflush(FILE *stream)

@@ -1,4 +1,5 @@
 // coredll.dll: clock, locks, random bytes, the thread error.
+#include "device_options.h"
 #include "system/coredll.h"
 #include "system/open_handles.h"
 #include "platform/clock.h"
@@ -98,7 +99,7 @@ std::uint32_t ReasonAgainst(std::u16string_view name, std::uint32_t type, std::u
     if (type != kFullRsa) {
         return kErrorBadProviderType;
     }
-    if (name != kBaseProvider && name != kEnhancedProvider) {
+    if ((name != kBaseProvider && name != kEnhancedProvider) || deviceOptions.missing.count("provider") != 0) {
         return kErrorNoSuchProvider;
     }
     return (flags & kVerifyContext) == kVerifyContext ? 0 : kErrorBadKeySet;

@@ -1,4 +1,5 @@
 // coredll.dll: memory and text functions, and the code-page conversions.
+#include "device_options.h"
 #include "system/coredll.h"
 #include "system/open_handles.h"
 #include "platform/code_pages.h"
@@ -41,6 +42,11 @@ int CountOf(const Char *text, int length)
 constexpr std::uint32_t kKnownFlagsToBytes = 0x270; // composite characters; there is no way to refuse look-alikes
 constexpr std::uint32_t kKnownFlagsToWide = 0x0F;
 
+bool IsMissing(std::uint32_t codePage)
+{
+    return deviceOptions.missing.count(codePage == platform::kUtf8CodePage ? "utf-8" : std::to_string(codePage)) != 0;
+}
+
 // Nothing may be asked for in a conversion from or to UTF-8.
 bool IsKnown(std::uint32_t codePage, std::uint32_t flags, std::uint32_t known)
 {
@@ -54,7 +60,8 @@ int WideCharToMultiByte(std::uint32_t codePage, std::uint32_t flags, const WideC
         return FailWith(kErrorInvalidFlags, 0);
     }
     const bool asks = replacement != nullptr || usedDefault != nullptr;
-    if (text == nullptr || length == 0 || room < 0 || (asks && codePage == platform::kUtf8CodePage)) {
+    if (IsMissing(codePage) || text == nullptr || length == 0 || room < 0 ||
+        (asks && codePage == platform::kUtf8CodePage)) {
         return FailWith(kErrorInvalidParameter, 0);
     }
     bool lossy = false;
@@ -71,7 +78,7 @@ int MultiByteToWideChar(std::uint32_t codePage, std::uint32_t flags, const char 
     if (!IsKnown(codePage, flags, kKnownFlagsToWide)) {
         return FailWith(kErrorInvalidFlags, 0);
     }
-    if (bytes == nullptr || length == 0 || room < 0) {
+    if (IsMissing(codePage) || bytes == nullptr || length == 0 || room < 0) {
         return FailWith(kErrorInvalidParameter, 0);
     }
     int written = platform::BytesToWide(codePage, bytes, CountOf(bytes, length), text, room);

@@ -1,5 +1,6 @@
 #include "system/device_path.h"
 
+#include "device_options.h"
 #include "platform/code_pages.h"
 #include "platform/posix/utf8_path.h"
 
@@ -69,6 +70,7 @@ DevicePath::DevicePath(const WideChar *path, PathOf purpose)
     if (!text.starts_with('/') || text.find_first_of(excluded) != std::string::npos) {
         return;
     }
+    name_ = deviceOptions.root;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('/', begin), text.size());
         std::string part = text.substr(begin, end - begin);

@@ -18,6 +18,7 @@ std::vector<Import> MakeTable()
     AddSearchImports(table);
     AddFileImports(table);
     AddModuleImports(table);
+    AddProgramImports(table);
     AddSystemImports(table);
     AddSocketImports(table);
     for (Import &import : table) {
@@ -36,7 +37,7 @@ const std::vector<Import> &ImportTable()
 
 std::uint32_t ResolveImport(const std::string &library, const std::string &name)
 {
-    if (deviceOptions.missing.count(name) != 0) {
+    if (deviceOptions.missing.count(name) != 0 || deviceOptions.missing.count(library) != 0) {
         return 0;
     }
     for (const Import &import : ImportTable()) {

@@ -1,12 +1,16 @@
 // Which files are open, and who keeps others from them.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <set>
 #include <string>
 
 namespace pavonix::device {
+
+// Why a file may not be opened for writing, or deleted; 0 when it may.
+std::uint32_t ReasonAgainst(std::uint32_t attributes, bool isFree);
 
 class OpenFiles {
 public:
@@ -25,10 +29,13 @@ public:
 
     // Another program has the file open, for all to read and for none to write.
     void Hold(const std::string &name) { held_.insert(name); }
+    void Release(const std::string &name) { held_.erase(name); }
     void ReleaseAll() { held_.clear(); }
 
     // One stream at a time may write to a file.
     bool MayWrite(const std::string &name) const;
+    // Whether the medium of a stream's file has no room for more.
+    bool IsFull(std::FILE *stream) const;
     // No open file can be deleted, whoever has it open.
     bool MayDelete(const std::string &name) const;
 

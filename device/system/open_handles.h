@@ -2,21 +2,46 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <set>
 #include <string>
+#include <utility>
 
 namespace pavonix::device {
 
 // The open handles of one kind.
 class Handles {
 public:
-    void Add(const void *handle) { open_.insert(handle); }
-    bool Has(const void *handle) const { return open_.count(handle) != 0; }
+    void Add(const void *handle)
+    {
+        const std::lock_guard lock(mutex_);
+        open_.insert(handle);
+    }
+    bool Has(const void *handle) const
+    {
+        const std::lock_guard lock(mutex_);
+        return open_.count(handle) != 0;
+    }
     // False for a handle that is not open.
-    bool Remove(const void *handle) { return open_.erase(handle) != 0; }
-    std::size_t Count() const { return open_.size(); }
+    bool Remove(const void *handle)
+    {
+        const std::lock_guard lock(mutex_);
+        return open_.erase(handle) != 0;
+    }
+    std::size_t Count() const
+    {
+        const std::lock_guard lock(mutex_);
+        return open_.size();
+    }
+    // Removes and returns all.
+    std::set<const void *> Take()
+    {
+        const std::lock_guard lock(mutex_);
+        return std::exchange(open_, {});
+    }
 
 private:
+    mutable std::mutex mutex_;
     std::set<const void *> open_;
 };
 

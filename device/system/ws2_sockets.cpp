@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <sys/socket.h>
 
 namespace pavonix::device {
 
@@ -67,13 +68,19 @@ int Start(std::uint32_t version, WsaData *data)
 }
 
 // The library cleans up more often than it starts. What is too much takes a start
-// away from the application, and is refused when there is none left.
+// away from the application, and is refused when there is none left. The last one
+// resets the sockets that are open, also under a call that waits for one.
 int Cleanup()
 {
     if (openHandles.winsockStarts == 0) {
         return FailWith(kErrorWinsockNotStarted, kSocketError);
     }
     --openHandles.winsockStarts;
+    if (openHandles.winsockStarts == 0) {
+        for (const void *socket : openHandles.sockets.Take()) {
+            shutdown(static_cast<int>(reinterpret_cast<std::intptr_t>(socket)), SHUT_RDWR);
+        }
+    }
     return platform::CleanupWinsock();
 }
 
@@ -144,6 +151,40 @@ int SetOption(Socket socket, int level, int option, const char *value, int lengt
     return IsUsable(socket) ? platform::SetSocketOption(socket, level, option, value, length) : kSocketError;
 }
 
+// For a program that is a server, too.
+int Bind(Socket socket, const SocketAddress *address, int length)
+{
+    return IsUsable(socket) ? WithError(bind(static_cast<int>(socket), reinterpret_cast<const sockaddr *>(address),
+                                             static_cast<socklen_t>(length)))
+                            : kSocketError;
+}
+
+int Listen(Socket socket, int backlog)
+{
+    return IsUsable(socket) ? WithError(listen(static_cast<int>(socket), backlog)) : kSocketError;
+}
+
+Socket Accept(Socket socket, SocketAddress *, int *)
+{
+    if (!IsUsable(socket)) {
+        return kInvalidSocket;
+    }
+    const int accepted = accept(static_cast<int>(socket), nullptr, nullptr);
+    if (WithError(accepted) < 0) {
+        return kInvalidSocket;
+    }
+    openHandles.sockets.Add(HandleOf(static_cast<Socket>(accepted)));
+    return static_cast<Socket>(accepted);
+}
+
+int GetName(Socket socket, SocketAddress *address, int *length)
+{
+    auto size = static_cast<socklen_t>(*length);
+    return IsUsable(socket)
+               ? WithError(getsockname(static_cast<int>(socket), reinterpret_cast<sockaddr *>(address), &size))
+               : kSocketError;
+}
+
 } // namespace
 
 void AddSocketImports(std::vector<Import> &table)
@@ -157,6 +198,10 @@ void AddSocketImports(std::vector<Import> &table)
     table.push_back(Failing<&Send, kSocketError>(kWinsockDll, "send"));
     table.push_back(Failing<&Receive, kSocketError>(kWinsockDll, "recv"));
     table.push_back(Failing<&SetOption, kSocketError>(kWinsockDll, "setsockopt"));
+    table.push_back(Failing<&Bind, kSocketError>(kWinsockDll, "bind"));
+    table.push_back(Failing<&Listen, kSocketError>(kWinsockDll, "listen"));
+    table.push_back(Failing<&Accept, kInvalidSocket>(kWinsockDll, "accept"));
+    table.push_back(Failing<&GetName, kSocketError>(kWinsockDll, "getsockname"));
 }
 
 } // namespace pavonix::device
