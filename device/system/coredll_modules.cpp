@@ -106,6 +106,7 @@ bool LoadedImages::Unload(const void *module)
         return false;
     }
     std::thread([&] { images_.erase(found); }).join();
+    CheckFreedBlocks();
     return true;
 }
 

@@ -84,8 +84,26 @@ def check_dll(flavour, path, largest):
     check_imports(flavour, dll)
 
 
+def check_program(path):
+    """The program that tests a device must start on an image that lacks what the DLL needs."""
+    program = pefile.PE(path)
+    header = program.OPTIONAL_HEADER
+    assert (program.FILE_HEADER.Machine, header.Subsystem, program.is_dll()) == (MACHINES["ce"], CE_SUBSYSTEM, False)
+    assert (header.MajorSubsystemVersion, header.MinorSubsystemVersion) <= NEWEST_CE
+    assert header.SizeOfStackReserve == 64 * 1024, hex(header.SizeOfStackReserve)
+    check_sections("ce", program)
+    library, = program.DIRECTORY_ENTRY_IMPORT
+    assert library.dll == b"coredll.dll", library.dll
+    names = {entry.name.decode() for entry in library.imports}
+    known = set((pathlib.Path(__file__).parent / "coredll_exports.txt").read_text().split())
+    assert names <= known, names - known
+    assert not any(re.match("[a-z_]|Crypt|.*Char|.*Section", name) for name in names), names
+
+
 def main():
     flavour, tools, folder = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+    if flavour == "ce":
+        check_program(folder / "PavonixTest.exe")
     check_dll(flavour, folder / "PAVONIX.dll", LARGEST[flavour])
     check_dll(flavour, folder / "trace/PAVONIX.dll", LARGEST[flavour] + TRACING)
     check_import_libraries(flavour, tools, folder)
