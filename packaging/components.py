@@ -50,6 +50,7 @@ LINKED = {
     ("windows-x86", "trace/PAVONIX.dll"): _DLL,
     ("ce-armv4", "PAVONIX.dll"): _RUN_TIME,
     ("ce-armv4", "trace/PAVONIX.dll"): _RUN_TIME,
+    ("ce-armv4", "PavonixTest.exe"): {"GCC's run-time libraries"},
 }
 # The Debian packages, and the files of the Linux build in each.
 DEBIAN_PACKAGES = {

@@ -5,8 +5,8 @@ from components import COMPONENTS, components_of
 # For people who have the kit and no source tree.
 INDEX = "packaging/index.md"
 PAGES = [INDEX, "CHANGELOG.md", "SECURITY.md",
-         *(f"docs/{name}.md" for name in ("start", "on-the-device", "results", "why-0", "doctor", "token", "protocol",
-                                          "malformed", "log", "shop"))]
+         *(f"docs/{name}.md" for name in ("start", "on-the-device", "device-test", "results", "why-0", "doctor", "token",
+                                          "protocol", "malformed", "log", "shop"))]
 TEXTS = {"README.txt": "packaging/README.txt", "CHANGELOG.txt": "CHANGELOG.md"}
 SAMPLE_PROFILE = {f"profile/{name}": f"packaging/sample/{name}" for name in ("sample.profile", "sample.profile.pub.xml")}
 HEADER = {"include/pavonix/pavonix.h": "include/pavonix/pavonix.h"}
@@ -39,6 +39,7 @@ BUILDS = {"ce-armv4": ["ce-armv4"], "windows": ["windows-x64", "windows-x86"]}
 ARCHIVES = {
     "ce-armv4": COMMON | licences(*BUILDS["ce-armv4"]) | library("", "ce-armv4") | {
         "imports/coredll.def": "cmake/ce/coredll.def", "imports/ws2.def": "cmake/ce/ws2.def",
+        "PavonixTest.exe": "build/ce-armv4/PavonixTest.exe",
         "examples/cpp/ShopCe.vcproj": "packaging/vs2005/ShopCe.vcproj",
         "examples/csharp/ShopCe.csproj": "packaging/vs2005/ShopCe.csproj"},
     "windows": COMMON | licences(*BUILDS["windows"]) | C_EXAMPLE | CMAKE_PACKAGE |
@@ -47,5 +48,9 @@ ARCHIVES = {
         "examples/cpp/Shop.vcproj": "packaging/vs2005/Shop.vcproj",
         "examples/csharp/Shop.csproj": "packaging/vs2005/Shop.csproj"},
 }
-# What the cabinet installs: into \Windows, and into the application's own folder.
-CABINET = {"PAVONIX.dll": "build/ce-armv4/PAVONIX.dll"}, {"LICENSE": "LICENSE", "LibTomMath.txt": "licenses/LibTomMath.txt"}
+# Cabinet of each application: what it installs into \Windows, and into the application's own folder.
+_LICENCES = ["LICENSE", "licenses/LibTomMath.txt"]
+CABINETS = {
+    "Pavonix": ("ce-armv4", ["build/ce-armv4/PAVONIX.dll"], _LICENCES),
+    "PavonixTest": ("test-ce-armv4", [], ["build/ce-armv4/PavonixTest.exe", "build/ce-armv4/PAVONIX.dll", *_LICENCES]),
+}

@@ -1,6 +1,6 @@
-"""Makes the cabinet that a handheld installs by a tap.
+"""Makes a cabinet that a handheld installs by a tap.
 
-make_cab: shared libraries go to \\Windows, where every application finds them, other files to \\Program Files\\Pavonix.
+make_cab: shared libraries go to \\Windows, where every application finds them, other files to the application's folder.
 The files' times are SOURCE_DATE_EPOCH, so that the same files give the same cabinet.
 """
 
@@ -12,7 +12,7 @@ import tempfile
 
 from setup_record import NOT_OVER_A_NEWER, SHARED_AND_COUNTED, setup_record
 
-WINDOWS, PROGRAMS = ["%CE2%"], ["%CE1%", "Pavonix"]
+WINDOWS, PROGRAMS = "%CE2%", "%CE1%"
 
 
 def name_in_cabinet(name, number):
@@ -20,12 +20,12 @@ def name_in_cabinet(name, number):
     return name.split(".")[0].replace("-", "")[:8].rjust(8, "0") + ".%03d" % number
 
 
-def make_cab(cab, libraries, own_files):
-    files = [(library.name, WINDOWS, SHARED_AND_COUNTED | NOT_OVER_A_NEWER) for library in libraries]
-    files += [(file.name, PROGRAMS, 0) for file in own_files]
+def make_cab(cab, application, libraries, own_files):
+    files = [(library.name, [WINDOWS], SHARED_AND_COUNTED | NOT_OVER_A_NEWER) for library in libraries]
+    files += [(file.name, [PROGRAMS, application], 0) for file in own_files]
     with tempfile.TemporaryDirectory() as folder:
         parts = [pathlib.Path(folder, name_in_cabinet("PAVONIX", 0))]
-        parts[0].write_bytes(setup_record("Pavonix", "The Pavonix authors", files))
+        parts[0].write_bytes(setup_record(application, "The Pavonix authors", files))
         for number, source in enumerate([*libraries, *own_files], 1):
             parts.append(pathlib.Path(folder, name_in_cabinet(source.name, number)))
             shutil.copyfile(source, parts[number])

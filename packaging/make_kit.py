@@ -18,7 +18,7 @@ import time
 import zipfile
 
 from components import COMPONENTS, LINKED
-from contents import ARCHIVES, BUILDS, CABINET, INDEX, PAGES
+from contents import ARCHIVES, BUILDS, CABINETS, INDEX, PAGES
 from make_cab import make_cab
 from pages import Links, is_outside, render, with_version
 from spdx import document
@@ -118,8 +118,9 @@ def main():
     epoch = int(git("log", "-1", "--format=%ct"))
     os.environ["SOURCE_DATE_EPOCH"] = str(epoch)
     make_archives(kit, epoch)
-    to_windows, to_own_folder = ([SOURCE / origin for origin in files.values()] for files in CABINET)
-    make_cab(kit / f"pavonix-{VERSION}-ce-armv4.cab", to_windows, to_own_folder)
+    for application, (name, to_windows, to_own_folder) in CABINETS.items():
+        make_cab(kit / f"pavonix-{VERSION}-{name}.cab", application, [SOURCE / file for file in to_windows],
+                 [SOURCE / file for file in to_own_folder])
     tar = make_source(kit, epoch)
     if not options.without_debian:
         make_debian_packages(kit, tar, epoch)

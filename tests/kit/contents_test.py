@@ -132,8 +132,8 @@ class ContentsTest(unittest.TestCase):
                 self.assertEqual("tracing build".encode("utf-16-le") in library.read_bytes(),
                                  library.parent.name == "trace")
 
-    def test_cabinet_installs_the_library_where_applications_look(self):
-        cabinet = KIT / f"pavonix-{VERSION}-ce-armv4.cab"
+    def installed_by(self, cabinet):
+        """{path on the device: bytes} of a cabinet, which is in the order that a device wants."""
         with tempfile.TemporaryDirectory() as folder:
             output_of("cabextract", "-q", "-d", folder, cabinet)
             raw = files_below(pathlib.Path(folder))
@@ -148,11 +148,17 @@ class ContentsTest(unittest.TestCase):
         self.assertEqual((record.processor, record.versions[:2]), (2577, [5, 0]))
         installed = {place: raw[name] for name in names[1:] for place in [record.files.pop(int(name[-3:]))]}
         self.assertEqual(record.files, {})
-        licence = "%CE1%\\Pavonix\\"
-        self.assertEqual(installed, {
-            "%CE2%\\PAVONIX.dll": (UNPACKED / "ce-armv4/PAVONIX.dll").read_bytes(),
-            licence + "LICENSE": (SOURCE / "LICENSE").read_bytes(),
-            licence + "LibTomMath.txt": (SOURCE / "licenses/LibTomMath.txt").read_bytes()})
+        return installed
+
+    def test_cabinets_install_files_where_they_are_looked_for(self):
+        for prefix, application, library, programs in (
+                ("", "Pavonix", "%CE2%\\", []), ("test-", "PavonixTest", "%CE1%\\PavonixTest\\", ["PavonixTest.exe"])):
+            own = f"%CE1%\\{application}\\"
+            self.assertEqual(self.installed_by(KIT / f"pavonix-{VERSION}-{prefix}ce-armv4.cab"), {
+                library + "PAVONIX.dll": (UNPACKED / "ce-armv4/PAVONIX.dll").read_bytes(),
+                own + "LICENSE": (SOURCE / "LICENSE").read_bytes(),
+                own + "LibTomMath.txt": (SOURCE / "licenses/LibTomMath.txt").read_bytes()} | {
+                    own + name: (UNPACKED / "ce-armv4" / name).read_bytes() for name in programs})
 
     def test_source_archive_is_the_commit(self):
         name = f"pavonix-{VERSION}"
