@@ -49,8 +49,9 @@ zlib=i686-w64-mingw32/lib/zlib1.dll
     printf 'Wine builtin DLL\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0'
     tail -c +97 "$root/usr/$zlib"
 } >"$root/usr/lib/i386-linux-gnu/wine/i386-windows/zlib1.dll"
+loader=$(find "$root" -name ld-linux.so.2 -path '*/i386-linux-gnu/*')
 for program in wine wineserver32; do
-    patchelf --set-interpreter "$root/lib/i386-linux-gnu/ld-linux.so.2" "$root/usr/lib/wine/$program"
+    patchelf --set-interpreter "$loader" "$root/usr/lib/wine/$program"
 done
 
 # The server is named because the one beside it is a script that looks elsewhere.
