@@ -10,8 +10,8 @@ constexpr char kDefaultUserAgent[] =
     "Mozilla/4.0 (compatible; MSIE 6.0; Windows NT 5.1; SV1; .NET CLR 2.0.50727; InfoPath.2; "
     ".NET CLR 3.0.4506.2152; .NET CLR 3.5.30729)";
 
-// A text that memory was missing for may be empty too, but is not absent: the
-// request takes over that it lost something, and is not sent.
+// A text for which memory ran out may be empty too, but is not absent: appending it
+// marks the request as incomplete, and an incomplete request is not sent.
 bool IsAbsent(const ZtString &text)
 {
     return text.isEmpty() && text.complete();

@@ -19,8 +19,8 @@ constexpr int kIpProtoTcp = 6;
 
 HttpConnection::~HttpConnection()
 {
-    // Releases Winsock once more when Close has run already: the pairing callers
-    // see on the platform is one release here for every connection object.
+    // Calls WSACleanup once more if Close has run already. That is intended: each
+    // connection object ends with one WSACleanup, whatever happened before.
     Close();
 }
 

@@ -6,7 +6,7 @@ namespace pavonix {
 
 namespace {
 
-// Any non-zero value switches TCP keep-alive on; this one is what is sent.
+// Any non-zero value switches TCP keep-alive on. Deployed devices pass this one.
 constexpr std::int32_t kKeepAliveValue = 2000000;
 
 } // namespace

@@ -42,7 +42,7 @@ char *GetHeaderValue(const char *head, const char *name)
 
 void CopyResponsePrefix(const char *source, ZtByteData *target, std::int32_t count)
 {
-    target->Clear();
+    target->Clear(); // when memory runs out it stays empty, and no call looks at it
     const char *const end = source + (source == nullptr ? 0 : count);
     const char *next = source;
     while (true) {
@@ -54,11 +54,11 @@ void CopyResponsePrefix(const char *source, ZtByteData *target, std::int32_t cou
         }
         next += 2; // a lead byte and its trail byte
     }
-    target->Append(source, static_cast<std::uint32_t>(next - source));
+    (void)target->Append(source, static_cast<std::uint32_t>(next - source));
     if (next < end) {
-        target->Append(kTwoZeros, 2);
+        (void)target->Append(kTwoZeros, 2);
     }
-    target->Append(kTwoZeros, 2);
+    (void)target->Append(kTwoZeros, 2);
 }
 
 } // namespace pavonix

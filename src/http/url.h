@@ -1,5 +1,4 @@
-// What a request makes of the caller's texts: a URL's two pieces, and the escaping
-// of form values.
+// Splitting of URLs, and escaping of form values.
 #pragma once
 
 #include "rsa/text/string_buffer.h"

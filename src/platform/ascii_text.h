@@ -17,8 +17,8 @@ bool IsAscii(std::uint32_t codePage, const Unit *text, int length)
     return known && std::all_of(text, text + length, [](Unit unit) { return unit >= 0 && unit < 0x80; });
 }
 
-// Converts what IsAscii is true for; counts and answers as the contract's
-// conversions do.
+// Converts a text for which IsAscii is true, with the arguments and results of the
+// contract's conversions.
 template <typename From, typename To>
 int CopyAscii(const From *text, int length, To *target, int room)
 {

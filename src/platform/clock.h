@@ -1,4 +1,4 @@
-// What a port supplies for time.
+// Part of a port: time.
 #pragma once
 
 #include <cstdint>

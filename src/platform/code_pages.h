@@ -1,4 +1,4 @@
-// What a port supplies for text: conversion between UTF-16 and code pages.
+// Part of a port: conversion between UTF-16 and code pages.
 #pragma once
 
 #include "platform/wide_char.h"

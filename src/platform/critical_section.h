@@ -1,4 +1,4 @@
-// What a port supplies for locking: recursive critical sections.
+// Part of a port: locks, as recursive critical sections.
 #pragma once
 
 namespace pavonix::platform {

@@ -1,4 +1,4 @@
-// What a port supplies for files: searches, folders, deletion and byte streams.
+// Part of a port: file searches, folders, deletion and byte streams.
 // Paths are NUL-terminated UTF-16 with '\' as the only separator.
 #pragma once
 
@@ -27,18 +27,18 @@ extern "C" {
 // FindFirstFileW: searches for a path whose last component may hold the
 // wildcards '*' and '?'. Null when nothing matches or the path cannot be
 // searched. A path that ends in '\' must find the folder itself, and the root
-// must be found as a folder, whatever the system's own search says to them.
+// must be found as a folder, even if the system's own search does not find them.
 // "." and ".." are never entries.
 FindHandle *FindFirst(const WideChar *path, FindRecord *record);
 // FindNextFileW: false when the entries are used up.
-bool FindNext(FindHandle *search, FindRecord *record);
+[[nodiscard]] bool FindNext(FindHandle *search, FindRecord *record);
 // FindClose.
 void EndFind(FindHandle *search);
 
 // CreateDirectoryW: makes one level. False when it exists or cannot be made.
-bool CreateFolder(const WideChar *path);
+[[nodiscard]] bool CreateFolder(const WideChar *path);
 // DeleteFileW: false when it is missing or cannot be removed.
-bool RemoveFile(const WideChar *path);
+[[nodiscard]] bool RemoveFile(const WideChar *path);
 // SetLastError, on the calling thread.
 void SetThreadError(std::uint32_t error);
 
@@ -50,7 +50,7 @@ std::uint32_t ReadStream(Stream *stream, void *bytes, std::uint32_t length);
 // Bytes written; less than `length` is a failed write.
 std::uint32_t WriteStream(Stream *stream, const void *bytes, std::uint32_t length);
 // Flushes and closes; false when the flush failed. The stream is gone either way.
-bool CloseStream(Stream *stream);
+[[nodiscard]] bool CloseStream(Stream *stream);
 
 } // extern "C"
 

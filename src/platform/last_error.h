@@ -1,4 +1,4 @@
-// What a port supplies for the tracing build: why a call failed.
+// Part of a port, for the tracing build: why a call failed.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,8 @@ namespace pavonix::platform {
 
 extern "C" {
 
-// GetLastError, to be asked at once after a contract function that failed: the system's
-// own number, an errno on POSIX.
+// GetLastError, valid directly after a contract function that failed: the system's own
+// number, an errno on POSIX.
 std::uint32_t LastSystemError();
 
 } // extern "C"

@@ -1,5 +1,5 @@
-// What a port supplies for random bytes: the system's cryptographic provider,
-// and the C library's rand.
+// Part of a port: random bytes from the system's cryptographic provider, and the C
+// library's rand.
 #pragma once
 
 #include "platform/wide_char.h"
@@ -12,11 +12,11 @@ using Provider = std::uintptr_t;
 
 extern "C" {
 
-// CryptAcquireContextW without a key container. A system that has another
-// source of random bytes ignores name, type and flags.
-bool AcquireProvider(Provider *provider, const WideChar *name, std::uint32_t type, std::uint32_t flags);
+// CryptAcquireContextW without a key container. A system with another source of random
+// bytes ignores name, type and flags.
+[[nodiscard]] bool AcquireProvider(Provider *provider, const WideChar *name, std::uint32_t type, std::uint32_t flags);
 // CryptGenRandom: all `length` bytes, or false.
-bool GenerateRandom(Provider provider, std::uint8_t *bytes, std::uint32_t length);
+[[nodiscard]] bool GenerateRandom(Provider provider, std::uint8_t *bytes, std::uint32_t length);
 // CryptReleaseContext.
 void ReleaseProvider(Provider provider);
 

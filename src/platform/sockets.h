@@ -1,13 +1,13 @@
-// What a port supplies for TCP: Winsock 2 calls, one each, with Winsock's
-// meanings. All calls block; a call that a signal interrupted is resumed below
-// this line. C linkage, so that a test can put itself in front of a call.
+// Part of a port: TCP, one function for each Winsock 2 call, with Winsock's meaning. All
+// calls block; a port resumes a call that a signal interrupted. C linkage, so that a
+// test can replace a function.
 #pragma once
 
 #include <cstdint>
 
 namespace pavonix::platform {
 
-using Socket = std::uint32_t; // 0 is never a valid handle: the library reads it as "none"
+using Socket = std::uint32_t; // 0 is never a valid handle: it means "none"
 
 constexpr Socket kInvalidSocket = 0xFFFFFFFFu;
 constexpr int kSocketError = -1;
@@ -23,8 +23,8 @@ struct SocketAddress {
 };
 static_assert(sizeof(SocketAddress) == 16);
 
-// What the resolver found for a host; owned by the platform, valid until the
-// next ResolveHost on the same thread.
+// The resolver's result for a host, owned by the platform and valid until the next
+// ResolveHost on the same thread.
 struct HostEntry {
     std::uint8_t firstAddress[4]; // IPv4, network order
 };

@@ -9,7 +9,7 @@ namespace pavonix {
 
 namespace {
 
-constexpr std::int32_t kFractionDivisor = 999; // not 1000: servers in the field know 000 to 998
+constexpr std::int32_t kFractionDivisor = 999; // not 1000: servers in the field expect 000 to 998
 
 void SetUp(ZtRsa *rsa, const DeviceProfile &profile)
 {
@@ -22,8 +22,8 @@ void SetUp(ZtRsa *rsa, const DeviceProfile &profile)
 }
 
 // The local time, "2010-3-5 9:7:3.042". The three digits are the tick count modulo
-// 999, not the time's milliseconds. From 24.9 days of uptime on the signed tick
-// count is negative, and so are they, unless 000.
+// 999, not the time's milliseconds. After 24.9 days of uptime the signed tick count is
+// negative, and so are the digits unless they are 000.
 FixedText<64> MakeTimestamp()
 {
     const std::int32_t ticks = static_cast<std::int32_t>(platform::ReadTickCount());
@@ -70,7 +70,7 @@ FixedText<16> CallIdentity::UserId() const
 
 ZtString CallIdentity::UserCert() const
 {
-    ZtString token; // stays empty, too, when only a piece of it finds memory
+    ZtString token; // also empty if memory runs out midway
     ZtRsa &rsa = Rsa();
     (void)rsa.EncryptStringENC(MakeTimestamp().c_str(), true, &token);
     PAVONIX_TRACE_HOOK(TellEngine(&rsa));

@@ -1,4 +1,4 @@
-// What a request carries to tell and to prove who the device is.
+// The device's identity for one call, and the token that proves it.
 #pragma once
 
 #include "platform/wide_char.h"
@@ -7,14 +7,14 @@
 
 namespace pavonix {
 
-// The device's identity for the length of one call: reads the profile into the
-// process-wide one and sets the process-wide RSA component up with its keys. The
-// profile's texts are cleared again at the end; the keys stay in the component.
+// Reads the profile into the process-wide one and sets up the process-wide RSA
+// component with its keys. Destruction clears the profile's texts; the keys stay in the
+// component.
 class CallIdentity {
 public:
-    // Nothing is reported: without a profile the texts are empty and the id is 0; a
-    // key that does not import leaves the token empty, or made with what an earlier
-    // call of the process has imported.
+    // Reports no error. Without a profile the texts are empty and the id is 0. If a key
+    // cannot be imported, the token is empty, or made with the key that an earlier call
+    // of the process imported.
     explicit CallIdentity(const WideChar *profilePath);
     ~CallIdentity();
     CallIdentity(const CallIdentity &) = delete;
@@ -23,8 +23,8 @@ public:
     const ZtString &UserAgent() const;
     const ZtString &UserSerial() const;
     FixedText<16> UserId() const;
-    // The device's local time, encrypted with its private key, in base64. Empty when
-    // that fails.
+    // The device's local time, encrypted with its private key, in base64. Empty on
+    // failure.
     ZtString UserCert() const;
 };
 

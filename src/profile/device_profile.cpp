@@ -8,8 +8,8 @@ namespace pavonix {
 
 namespace {
 
-// The value behind the key at `position`: what follows the next ": ", or the whole
-// line when there is none.
+// The value of the key at `position`: the text after the next ": ", or the whole line
+// when there is none.
 const char *ValueBehind(const char *line, std::int32_t position)
 {
     const std::int32_t separator = FindText(line, ": ", position);
@@ -30,7 +30,7 @@ void DeviceProfile::Read(const WideChar *path)
     while (const char *line = reader.ReadLine()) {
         TakeLine(line);
     }
-    platform::CloseStream(stream);
+    (void)platform::CloseStream(stream);
 }
 
 void DeviceProfile::TakeLine(const char *line)

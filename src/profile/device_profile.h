@@ -9,13 +9,14 @@
 namespace pavonix {
 
 // Read from a text file of lines "key: value", each at most 1023 characters and
-// ended by a line feed. A key is found anywhere in its line; of several keys in
-// one line the first of this order counts: User-Agent, Public-Key, Private-Key,
+// ended by a line feed. A key is found anywhere in its line; if a line contains several,
+// the first in this order counts: User-Agent, Public-Key, Private-Key,
 // User-Serial, User-Id, User-No. Reading ends at a line that is too long.
 class DeviceProfile {
 public:
-    // Resets all values but the user number, then reads. A file that cannot be
-    // opened leaves the reset values.
+    // Resets all values except the user number, which no request sends and which
+    // deployed profiles expect to survive, then reads. If the file cannot be opened,
+    // the reset values stay.
     void Read(const WideChar *path);
     // Empties the texts; the numbers keep their values.
     void Clear();

@@ -20,7 +20,7 @@ namespace {
 
 using QueryText = FixedText<128>; // "?name=number&..." of at most five numbers
 
-// What both calls are given besides their request; any text may be null.
+// The arguments of both calls besides their request; any text may be null.
 struct DownloadCall {
     const WideChar *profilePath;
     const WideChar *targetPath;
@@ -29,11 +29,11 @@ struct DownloadCall {
     int port;
 };
 
-// Puts the reply's body in the target file. What goes wrong here is not reported:
-// 200 says what the server answered, not that the file is complete.
+// Stores the reply's body in the target file. Errors here are not reported: 200 means
+// that the server answered 200, not that the file is complete.
 void StoreBody(HttpConnection *connection, const WideChar *targetPath)
 {
-    WideChar folder[260] = {}; // only its room is of use: no longer folder is made
+    WideChar folder[260] = {}; // only its size matters: a longer folder is not made
     if (!PrepareTargetDirectory(targetPath, folder)) {
         connection->Close();
         connection->Reset();
@@ -56,7 +56,7 @@ void StoreBody(HttpConnection *connection, const WideChar *targetPath)
 int Fetch(const DownloadCall &call, const UrlText &url, HttpConnection &connection)
 {
     const CallIdentity identity(call.profilePath);
-    ZtByteData reply; // its contents are of no use to a download
+    ZtByteData reply; // a download does not use it
     const bool answered = AddIdentity(identity, &connection) &&
                           connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(call.port)) != 0;
     const std::int32_t status = answered ? ReplyStatus(connection) : PAVONIX_FAILED;

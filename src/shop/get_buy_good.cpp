@@ -28,8 +28,7 @@ void AddFormNumber(HttpConnection *connection, const char *name, std::int32_t va
     connection->AddFormField(name, text.c_str());
 }
 
-// The token, the form and its length. False when there was no memory to measure the
-// form.
+// Adds the token, the form and its length. False when memory for the form runs out.
 [[nodiscard]] bool AddPurchase(const CallIdentity &identity, const BuyGoodRequest &request, HttpConnection *connection)
 {
     connection->AddHeader("User-Cert", identity.UserCert().c_str());
@@ -43,8 +42,8 @@ void AddFormNumber(HttpConnection *connection, const char *name, std::int32_t va
     return form.complete();
 }
 
-// Writes a text of the reply into the caller's record, in its full length. A text
-// of the reply has less than kFirstReception characters.
+// Writes a text of the reply, of fewer than kFirstReception characters, into the
+// caller's record in its full length.
 void WriteWide(const char *text, PavonixChar *target)
 {
     const int length = static_cast<int>(std::strlen(text));
@@ -82,7 +81,7 @@ int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResul
     }
     const CallIdentity identity(profilePath);
     const bool whole = AddIdentity(identity, &connection) && AddPurchase(identity, request, &connection);
-    ZtByteData reply; // the connection holds all that is read
+    ZtByteData reply; // not used: the connection keeps what is needed
     if (!whole || connection.Post(url.c_str(), &reply, static_cast<std::uint32_t>(port)) == 0) {
         connection.Close();
         connection.Reset();

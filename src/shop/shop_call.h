@@ -12,12 +12,12 @@ namespace pavonix {
 
 using UrlText = FixedText<256>;
 
-// The base URL in the ANSI code page; false when it is null, empty or longer than
-// its buffer.
+// Converts the base URL to the ANSI code page. False when it is null, empty or longer
+// than its buffer.
 [[nodiscard]] bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url);
 
-// Adds user agent, "User-Serial" and "User-ID" to the request. False when there was
-// no memory for the serial.
+// Adds user agent, "User-Serial" and "User-ID" to the request. False when memory for
+// the serial runs out.
 [[nodiscard]] bool AddIdentity(const CallIdentity &identity, HttpConnection *connection);
 
 // The status in the reply's head: the three characters behind the first blank of

@@ -35,7 +35,7 @@ void BodyWriter::Write(const char *bytes, std::uint32_t count)
 void BodyWriter::Close()
 {
     if (stream_ != nullptr) {
-        platform::CloseStream(stream_);
+        (void)platform::CloseStream(stream_);
         stream_ = nullptr;
     }
 }
@@ -47,7 +47,7 @@ void BodyWriter::WriteBody(HttpConnection *connection)
     const std::uint32_t expected = announced == 0 ? held : announced;
     const std::uint32_t first = expected < held ? expected : held;
     Write(connection->GetBodyPrefix(), first);
-    std::uint64_t written = first; // the announced length may be the largest 32-bit number
+    std::uint64_t written = first; // 64 bits: the announced length may be the largest 32-bit number
     while (written < expected) {
         char piece[kFirstReception];
         const int received = connection->Receive(piece, sizeof piece);

@@ -27,9 +27,9 @@ std::size_t FolderLength(const WideChar *path)
     return length;
 }
 
-// Every pass looks at the whole folder, once for each separator in it, and not at
-// one level after the other: only the last level is ever made. The second question
-// of a pass is for what another process may have made since the first.
+// Each pass, one for each separator, looks at the whole folder and not at one level after
+// the other: only the last level is ever created. The second probe of a pass sees what
+// another process may have created since the first.
 bool MakeFolder(const WideChar *folder)
 {
     for (const WideChar *unit = folder; *unit != 0; ++unit) {
@@ -91,7 +91,7 @@ bool DeleteTargetFile(const WideChar *path)
         platform::SetThreadError(kErrorTargetIsFolder);
         return false;
     }
-    platform::RemoveFile(target);
+    (void)platform::RemoveFile(target);
     return true;
 }
 

@@ -40,7 +40,7 @@ TEST(CopyResponsePrefix, KeepsDoubleByteCharactersTogether)
 {
     const auto copy = [](const char *source, std::int32_t count) {
         ZtByteData target;
-        target.Append("old", 3);
+        EXPECT_TRUE(target.Append("old", 3));
         CopyResponsePrefix(source, &target, count);
         return std::string(reinterpret_cast<const char *>(target.data()), target.length());
     };

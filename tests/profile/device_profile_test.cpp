@@ -69,6 +69,6 @@ TEST_F(Profiles, LeavesNoLineBehind)
     auto *reader = new (room) LineReader(stream);
     EXPECT_STREQ(reader->ReadLine(), "Private-Key: secret");
     reader->~LineReader();
-    platform::CloseStream(stream);
+    EXPECT_TRUE(platform::CloseStream(stream));
     EXPECT_EQ(std::string_view(room, sizeof room).find("secret"), std::string_view::npos);
 }

@@ -34,15 +34,15 @@ private:
     iconv_t handle_;
 };
 
-// iconv's tables for these are not those of Windows: a yen sign becomes a backslash,
-// letters come apart, characters are missing.
+// iconv's tables for these code pages differ from those of Windows: a yen sign becomes a
+// backslash, letters are decomposed, characters are missing.
 bool DiffersFromWindows(std::uint32_t codePage)
 {
     return codePage == 932 || codePage == 950 || codePage == 1255 || codePage == 1258;
 }
 
-// The iconv names of Windows code pages; one that iconv does not know for a page that
-// this port does not have.
+// The iconv name of a Windows code page; a name unknown to iconv for a code page that
+// this port does not support.
 class CodePageName {
 public:
     explicit CodePageName(std::uint32_t codePage)
@@ -67,7 +67,7 @@ private:
 
 constexpr char kUtf16[] = "UTF-16LE";
 
-// Where converted bytes go: into the caller's room, or only counted.
+// Stores converted bytes in the caller's buffer, or only counts them.
 class Sink {
 public:
     Sink(char *bytes, int room) : bytes_(bytes), room_(room) {}
@@ -80,7 +80,7 @@ public:
             }
         }
     }
-    // 0 when something was to be stored and did not fit.
+    // 0 when the bytes did not fit.
     int Used() const { return room_ > 0 && used_ > room_ ? 0 : used_; }
 
 private:
@@ -89,8 +89,8 @@ private:
     int used_ = 0;
 };
 
-// Windows takes a byte that its code page leaves undefined, such as 0x81 in 1252,
-// for the control character of that value, and the other way round; iconv does not.
+// Windows converts a byte that its code page leaves undefined, such as 0x81 in 1252, to
+// the control character of that value and back; iconv does not.
 bool IsUndefinedByte(std::uint32_t codePage, WideChar unit)
 {
     const bool windows = codePage == kAnsiCodePage || (codePage >= 1250 && codePage <= 1258);

@@ -30,8 +30,8 @@ void SetRecord(FindRecord *record, const struct stat &entry)
     record->attributes = IsFolder(entry) ? kAttributeDirectory : 0;
 }
 
-// Only '*' and '?' are wildcards here, but fnmatch knows brackets too, and escapes,
-// of which a path has none: each '\' of it is a separator.
+// Only '*' and '?' are wildcards. fnmatch also supports brackets, which are escaped, and
+// backslash escapes, which a component of a path cannot contain.
 bool QuotePattern(const char *component, char *pattern, std::size_t room)
 {
     std::size_t length = 0;

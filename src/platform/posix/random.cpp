@@ -15,7 +15,7 @@ bool AcquireProvider(Provider *provider, const WideChar *, std::uint32_t, std::u
 
 bool GenerateRandom(Provider, std::uint8_t *bytes, std::uint32_t length)
 {
-    constexpr std::uint32_t kMost = 256; // that many come whole, whatever signal comes
+    constexpr std::uint32_t kMost = 256; // no signal interrupts a request of up to this size
     for (std::uint32_t filled = 0; filled < length; filled += kMost) {
         if (getentropy(bytes + filled, std::min(length - filled, kMost)) != 0) {
             return false;

@@ -15,7 +15,7 @@ namespace pavonix::platform {
 
 namespace {
 
-// A connect that a signal interrupted goes on by itself; wait for its outcome.
+// A connect that a signal interrupted continues by itself; wait for its result.
 int FinishConnect(int fd)
 {
     pollfd waiting = {fd, POLLOUT, 0};

@@ -1,12 +1,12 @@
-// Wide paths as this system has them.
+// Wide paths in this system's form.
 #pragma once
 
 #include "platform/wide_char.h"
 
 namespace pavonix::platform {
 
-// The UTF-8 form of a wide path with each '\' as '/'. A path that is null, empty,
-// not valid UTF-16 or longer than the system takes is not valid().
+// The UTF-8 form of a wide path, with '/' for '\'. Not valid() if the path is null,
+// empty, not valid UTF-16 or longer than the system's limit.
 class Utf8Path {
 public:
     explicit Utf8Path(const WideChar *path);

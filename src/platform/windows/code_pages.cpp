@@ -11,9 +11,9 @@ namespace {
 
 constexpr int kLongestCharacter = 8; // bytes, in any code page
 
-// Converts one character. The system may answer a look-alike, and not every
-// version can be told not to; only what converts back is taken. Bytes written,
-// 0 for an unknown code page.
+// Converts one character and returns the bytes written, 0 for an unknown code page. Not
+// every version of the system can be kept from using look-alikes, so only a result that
+// converts back is accepted.
 int CharacterToBytes(std::uint32_t codePage, const WideChar *character, int units, char *bytes, bool *replaced)
 {
     const int count = WideCharToMultiByte(codePage, 0, character, units, bytes, kLongestCharacter, nullptr, nullptr);
@@ -71,7 +71,7 @@ int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar 
     if (room == 0) {
         return needed;
     }
-    // asked beforehand, because Wine fills too little room with half a pair and calls it done
+    // checked first, because Wine writes half a pair into too little room and reports success
     return needed <= room ? MultiByteToWideChar(codePage, 0, bytes, length, text, room) : 0;
 }
 

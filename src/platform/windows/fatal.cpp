@@ -1,5 +1,5 @@
-// Where the compiler and the standard headers go when a program breaks their
-// rules. No C++ run-time library is linked, so the process ends here on the spot.
+// Called by the compiler and the standard headers when a program breaks their rules. No
+// C++ run-time library is linked, so they end the process.
 namespace std {
 
 // Declared by the standard headers, called for a position outside a string_view.

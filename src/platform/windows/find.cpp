@@ -7,7 +7,7 @@ namespace pavonix::platform {
 
 namespace {
 
-// Stands for the search that found a root. It has one entry and nothing to close.
+// The handle of a search that found a root. It has one entry and nothing to close.
 char rootSearch;
 
 FindHandle *RootSearch()

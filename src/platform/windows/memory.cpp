@@ -1,7 +1,6 @@
 // operator new and delete over the C library's heap: no Windows flavour links a
-// C++ run-time library. Only the forms that answer null exist: a plain `new` in
-// the library would not link, and is not wanted, because nothing there could
-// absorb its failure.
+// C++ run-time library. Only the forms that return null exist: a plain `new` would
+// not link, because nothing in the library could handle its failure.
 #include <cstdlib>
 #include <new>
 

@@ -8,9 +8,9 @@
 
 namespace pavonix {
 
-// Born as 0. Getting memory for the digits may fail, in the constructor or in a
-// read; the integer then counts as 0 and is unusable: every calculation with it
-// answers MP_MEM, until a read succeeds.
+// Starts as 0. If memory for the digits runs out, in the constructor or in a read, the
+// integer counts as 0 and is unusable: every calculation with it returns MP_MEM until a
+// read succeeds.
 class mp_int {
 public:
     mp_int();
@@ -19,14 +19,14 @@ public:
     mp_int &operator=(const mp_int &) = delete;
 
     // Takes the value of `length` big-endian bytes; leading zeros are allowed and
-    // a length of 0 gives 0. False for want of memory.
-    bool ReadUnsignedBytes(const std::uint8_t *bytes, std::uint32_t length);
-    // Takes the value of the bytes that a zero-terminated base64 text stands for.
-    // False for a null or empty text, one that decodes to no bytes, and for want
-    // of memory; only the last changes the integer.
+    // a length of 0 gives 0. False when memory runs out.
+    [[nodiscard]] bool ReadUnsignedBytes(const std::uint8_t *bytes, std::uint32_t length);
+    // Takes the value of a zero-terminated base64 text. False for a null or empty text,
+    // one that decodes to no bytes, and when memory runs out; only the last changes the
+    // integer.
     [[nodiscard]] bool ReadBase64(const char *text);
     // Appends the magnitude big-endian without leading zeros; 0 appends nothing.
-    // False for want of memory: `output` is then empty.
+    // False when memory runs out: `output` is then empty.
     [[nodiscard]] bool WriteUnsignedBytes(DataBuffer *output) const;
 
     // Significant bits; 0 for 0.
@@ -53,12 +53,12 @@ private:
     ::mp_int value_ = {}; // no digits (dp null) while unusable
 };
 
-// -1, 0 or 1 as a is below, equal to or above b.
+// -1, 0 or 1: a is less than, equal to or greater than b.
 int Compare(const mp_int &a, const mp_int &b);
 
-// The calculations answer the library's code: 0 (MP_OKAY) for success, MP_MEM
-// for want of memory, MP_VAL for operands that have no result, such as a modulus
-// of 0. y may be one of the operands.
+// The calculations return LibTomMath's code: MP_OKAY (0) on success, MP_MEM when memory
+// runs out, MP_VAL for operands without a result, such as a modulus of 0. y may be one of
+// the operands.
 
 // y = g^x mod m. A negative modulus is refused.
 [[nodiscard]] int ExptMod(const mp_int &g, const mp_int &x, const mp_int &m, mp_int *y);

@@ -4,7 +4,7 @@ namespace pavonix {
 
 namespace {
 
-// Without 932, 950, 1255 and 1258, which the systems below us convert differently.
+// Without 932, 950, 1255 and 1258, which Windows and iconv convert differently.
 constexpr struct {
     std::int32_t codePage;
     const char *name;
@@ -18,7 +18,7 @@ constexpr struct {
     {28603, "iso-8859-13"}, {28605, "iso-8859-15"}, {65001, "utf-8"},
 };
 
-// The name by which the Internet knows a code page; null for a number without one.
+// The IANA name of a code page; null for an unknown number.
 const char *CodePageName(std::int32_t codePage)
 {
     for (const auto &row : kNames) {

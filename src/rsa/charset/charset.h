@@ -1,4 +1,4 @@
-// The character set in which a component turns text into bytes.
+// The character set in which the RSA component encodes a text before encrypting it.
 #pragma once
 
 #include "rsa/text/string_buffer.h"
@@ -14,8 +14,7 @@ public:
     Charset(const Charset &) = delete;
     Charset &operator=(const Charset &) = delete;
 
-    // Takes a Windows code-page number and its name; a number without a name
-    // changes nothing.
+    // Sets a Windows code-page number and its name. An unknown number changes nothing.
     void SetByCodePage(std::int32_t codePage);
 
     const char *name() const { return name_.c_str(); }

@@ -1,4 +1,4 @@
-// The step that turns text into the bytes to be encrypted.
+// Conversion of a text into the bytes to be encrypted.
 #pragma once
 
 #include "rsa/charset/charset.h"

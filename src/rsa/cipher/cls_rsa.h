@@ -1,4 +1,5 @@
-// The RSA component.
+// The RSA component behind the facade ZtRsa: a class with properties (put_, get_) and
+// operations that log what they did.
 #pragma once
 
 #include "rsa/charset/charset.h"
@@ -13,18 +14,18 @@
 namespace pavonix {
 
 // Holds one key, which the imports write and encryption reads. Each operation
-// holds the component's lock from entry to return. The imports and the encryption
-// start the log anew, so that it describes the last of them. The component is its
-// own encoder.
+// holds the component's lock from entry to return. The imports and the encryption clear
+// the log first, so that it describes the last of them. The component is its own
+// encoder.
 class ClsRsa : public ClsEncode, public ClsBase, public ZentorpCritSec {
 public:
     ClsRsa();
 
     void put_OAEP(bool oaep); // true: OAEP padding, false: PKCS #1 v1.5
-    // Stored without blanks and in lower case; an unknown name means base64.
+    // Stored without spaces and in lower case; an unknown name means base64.
     void put_EncodingMode(const XString &name);
 
-    // Part of the component's surface; the shop never calls these.
+    // Not used by the three calls.
     void get_EncodingMode(XString *name);
     void put_VerboseLogging(bool verbose);
     // False swaps the bytes of each 32-bit word of the ciphertext.
@@ -32,14 +33,14 @@ public:
     // A Windows code-page number; one without a name changes nothing.
     void put_CharsetCodePage(std::int32_t codePage);
 
-    // Read an XML key text into the component's key. They differ in their name in
-    // the log alone: what the text holds decides whether the key is private.
-    bool ImportPublicKey(const XString &xml) { return ImportKey("ImportPublicKey", xml); }
-    bool ImportPrivateKey(const XString &xml) { return ImportKey("ImportPrivateKey", xml); }
+    // Read an XML key text into the component's key. They differ only in their name in
+    // the log: the text decides whether the key is private.
+    [[nodiscard]] bool ImportPublicKey(const XString &xml) { return ImportKey("ImportPublicKey", xml); }
+    [[nodiscard]] bool ImportPrivateKey(const XString &xml) { return ImportKey("ImportPrivateKey", xml); }
 
     // Encrypts the text, taken as bytes of the charset, and stores the ciphertext
-    // in the encoding of EncodingMode. On failure `result` is empty.
-    bool EncryptStringENC(const XString &text, bool usePrivateKey, XString *result);
+    // in the encoding of EncodingMode (ENC: encoded). On failure `result` is empty.
+    [[nodiscard]] bool EncryptStringENC(const XString &text, bool usePrivateKey, XString *result);
 
 private:
     bool ImportKey(const char *method, const XString &xml);

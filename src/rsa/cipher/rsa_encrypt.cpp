@@ -25,9 +25,9 @@ void LogInputs(std::uint32_t length, const RsaSettings &settings, LogBase &log)
     log.logDataLong("ModulusBitLen", settings.key.ModulusBitLength());
 }
 
-// The longest piece that one block takes, in 32 bits: a modulus that passes the
-// early test for OAEP and is still too small for two digests gives a huge size
-// or 0, and the padding then refuses the first piece with its own message.
+// The longest piece that fits in one block, in 32-bit arithmetic: a modulus that passes
+// the early test for OAEP and is still too small for two digests gives a huge size or
+// 0, and the padding then rejects the first piece with its own message.
 bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBase &log)
 {
     const std::uint32_t modulusSize = settings.key.N.UnsignedByteSize();
@@ -51,7 +51,7 @@ bool FindBlockSize(const RsaSettings &settings, std::uint32_t *blockSize, LogBas
     return true;
 }
 
-// Room for all blocks at once, so that a long text is not copied at every block.
+// Reserves all blocks at once, so that a long text is not copied at every block.
 bool ReserveBlocks(std::uint32_t length, std::uint32_t blockSize, const RsaSettings &settings, DataBuffer *output)
 {
     const std::uint64_t blocks = blockSize == 0 ? 1 : (std::uint64_t{length} + blockSize - 1) / blockSize;

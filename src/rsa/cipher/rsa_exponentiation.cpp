@@ -49,8 +49,8 @@ bool ApplyKey(const mp_int &m, KeyType exponent, const RsaKey &key, mp_int *c, L
     return true;
 }
 
-// The division is deliberately not rounded up: under a modulus that does not fill
-// its bytes a result with a leading zero byte gets none, and its block fails.
+// Deliberately not rounded up: with a modulus that does not fill its bytes, a result
+// with a leading zero byte is not extended, and its block fails.
 std::uint32_t MissingZeros(std::uint32_t inputLength, std::uint32_t resultLength, const RsaKey &key)
 {
     const bool whole = inputLength == static_cast<std::uint32_t>(key.ModulusBitLength()) / 8;

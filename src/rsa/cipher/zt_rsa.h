@@ -13,9 +13,9 @@ class ClsRsa;
 class XString;
 
 // Texts are zero-terminated, in the system's ANSI code page unless
-// put_Utf8(true) was called; a null text counts as empty. The operations answer
-// true for success, and the last-error text says what happened. Without memory
-// for the component at its birth every operation fails.
+// put_Utf8(true) was called; a null text counts as empty. The operations return
+// true on success, and the last-error text says what happened. If memory ran out in the
+// constructor, every operation fails.
 class ZtRsa : public ZtObject {
 public:
     ZtRsa();
@@ -29,7 +29,7 @@ public:
     // Replaces `name` by the name set last, in lower case without spaces.
     void get_EncodingMode(ZtString *name);
 
-    // Part of the component's surface; the shop leaves these as they are.
+    // Not used by the three calls, which keep the defaults.
     void put_Utf8(bool utf8) { utf8_ = utf8; }
     void put_VerboseLogging(bool verbose);
     // False swaps the bytes of each 32-bit word of the ciphertext; true by default.
@@ -37,16 +37,17 @@ public:
     // The Windows code page in which texts are encrypted, 1252 by default.
     void put_CharsetCodePage(std::int32_t codePage);
 
-    // Read an XML key text into the one key of the component; what the text does
-    // not name keeps what an earlier import wrote.
-    bool ImportPublicKey(const char *xml);
-    bool ImportPrivateKey(const char *xml);
+    // Read an XML key text into the component's key. Fields absent from the XML keep
+    // their previous values.
+    [[nodiscard]] bool ImportPublicKey(const char *xml);
+    [[nodiscard]] bool ImportPrivateKey(const char *xml);
 
-    // Replaces `result` by the encoded ciphertext; on failure it is empty.
-    bool EncryptStringENC(const char *text, bool usePrivateKey, ZtString *result);
+    // Replaces `result` by the ciphertext in the encoding above (ENC: encoded); on failure
+    // it is empty.
+    [[nodiscard]] bool EncryptStringENC(const char *text, bool usePrivateKey, ZtString *result);
 
     // What the last import or encryption logged, as plain text; replaces `text`, which
-    // is incomplete when lines of it found no memory.
+    // is incomplete if memory ran out.
     void get_LastErrorText(ZtString *text);
 
 private:

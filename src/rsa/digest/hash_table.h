@@ -1,4 +1,4 @@
-// The digests that the padding code can be asked for, by their identifiers.
+// The digests available to the padding code, by identifier.
 #pragma once
 
 #include <cstdint>

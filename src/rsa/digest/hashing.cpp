@@ -31,8 +31,7 @@ void Hashing::PadWithLength(LengthOrder order)
         Compress(block_);
         std::memset(block_, 0, blockSize_);
     }
-    // SHA-512 has 16 bytes for the length; a stream that needs more than eight
-    // of them cannot be had.
+    // SHA-512 has 16 bytes for the length; no stream needs more than eight of them.
     std::uint8_t *lastBytes = block_ + blockSize_ - sizeof(std::uint64_t);
     const std::uint64_t bits = total_ * 8;
     if (order == LengthOrder::kBigEndian) {

@@ -1,11 +1,11 @@
-// The common base of the digests: it cuts a stream of bytes into blocks.
+// The common base of the digests: it splits a stream of bytes into blocks.
 #pragma once
 
 #include <cstdint>
 
 namespace pavonix {
 
-// A digest is made by any number of Updates and one Finish of the derived class.
+// Call Update any number of times, then Finish of the derived class once.
 class Hashing {
 public:
     Hashing(const Hashing &) = delete;

@@ -45,7 +45,7 @@ void Md2::Compress(const std::uint8_t *block)
 
 void Md2::Finish(std::uint8_t *digest)
 {
-    std::uint8_t tail[kDigestSize]; // as many bytes as the block still takes, each of that value
+    std::uint8_t tail[kDigestSize]; // fills the block: n bytes of value n
     const std::uint32_t missing = room();
     std::memset(tail, static_cast<int>(missing), missing);
     Update(tail, missing);

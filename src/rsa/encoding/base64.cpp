@@ -15,7 +15,7 @@ constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx
 constexpr std::uint8_t kFirstCode = '+';
 constexpr std::uint8_t kLastCode = 'z';
 constexpr std::uint8_t kForeign = 127;
-constexpr std::uint32_t kFullGroup = 1 << 24; // the mark that four characters have pushed up
+constexpr std::uint32_t kFullGroup = 1 << 24; // the start bit after four characters
 
 constexpr std::array<std::uint8_t, kLastCode - kFirstCode + 1> MakeDecodingTable()
 {
@@ -42,7 +42,7 @@ std::uint32_t Decode(const char *text, std::uint32_t length, std::uint8_t *bytes
 {
     std::uint8_t *next = bytes;
     const char *const end = text + length;
-    std::uint32_t group = 1; // the bits read of four characters, after a mark: a 1 before them
+    std::uint32_t group = 1; // a start bit, then the bits of up to four characters
     for (; text != end && *text != '=' && *text != 0; ++text) {
         const std::uint32_t code = static_cast<std::uint8_t>(*text) - std::uint32_t{kFirstCode};
         if (code >= kDecodingTable.size()) { // spaces and line ends among them
@@ -67,7 +67,7 @@ std::uint32_t Decode(const char *text, std::uint32_t length, std::uint8_t *bytes
     return static_cast<std::uint32_t>(next - bytes);
 }
 
-// Null without memory.
+// Null when memory runs out.
 std::uint8_t *AllocateDecoded(std::size_t length, std::size_t slack)
 {
     return AllocateArray<std::uint8_t>(static_cast<std::size_t>(std::uint64_t{length} * 3 / 4 + slack));

@@ -1,5 +1,5 @@
-// Collects characters and hands them to a text in blocks, so that a long output
-// costs few appends.
+// Collects characters and appends them to a text in blocks, so that a long output needs
+// few appends.
 #pragma once
 
 #include "rsa/text/string_buffer.h"
@@ -8,7 +8,7 @@
 
 namespace pavonix {
 
-// What is still held goes to the text when the writer ends.
+// The destructor appends the last block.
 template <std::int32_t kSize>
 class BlockWriter {
 public:

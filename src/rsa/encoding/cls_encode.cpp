@@ -22,7 +22,7 @@ EncodingMode EncodingModeFromName(const XString &name)
     StringBuffer text;
     CopyNormalised(name, &text);
     text.RemoveChar('-');
-    text.Trim(); // a dash may have kept a blank from the end
+    text.Trim(); // removing a dash may have exposed a space
     // The first rule that holds decides.
     if (text.BeginsWith("base")) {
         return text.Contains("32") ? EncodingMode::kBase32 : EncodingMode::kBase64;

@@ -1,4 +1,5 @@
-// The encoder that a component chooses by name, and what the names stand for.
+// The encoder of a component, chosen by name, and the names. Cls is short for class:
+// the components behind the facade have this prefix.
 #pragma once
 
 #include "rsa/text/data_buffer.h"
@@ -20,12 +21,12 @@ enum class EncodingMode : std::int32_t {
     kUuencode = 8,
 };
 
-// Reads a name loosely: "-", blanks and case do not count, and a beginning is
-// enough ("Base 32", "q", "hexadecimal"). An unknown name is base64.
+// Accepts loose spellings: ignores "-", spaces and case, and a beginning is enough
+// ("Base 32", "q", "hexadecimal"). An unknown name means base64.
 EncodingMode EncodingModeFromName(const XString &name);
 
 // The form in which the component stores a name: without spaces, trimmed, ASCII
-// letters in lower case. Empty when there is no memory.
+// letters in lower case. Empty when memory runs out.
 void NormaliseEncodingName(const XString &name, XString *normalised);
 
 class ClsEncode {
@@ -38,12 +39,11 @@ public:
     void SetMode(const XString &name) { mode_ = EncodingModeFromName(name); }
     EncodingMode mode() const { return mode_; }
 
-    // Puts the text of the bytes into `output`: behind its content with `append`
-    // set, else in its place. The encoded text counts as UTF-8, which matters in
-    // mode ansi alone, where it is the bytes themselves, zero bytes included.
-    // Mode html is no encoding of bytes: it leaves `output` as it is in either
-    // case. Without memory no part of the encoding is added, and `output` is
-    // marked incomplete.
+    // Writes the encoded bytes to `output`: appended to its content if `append` is true,
+    // otherwise replacing it. The encoded text is taken as UTF-8, which matters only in
+    // mode ansi, where it is the bytes themselves, zero bytes included. Mode html does
+    // not encode bytes and leaves `output` unchanged. When memory runs out, nothing is
+    // added and `output` is marked incomplete.
     void Encode(const DataBuffer &bytes, XString *output, bool append) const;
 
 private:

@@ -1,4 +1,4 @@
-// The codecs that a few lines make; each of the longer ones has a file of its own.
+// The short codecs; each of the longer ones has its own file.
 #include "rsa/encoding/content_coding.h"
 
 #include "rsa/encoding/block_writer.h"
@@ -62,7 +62,7 @@ void ContentCoding::EncodeUrl(const std::uint8_t *bytes, std::uint32_t count, St
 
 void ContentCoding::EncodeAnsi(const std::uint8_t *bytes, std::uint32_t count, StringBuffer *text)
 {
-    // No text can hold INT32_MAX characters: the append of as many marks it.
+    // No text can hold INT32_MAX characters: appending that many marks it incomplete.
     const std::int32_t length = count < INT32_MAX ? static_cast<std::int32_t>(count) : INT32_MAX;
     text->AppendN(reinterpret_cast<const char *>(bytes), length);
 }

@@ -5,7 +5,7 @@ namespace pavonix {
 
 namespace {
 
-// Keeps the lines within their length.
+// Breaks lines that would become too long.
 class QuotedPrintableWriter {
 public:
     QuotedPrintableWriter(StringBuffer *text, std::int32_t lineLength) : out_(text), lineLength_(lineLength) {}

@@ -16,7 +16,7 @@ void PutBits(unsigned value, Writer *writer)
     writer->Put(value == 0 ? '`' : static_cast<char>(' ' + value));
 }
 
-// A line tells its length; its last group is filled up with zero bytes.
+// A line begins with its length; its last group is filled up with zero bytes.
 void PutLine(const std::uint8_t *bytes, std::uint32_t count, Writer *writer)
 {
     PutBits(count, writer);

@@ -40,8 +40,8 @@ std::uint32_t DigitValue(char c)
     return lower >= 'a' && lower <= 'f' ? static_cast<std::uint32_t>(lower - 'a' + 10) : 16;
 }
 
-// Reads digits and the ';' behind them. Answers the position behind the ';', or
-// null when they name no character.
+// Reads digits and the ';' after them. Returns the position after the ';', or null when
+// they name no character.
 const char *ReadNumber(const char *digits, std::uint32_t base, std::uint32_t *character)
 {
     std::uint32_t value = 0;

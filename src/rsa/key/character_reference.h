@@ -5,9 +5,9 @@
 
 namespace pavonix {
 
-// Appends what the reference stands for, in UTF-8. `reference` points at the
-// '&'; one that means nothing (unknown, without ';', beyond U+10FFFF, a
-// surrogate) appends just that '&'. Answers the position behind what was taken.
+// Appends the referenced character in UTF-8. `reference` points at the '&'. An invalid
+// reference (unknown, without ';', beyond U+10FFFF, a surrogate) appends just the '&'.
+// Returns the position after the characters read.
 const char *AppendReference(const char *reference, StringBuffer *content);
 
 } // namespace pavonix

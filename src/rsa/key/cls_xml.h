@@ -1,4 +1,4 @@
-// An XML document, read from a text and asked for the contents of its elements.
+// An XML document, parsed from a text, and access to the contents of its elements.
 #pragma once
 
 #include "rsa/key/tree_node.h"
@@ -10,16 +10,15 @@ namespace pavonix {
 
 class ClsXml {
 public:
-    // Replaces the document by the one that the zero-terminated text holds. The
-    // reading is forgiving: it never fails on odd text, and what stands before
-    // the oddity is kept. False, and no document, when there is no root element,
-    // for a null text and for want of memory.
-    bool LoadXml(const char *text);
+    // Replaces the document by the one in the zero-terminated text. Parsing is lenient:
+    // malformed text does not fail, and everything before it is kept. False, and no
+    // document, for a null text, without a root element, and when memory runs out.
+    [[nodiscard]] bool LoadXml(const char *text);
 
-    // Stores the text content of the root's first direct child with the tag, case
-    // counting, in `content`. False, and `content` empty, when there is no root or
-    // no such child.
-    bool GetChildContent(const char *tag, StringBuffer *content) const;
+    // Stores the text content of the root's first direct child with this tag
+    // (case-sensitive) in `content`. False, with `content` empty, when there is no root
+    // or no such child.
+    [[nodiscard]] bool GetChildContent(const char *tag, StringBuffer *content) const;
 
 private:
     std::unique_ptr<TreeNode> root_;

@@ -29,10 +29,10 @@ class KeyReader {
 public:
     KeyReader(const char *xml, RsaKey *key, bool verbose, LogBase &log) : key_(key), verbose_(verbose), log_(log)
     {
-        xml_.LoadXml(xml); // a text without a root has no modulus either
+        (void)xml_.LoadXml(xml); // without a root element there is no modulus either
     }
 
-    // False after logging why. `*present` tells whether the part was there.
+    // False, with the reason logged, on failure. `*present`: whether the part exists.
     bool Read(const KeyPart &part, bool *present);
     bool Read(const KeyPart &part)
     {
@@ -52,7 +52,7 @@ private:
 
 bool KeyReader::Read(const KeyPart &part, bool *present)
 {
-    // A content that got no memory is there, but cannot be read.
+    // A content for which memory ran out exists, but cannot be read.
     *present = xml_.GetChildContent(part.element, &content_) && (content_.length() > 0 || !content_.complete());
     if (!*present) {
         if (part.missing != nullptr) {

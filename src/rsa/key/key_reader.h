@@ -14,10 +14,9 @@ namespace pavonix {
 //     P                       makes the key a private one
 //     Q, DP, DQ, InverseQ, D  read only beside P; each may be missing
 //
-// An element that is there but cannot be read fails the import; the log then
-// names it. Whether the parts belong together is not tested. `key` is not
-// cleared first: a part without an element keeps what it was, and a failure
-// leaves what was read before it. `verbose` logs the parts' bit counts, and the
+// An element that cannot be read fails the import, and the log names it. Whether the
+// parts belong together is not tested. `key` is not cleared first: a part without an
+// element keeps its value, and a failure keeps what was read before it. `verbose` logs the parts' bit counts, and the
 // modulus itself.
 [[nodiscard]] bool ReadKey(const char *xml, RsaKey *key, bool verbose, LogBase &log);
 

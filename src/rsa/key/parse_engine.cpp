@@ -24,7 +24,7 @@ bool BeginsWith(const char *text, const char *prefix)
     return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
 }
 
-// The first `text` at or behind `from`, or the end of the document.
+// The first `text` at or after `from`, or the end of the document.
 const char *Find(const char *from, const char *text)
 {
     const char *found = std::strstr(from, text);
@@ -107,11 +107,13 @@ void ParseEngine::ReadStartTag()
 void ParseEngine::ReadEndTag()
 {
     at_ += std::strcspn(at_, ">");
-    at_ += *at_ != 0 ? 1 : 0;
+    if (*at_ != 0) {
+        ++at_;
+    }
     Close();
 }
 
-// Goes to the '>' that ends the tag, or to the end of the document.
+// Moves to the '>' that ends the tag, or to the end of the document.
 void ParseEngine::SkipAttributes()
 {
     at_ += std::strcspn(at_, "\"'>");
@@ -125,11 +127,13 @@ void ParseEngine::SkipQuoted()
 {
     const char quote[2] = {*at_++, 0};
     at_ += std::strcspn(at_, quote);
-    at_ += *at_ != 0 ? 1 : 0;
+    if (*at_ != 0) {
+        ++at_;
+    }
 }
 
-// A document type may hold declarations in tags of their own, and these quoted
-// texts and comments with any character.
+// A document type may contain declarations, and these may contain quoted texts and
+// comments with any character.
 void ParseEngine::SkipDocumentType()
 {
     int depth = 0;
@@ -183,7 +187,7 @@ void ParseEngine::Close()
     }
 }
 
-// For want of memory: a tree with holes would pass for another document.
+// When memory runs out: an incomplete tree would look like another document.
 void ParseEngine::GiveUp()
 {
     root_.reset();

@@ -1,4 +1,4 @@
-// Reads an XML text into a tree of elements.
+// Parses an XML text into a tree of elements.
 #pragma once
 
 #include "rsa/key/tree_node.h"
@@ -7,21 +7,21 @@
 
 namespace pavonix {
 
-// Forgiving, without recursion and in linear time. Attributes, comments,
+// Lenient, without recursion and in linear time. Attributes, comments,
 // processing instructions and the document type are skipped; CDATA sections,
 // the five named and all numeric character references count as text; every line
-// end, however it is written, is one line feed. What is not well formed is taken
-// as follows: an end tag closes the innermost open element whatever its name; an
-// element that is never closed ends with the text; a tag that is never closed is
-// none; a reference that means nothing, and a '<' that opens nothing, stand for
-// themselves. Reading ends with the root element.
+// end (CR, LF or CR LF) becomes one line feed. Text that is not well formed is read as
+// follows: an end tag closes the innermost open element whatever its name; an element
+// that is never closed ends with the text; a tag without '>' is ignored; an invalid
+// reference and a '<' that opens no markup are ordinary characters. Parsing ends with
+// the root element.
 class ParseEngine {
 public:
-    // `text` is zero-terminated UTF-8 (bytes above 127 are not looked into) and
-    // must outlive the engine.
+    // `text` is zero-terminated UTF-8 (not validated) and must outlive the
+    // engine.
     explicit ParseEngine(const char *text) : at_(text) {}
 
-    // The root element; null when there is none and for want of memory.
+    // The root element; null when there is none or memory runs out.
     std::unique_ptr<TreeNode> Parse();
 
 private:

@@ -8,8 +8,8 @@
 
 namespace pavonix {
 
-// A node owns its children. Nothing here recurses: documents nest as deep as
-// their authors like, and the device's stack is small.
+// A node owns its children. Nothing here recurses: a document can nest deeply, and the
+// device's stack is small.
 class TreeNode : public ZentorpObject {
 public:
     TreeNode() = default;

@@ -14,12 +14,12 @@ public:
     ClsBase &operator=(const ClsBase &) = delete;
 
     LogBase &log() { return log_; }
-    bool lastMethodSuccess() const { return lastMethodSuccess_; } // for callers other than the shop, as log() is
+    bool lastMethodSuccess() const { return lastMethodSuccess_; } // like log(), not used by the three calls
     // What the last public operation logged, as plain text; replaces `text`.
     void GetLastErrorText(StringBuffer *text) { log_.getLogText(text); }
 
     // The first act of a public operation: the log then describes this operation
-    // alone, and a long-lived process does not grow. Answers the log.
+    // alone, and a long-lived process does not grow. Returns the log.
     LogBase &StartMethod()
     {
         log_.clear();
@@ -27,11 +27,15 @@ public:
         return log_;
     }
     // The last entry of a public operation, "Success." or "Failed.", inside its
-    // context. Answers `success`.
+    // context. Returns `success`.
     bool RecordResult(bool success)
     {
         lastMethodSuccess_ = success;
-        success ? log_.logInfo("Success.") : log_.logError("Failed.");
+        if (success) {
+            log_.logInfo("Success.");
+        } else {
+            log_.logError("Failed.");
+        }
         return success;
     }
 

@@ -1,4 +1,4 @@
-// The engine's diagnostic log as everybody who logs sees it.
+// The interface of the engine's diagnostic log.
 #pragma once
 
 #include "platform/wide_char.h"
@@ -8,12 +8,11 @@
 
 namespace pavonix {
 
-// Logging never fails what is being logged: a missing text or an empty tag is
-// ignored, an entry that gets no memory is dropped, and every operation but
-// saveText answers true. In this base every operation does nothing.
-// A tag is trimmed, and its spaces become "_". The order of the declarations is
-// that of the virtual slots and is part of the interface, of which the shop needs
-// the entries with texts and numbers, the contexts and the plain text alone.
+// Logging never makes an operation fail: a null text or an empty tag is ignored, an
+// entry for which memory runs out is dropped, and every operation but saveText returns
+// true. In this base every operation does nothing. A tag is trimmed, and its spaces
+// become "_". Declaration order fixes the vtable layout and is part of the interface. The
+// shop uses only text and number entries, contexts and the plain text.
 class LogBase {
 public:
     LogBase() = default;
@@ -32,8 +31,8 @@ public:
     virtual bool logRaw(const char *) { return true; }
     virtual bool clear() { return true; }
 
-    // Every enterContext with a tag is answered by one leaveContext, whether or
-    // not there was memory for the context; LogContext sees to that.
+    // Every enterContext with a tag needs one leaveContext, even if memory for the
+    // context ran out. Use LogContext.
     virtual bool enterContext(const char *) { return true; }
     virtual bool leaveContext() { return true; }
 
@@ -44,22 +43,21 @@ public:
     virtual bool logDataValue(const char *, const void *, std::uint32_t) { return true; }
     // As "0x%x".
     virtual bool logHex(const char *, std::uint32_t) { return true; }
-    // False for a log that discards everything, so that a caller can spare
-    // itself the making of a costly entry.
+    // False for a log that discards everything, so that a caller can skip building an
+    // expensive entry.
     virtual bool keepsEntries() const { return true; }
     // The system's millisecond tick count, as "%x".
     virtual bool logTickCount(const char *) { return true; }
 
     // Writes the plain text into the file, replacing it; false when that failed.
-    virtual bool saveText(const WideChar *) { return true; }
+    [[nodiscard]] virtual bool saveText(const WideChar *) { return true; }
 
     // A size in bytes; no virtual slot of its own.
     void logSize(const char *tag, std::uint32_t size) { logDataLong(tag, static_cast<std::int32_t>(size)); }
 };
 
-// The log for callers that want none: it discards every entry, and its renderings
-// are empty. It has no lock. Part of the component's surface; the shop never asks
-// for it.
+// A log that discards every entry and renders as the empty text. It has no lock. Not
+// used by the three calls.
 class LogNull : public LogBase {
 public:
     bool getLogText(StringBuffer *rendered) override { return Empty(rendered); }
@@ -78,8 +76,8 @@ private:
 // A further log of the component, which keeps nothing. Nothing in the library makes one.
 class ErrorLog : public LogBase {};
 
-// A context of the log that is left on every path out of the scope. `tag` must
-// not be blank: a blank tag opens nothing that could be left.
+// A context of the log that is left on every path out of the scope. `tag` must not be
+// blank: a blank tag opens no context.
 class LogContext {
 public:
     LogContext(LogBase &log, const char *tag) : log_(log) { log_.enterContext(tag); }

@@ -19,7 +19,7 @@ LogEntry2::~LogEntry2()
         if (entry->childCount_ > 0) {
             entry = entry->children_[--entry->childCount_];
         } else if (entry != this) {
-            LogEntry2 *done = entry; // childless by now: its destructor does not come here again
+            LogEntry2 *done = entry; // has no children any more: its destructor does not recurse
             entry = entry->parent_;
             delete done;
         } else {

@@ -1,4 +1,5 @@
-// One node of the log's tree.
+// One node of the log's tree. The 2 is part of the interface's name; there is no
+// LogEntry.
 #pragma once
 
 #include "rsa/text/string_buffer.h"
@@ -30,7 +31,7 @@ public:
     StringBuffer &content() { return content_; }
     const StringBuffer &content() const { return content_; }
 
-    // Takes the child over when it answers true; false when there is no memory.
+    // Takes ownership of the child if it returns true; false when memory runs out.
     [[nodiscard]] bool AddChild(LogEntry2 *child);
 
     // Null where there is none. nextSibling is the entry added to the parent

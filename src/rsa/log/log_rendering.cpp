@@ -6,8 +6,8 @@ namespace pavonix {
 
 namespace {
 
-// One form of the log, told of each entry in reading order. Leaf covers every
-// kind but the context.
+// One rendering of the log, called for each entry in reading order. Leaf handles every
+// kind but contexts.
 class LogForm {
 public:
     explicit LogForm(StringBuffer *out) : out_(*out) {}
@@ -22,8 +22,8 @@ protected:
     StringBuffer &out_;
 };
 
-// Closes `entry` and every context that ends with it; answers the entry that
-// follows, null behind `top`.
+// Closes `entry` and every context that ends with it. Returns the entry that follows,
+// null after `top`.
 const LogEntry2 *Close(const LogEntry2 *entry, const LogEntry2 &top, std::uint32_t *depth, LogForm *form)
 {
     for (;;) {
@@ -41,7 +41,7 @@ const LogEntry2 *Close(const LogEntry2 *entry, const LogEntry2 &top, std::uint32
     }
 }
 
-// Depth first without recursion: the way up leads through the parents.
+// Depth first without recursion: returns through the parents.
 void Walk(const LogEntry2 &top, LogForm *form)
 {
     std::uint32_t depth = 0;

@@ -1,4 +1,4 @@
-// The readable forms of the log's tree.
+// The renderings of the log's tree.
 #pragma once
 
 #include "rsa/log/log_entry2.h"
@@ -6,14 +6,14 @@
 
 namespace pavonix {
 
-// Each appends an entry with all that is below it; lines end in CR LF. None of
-// them needs stack in proportion to the depth of the tree.
+// Each appends an entry and everything below it; lines end in CR LF. The stack they need
+// does not depend on the depth of the tree.
 
 // Indented by two spaces a level.
 void RenderText(const LogEntry2 &entry, StringBuffer *text);
 // Contexts as block quotes; contents are escaped.
 void RenderHtml(const LogEntry2 &entry, StringBuffer *html);
-// Tags as elements; contents that hold markup or controls go into CDATA.
+// Tags become elements; contents with markup or control characters go into CDATA.
 void RenderXml(const LogEntry2 &entry, StringBuffer *xml);
 
 } // namespace pavonix

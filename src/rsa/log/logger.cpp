@@ -13,8 +13,7 @@ namespace {
 constexpr char kRootTag[] = "ZentorpLog";
 constexpr char kMissing[] = "(NULL)";
 
-// Decided without memory: a tag that is there but could not be copied is a lost
-// entry, not an empty tag.
+// Needs no memory: a tag that could not be copied is a lost entry, not an empty tag.
 bool IsBlankTag(const char *tag)
 {
     while (tag != nullptr && (*tag == ' ' || *tag == '\t' || *tag == '\n' || *tag == '\r')) {
@@ -23,7 +22,7 @@ bool IsBlankTag(const char *tag)
     return tag == nullptr || *tag == 0;
 }
 
-// Null for a blank tag and when there is no memory.
+// Null for a blank tag and when memory runs out.
 std::unique_ptr<LogEntry2> MakeTagged(LogEntryKind kind, const char *tag)
 {
     std::unique_ptr<LogEntry2> entry(IsBlankTag(tag) ? nullptr : AllocateObject<LogEntry2>(kind));
@@ -137,8 +136,8 @@ bool Logger::leaveContext()
     return true;
 }
 
-// The tag is made ready by MakeTagged before the lock is taken; `makeContent`
-// writes into the entry under it.
+// MakeTagged prepares the tag before the lock is taken; `makeContent` writes into the
+// entry under the lock.
 template <typename MakeContent>
 bool Logger::LogTagged(const char *tag, MakeContent makeContent)
 {
@@ -217,7 +216,7 @@ bool Logger::saveText(const WideChar *path)
     if (!text.complete()) {
         return false;
     }
-    platform::RemoveFile(path); // streams only append
+    (void)platform::RemoveFile(path); // streams only append
     platform::Stream *file = platform::OpenStream(path, platform::StreamMode::kAppend);
     if (file == nullptr) {
         return false;

@@ -44,10 +44,10 @@ private:
     bool Render(Rendering rendering, StringBuffer *rendered);
 
     ZentorpCritSec section_;
-    Entry root_; // null when there was no memory for it
+    Entry root_; // null when memory for it ran out
     LogEntry2 *current_ = nullptr;
-    // Contexts entered but not in the tree, for want of memory. They are the
-    // innermost ones: while there are any, a further context joins them.
+    // Contexts entered but not in the tree because memory ran out. They are the innermost
+    // ones: while there are any, a further context is added to them.
     std::uint32_t lostContexts_ = 0;
 };
 

@@ -87,9 +87,9 @@ void R250::FillFromRand()
     }
 }
 
-// The bits of one place in all words form a register of their own. A staircase
-// of ones with zeros above it makes the 32 registers linearly independent, and
-// none of them all zero: no bit can be stuck or repeat another.
+// The bits at one position of all words form a register of their own. A staircase of
+// ones with zeros above it makes the 32 registers linearly independent and none of them
+// zero: no bit can be stuck or repeat another.
 void R250::MakeIndependent()
 {
     for (unsigned i = 0; i < 32; ++i) {
@@ -106,7 +106,7 @@ std::uint32_t R250::Step()
     return word;
 }
 
-// What a word has beyond the count is dropped, never kept for the next request.
+// Surplus bytes of the last word are dropped, not kept for the next request.
 bool R250::AppendWords(std::uint32_t count, bool allowZero, DataBuffer *output)
 {
     if (!seeded_) {
@@ -119,7 +119,7 @@ bool R250::AppendWords(std::uint32_t count, bool allowZero, DataBuffer *output)
         output->Clear();
         return false;
     }
-    // Exactly the room needed: an append of its own would take thousands of bytes.
+    // The exact size: a plain append would reserve thousands of bytes.
     if (!output->EnsureCapacity(output->length() + count)) {
         return false;
     }

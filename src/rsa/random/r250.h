@@ -15,11 +15,11 @@ public:
 
     bool seeded() const { return seeded_; }
     // Fills the state from the system's cryptographic provider, or from the C
-    // library's rand, seeded with the tick count, when the provider fails.
+    // library's rand, seeded with the tick count, if the provider fails.
     void Seed();
 
-    // Append exactly `count` bytes; of AppendNonZeroBytes none is 0. False when
-    // there was no memory: the output is then empty.
+    // Append exactly `count` bytes; those of AppendNonZeroBytes are never 0. False when
+    // memory runs out: the output is then empty.
     [[nodiscard]] bool AppendBytes(std::uint32_t count, DataBuffer *output);
     [[nodiscard]] bool AppendNonZeroBytes(std::uint32_t count, DataBuffer *output);
 
@@ -42,8 +42,8 @@ private:
 // The one generator of the process. It has no lock: callers hold the component's.
 R250 &SharedR250();
 
-// An object whose birth makes sure that the process-wide generator is seeded; the
-// generator needs no instance. Part of the component's surface; the shop has none.
+// Constructing one seeds the process-wide generator if that has not happened yet. Not
+// used by the three calls: the generator seeds itself.
 class ZentorpRand {
 public:
     ZentorpRand();

@@ -1,4 +1,4 @@
-// The one way the library asks for memory: null instead of an exception.
+// The only way the library allocates memory: null instead of an exception.
 #pragma once
 
 #include <cstddef>
@@ -7,14 +7,14 @@
 namespace pavonix {
 
 // An uninitialised array of `count` elements, released with delete[]; null when
-// there is no memory.
+// memory runs out.
 template <typename T>
 [[nodiscard]] T *AllocateArray(std::size_t count)
 {
     return new (std::nothrow) T[count];
 }
 
-// One object; null when there is no memory.
+// One object; null when memory runs out.
 template <typename T, typename... Arguments>
 [[nodiscard]] T *AllocateObject(Arguments &&...arguments)
 {

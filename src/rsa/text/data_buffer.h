@@ -12,10 +12,10 @@ namespace pavonix {
 // Bytes that somebody else owns; a null pointer only with a size of 0.
 using ByteSpan = std::span<const std::uint8_t>;
 
-// Lengths and capacities are unsigned 32-bit byte counts. An operation that
-// needs memory answers false when there is none, and the buffer is then empty:
-// a failed growth loses the content. Bytes appended must not lie in the buffer.
-// The buffer may hold a key: its own bytes are wiped when they are cleared or freed.
+// Lengths and capacities are unsigned 32-bit byte counts. An operation
+// returns false when memory runs out, and the buffer is then empty: a failed growth
+// loses the content. Appended bytes must not be part of the buffer. The buffer may hold
+// a key: its own bytes are wiped when they are cleared or freed.
 class DataBuffer : public ZentorpObject {
 public:
     DataBuffer() = default;
@@ -25,16 +25,16 @@ public:
     [[nodiscard]] bool AppendFill(std::uint8_t byte, std::uint32_t count);
     // A null pointer or a count of 0 appends nothing and succeeds.
     [[nodiscard]] bool Append(const void *bytes, std::uint32_t count);
-    // Grows to exactly `capacity` bytes when the capacity is below that; answers
-    // whether the buffer now has data.
+    // Grows to exactly `capacity` bytes if the capacity is below that; returns whether
+    // the buffer has data now.
     [[nodiscard]] bool EnsureCapacity(std::uint32_t capacity);
 
     // Keeps the allocation.
     void Clear();
     // Adopts a block made by AllocateArray<std::uint8_t>(size).
     void TakeOver(std::uint8_t *block, std::uint32_t size);
-    // Looks at bytes that belong to someone else, who frees and wipes them. Part of
-    // the component's surface; the shop never borrows.
+    // Refers to bytes that the caller keeps, wipes and frees. Not used by the three
+    // calls.
     void Borrow(std::uint8_t *bytes, std::uint32_t size);
     // Hands the block to the caller, who releases it with delete[].
     [[nodiscard]] std::uint8_t *Detach();

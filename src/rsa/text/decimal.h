@@ -1,5 +1,5 @@
 // Integers to decimal text and back, the same on every flavour: the C library's
-// own conversions differ in what they make of numbers beyond 32 bits.
+// own conversions differ for numbers beyond 32 bits.
 #pragma once
 
 #include <cstdint>
@@ -21,8 +21,8 @@ private:
     char *start_;
 };
 
-// What atoi and a "%d" scan read: white space skipped, one sign, digits up to
-// the first non-digit; 0 when there are none. A number beyond 32 bits becomes
+// Reads a number as atoi and a "%d" scan do: skips white space, takes one sign and the
+// digits up to the first non-digit; 0 when there are none. A number beyond 32 bits becomes
 // the nearest 32-bit one.
 std::int32_t ParseDecimal(const char *text);
 

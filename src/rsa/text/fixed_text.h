@@ -1,4 +1,4 @@
-// A zero-terminated text in a buffer of fixed size, born zero-filled.
+// A zero-terminated text in a zero-filled buffer of fixed size.
 #pragma once
 
 #include "rsa/text/decimal.h"

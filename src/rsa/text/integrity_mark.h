@@ -1,5 +1,5 @@
-// The one-byte mark that every buffer carries and every buffer operation checks,
-// so that a destroyed or overwritten buffer is never used silently.
+// The one-byte mark that every buffer has and every buffer operation checks, so that a
+// destroyed or overwritten buffer is never used unnoticed.
 #pragma once
 
 #include <cstdint>

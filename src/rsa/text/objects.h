@@ -1,5 +1,5 @@
-// The common bases: they give every class of the engine and of its facade a
-// virtual destructor.
+// The common bases of the engine (Zentorp) and of its facade (Zt, its abbreviation): they
+// give every class a virtual destructor.
 #pragma once
 
 namespace pavonix {
@@ -12,7 +12,7 @@ public:
     ZentorpObject &operator=(const ZentorpObject &) = delete;
 };
 
-// The facade's: unlike the engine's objects some of these can be copied.
+// Unlike the engine's objects, some of the facade's can be copied.
 class ZtObject {
 public:
     ZtObject() = default;

@@ -8,10 +8,10 @@
 
 namespace pavonix {
 
-// Lengths and capacities are signed 32-bit byte counts. When there is no memory
-// for an append, the append is dropped, the old content stays, and complete()
-// turns false until the next Clear. Arguments may point into the buffer itself.
-// The text may be a key: characters are wiped when they are dropped or freed.
+// Lengths and capacities are signed 32-bit byte counts. When memory runs
+// out, the append is dropped, the old content stays, and complete() is false until the
+// next Clear. Arguments may point into the buffer itself. The text may be a key:
+// characters are wiped when they are dropped or freed.
 class StringBuffer : public ZentorpObject {
 public:
     StringBuffer();
@@ -28,10 +28,10 @@ public:
 
     const char *c_str() const;
     std::int32_t length() const;
-    std::int32_t capacity() const { return mark_.Check(), capacity_; }
-    std::int32_t increment() const { return mark_.Check(), increment_; }
+    std::int32_t capacity() const;
+    std::int32_t increment() const; // growth beyond what an append needs, in bytes
     // False when an append was dropped since construction or the last Clear.
-    bool complete() const { return mark_.Check(), !incomplete_; }
+    bool complete() const;
 
     bool BeginsWith(const char *prefix) const;
     bool Contains(const char *text) const;
@@ -40,10 +40,10 @@ public:
     void Trim();    // spaces, tabs, line feeds and carriage returns at both ends
     void ToLower(); // ASCII letters
 
-    // Part of the component's surface; the shop never calls these.
+    // Not used by the three calls.
     bool EndsWith(const char *suffix) const;
     bool ContainsChar(char character) const;
-    // Gives back what exceeds the length by more than the terminator and slack.
+    // Frees capacity beyond the text and its terminator if more than four bytes are unused.
     void Shrink();
 
 private:

@@ -1,4 +1,4 @@
-// Overwrites what held a secret before its memory is given away.
+// Overwrites memory that held a secret before it is freed or reused.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ inline void Wipe(void *bytes, std::size_t count)
 {
     if (count != 0) {
         std::memset(bytes, 0, count);
-        // the compiler must take the zeros for read, or it would drop the store to memory that is about to be freed
+        // the compiler must assume that the zeros are read, or it would drop the store to memory about to be freed
         asm volatile("" : : "r"(bytes) : "memory");
     }
 }

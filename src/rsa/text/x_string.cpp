@@ -24,7 +24,7 @@ bool SetWide(DataBuffer *wide, const void *units, std::uint32_t byteCount)
 
 XString::XString()
 {
-    // A DataBuffer's slack is thousands of bytes; most strings never need it here.
+    // The exact size: a DataBuffer's slack is thousands of bytes, which most strings never need.
     (void)SetWide(&utf16_, nullptr, 0);
 }
 
@@ -91,7 +91,7 @@ void XString::AppendUtf8N(const char *bytes, std::int32_t count)
         return;
     }
     GetUtf8();
-    lost_ |= utf8Valid_ ? 0 : 1; // what stood here could not be converted
+    lost_ |= utf8Valid_ ? 0 : 1; // the old text could not be converted
     KeepOnly(&utf8Valid_);
     AppendTo(&utf8_, bytes, count);
 }
@@ -120,7 +120,7 @@ void XString::CopyFrom(const XString &other)
         return;
     }
     Clear();
-    if (other.utf16Valid_) { // first: it alone lacks no character
+    if (other.utf16Valid_) { // first: the ANSI form may lack characters
         SetFromUtf16(other.GetUtf16());
     } else if (other.ansiValid_) {
         AppendAnsiN(other.ansi_.c_str(), other.ansi_.length());
@@ -153,7 +153,7 @@ bool XString::MakeWide() const
     return utf16Valid_;
 }
 
-// Nothing is appended without memory.
+// Appends nothing when memory runs out.
 void XString::ConvertTo(std::uint32_t codePage, StringBuffer *narrow) const
 {
     const WideChar *wide = GetUtf16();

@@ -1,5 +1,5 @@
-// A text that keeps up to three representations (UTF-16, ANSI, UTF-8) and makes
-// the missing ones when they are asked for.
+// A text that keeps up to three representations (UTF-16, ANSI, UTF-8) and makes the
+// missing ones on demand.
 #pragma once
 
 #include "platform/wide_char.h"
@@ -11,9 +11,10 @@
 
 namespace pavonix {
 
-// At least one representation is valid at any time, and all valid ones hold the
-// same text. A conversion that gets no memory yields the empty text and is tried
-// again at the next request.
+// At least one representation is valid at any time, and all valid ones hold the same
+// text; only the ANSI form may have '?' for characters that its code page lacks. When
+// memory for a conversion runs out, its result is the empty text, and the next request
+// tries again.
 class XString : public ZentorpObject {
 public:
     XString();
@@ -27,7 +28,7 @@ public:
     void AppendAnsi(const char *text);
     void AppendAnsiN(const char *bytes, std::int32_t count);
     void Clear();
-    // Copies one valid representation, without conversion.
+    // Copies one valid representation without conversion, UTF-16 first.
     void CopyFrom(const XString &other);
 
     // Valid until the next operation that changes the text.
@@ -37,7 +38,7 @@ public:
     // UTF-16 units before the terminator.
     std::int32_t LengthUtf16() const;
     bool isEmpty() const;
-    // False when text was lost for want of memory since the last set or clear.
+    // False when text was lost because memory ran out since the last set or clear.
     bool complete() const { return lost_ == 0; }
     void MarkIncomplete() { lost_ = 1; }
 
@@ -49,7 +50,7 @@ private:
     bool MakeWide() const;
 
     std::uint32_t lost_ = 0; // 1 when text was lost
-    // Representations are made on demand behind const getters.
+    // Const getters make representations on demand.
     mutable bool utf16Valid_ = true;
     mutable bool ansiValid_ = true;
     mutable bool utf8Valid_ = true;

@@ -8,13 +8,13 @@
 
 namespace pavonix {
 
-// Grows by the rules of DataBuffer; an append that gets no memory leaves the
-// holder empty.
+// Grows by the rules of DataBuffer. When memory for an append runs out, the holder is
+// empty.
 class ZtByteData : public ZtObject {
 public:
     void Clear() { bytes_.Clear(); } // keeps the allocation
-    bool Append(const void *bytes, std::uint32_t count) { return bytes_.Append(bytes, count); }
-    bool AppendByte(std::uint32_t value) { return bytes_.AppendByte(static_cast<std::uint8_t>(value)); }
+    [[nodiscard]] bool Append(const void *bytes, std::uint32_t count) { return bytes_.Append(bytes, count); }
+    [[nodiscard]] bool AppendByte(std::uint32_t value) { return bytes_.AppendByte(static_cast<std::uint8_t>(value)); }
     // The caller owns the block and releases it with delete[].
     [[nodiscard]] std::uint8_t *Detach() { return bytes_.Detach(); }
 

@@ -1,5 +1,4 @@
-// The facade's string: the form in which the shop code and the HTTP client hold
-// texts.
+// The facade's string, used by the shop code and the HTTP client.
 #pragma once
 
 #include "rsa/text/x_string.h"
@@ -10,7 +9,7 @@
 namespace pavonix {
 
 // Its 8-bit characters are in the ANSI code page unless put_Utf8(true) was
-// called. What gets no memory is dropped; complete() tells.
+// called. When memory runs out, text is dropped and complete() is false.
 class ZtString : public ZtObject {
 public:
     ZtString() = default;
@@ -32,7 +31,7 @@ public:
     bool isEmpty() const { return text_.isEmpty(); }
     bool complete() const { return text_.complete(); }
 
-    // The engine's operations write their texts here.
+    // The engine's operations write their results here.
     XString &text() { return text_; }
     const XString &text() const { return text_; }
 

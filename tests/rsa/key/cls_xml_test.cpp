@@ -57,7 +57,7 @@ TEST(ClsXml, HostileDocuments)
     };
     for (const auto &row : rows) {
         ClsXml xml;
-        xml.LoadXml(row.text.c_str());
+        (void)xml.LoadXml(row.text.c_str());
         EXPECT_TRUE(OwnContent(xml, "P") == row.content) << row.text.substr(0, 60);
     }
 }

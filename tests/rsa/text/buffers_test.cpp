@@ -151,8 +151,8 @@ TEST(DataBuffer, OwnsBorrowsAndHandsOver)
         EXPECT_EQ(outside[0], 1) << "what was borrowed is not ours to wipe";
 
         ZtByteData holder;
-        holder.Append("xyz", 3);
-        holder.AppendByte(0x141);
+        ASSERT_TRUE(holder.Append("xyz", 3));
+        ASSERT_TRUE(holder.AppendByte(0x141));
         EXPECT_EQ(holder.length(), 4u);
         const std::unique_ptr<std::uint8_t[]> detached(holder.Detach());
         EXPECT_EQ(std::string(detached.get(), detached.get() + 4), "xyzA");

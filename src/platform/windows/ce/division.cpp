@@ -39,7 +39,7 @@ inline std::uint32_t Magnitude(std::int32_t value)
     return value < 0 ? 0u - static_cast<std::uint32_t>(value) : static_cast<std::uint32_t>(value);
 }
 
-// First result register low, second high: how two registers are answered.
+// Two result registers: the first is the low word, the second the high one.
 inline std::uint64_t Pair(std::uint32_t first, std::uint32_t second)
 {
     return std::uint64_t{second} << 32 | first;
@@ -80,8 +80,7 @@ std::int32_t __aeabi_idiv(std::int32_t dividend, std::int32_t divisor)
     return result.quotient;
 }
 
-// Four result registers, quotient in r0 and r1, remainder in r2 and r3: no C++
-// function can answer so.
+// Quotient in r0 and r1, remainder in r2 and r3: no C++ function can return that.
 [[gnu::naked]] void __aeabi_uldivmod()
 {
     asm("stmfd sp!, {r4, lr}\n\t"

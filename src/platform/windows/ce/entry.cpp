@@ -18,7 +18,7 @@ extern "C" {
 extern const Routine __CTOR_LIST__[];
 extern const Routine __DTOR_LIST__[];
 
-// The DLL's entry. Threads come and go unnoticed.
+// The DLL's entry point; it ignores threads.
 int _DllMainCRTStartup(void *, std::uint32_t reason, void *)
 {
     if (reason == kProcessAttach) {
@@ -26,7 +26,7 @@ int _DllMainCRTStartup(void *, std::uint32_t reason, void *)
         while (__CTOR_LIST__[count + 1] != nullptr) {
             ++count;
         }
-        // the list stands in reverse, so that destruction can walk its twin forward
+        // the list is in reverse order, so that the destructors' list can be walked forward
         for (; count > 0; --count) {
             __CTOR_LIST__[count]();
         }

@@ -25,8 +25,8 @@ struct FILETIME {
     DWORD dwHighDateTime;
 };
 
-// Not the desktop's layout: an object id stands where that has two reserved
-// fields, and there is no short name at the end.
+// Not the desktop's layout: it has an object id instead of two reserved fields, and no
+// short name at the end.
 struct WIN32_FIND_DATAW {
     DWORD dwFileAttributes;
     FILETIME ftCreationTime;
@@ -119,8 +119,7 @@ int setsockopt(SOCKET socket, int level, int option, const char *value, int leng
 
 namespace pavonix::platform {
 
-// There is no opening with a sharing mode here; streams are shared as the
-// system has it.
+// There is no way to open a stream with a sharing mode; the system's default applies.
 inline std::FILE *OpenShared(const wchar_t *path, const wchar_t *mode)
 {
     return _wfopen(path, mode);
