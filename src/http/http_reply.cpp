@@ -17,7 +17,7 @@ const char *HttpConnection::ReceiveHead()
     char area[kFirstReception + 1] = {};
     // The byte count is not kept: what did not arrive counts as zeros from here on.
     platform::ReceiveSocket(socket_, area, kFirstReception);
-    // Without a blank line this comes to 2, and the reply has a head of two bytes.
+    static_assert(kFindAbsent + 4 == kHeadLengthWithoutEnd); // so the reply has a head of two bytes then
     const std::int32_t headLength = FindText(area, "\r\n\r\n", 0) + 4;
     head_.AppendN(area, headLength);
     headLength_ = static_cast<std::uint32_t>(headLength);

@@ -53,7 +53,7 @@ constexpr FaultText TextOf(HeadFault fault)
     case HeadFault::kTooLong:
         return {"head-too-long", "The head, from status line to blank line, is longer than 1024 bytes."};
     case HeadFault::kInPieces:
-        return {"head-in-pieces", "The head did not arrive at once."};
+        return {"head-in-pieces", "The first bytes to arrive do not hold the whole head."};
     case HeadFault::kWithoutEnd:
         break;
     }

@@ -1,7 +1,7 @@
 // The two catalogue downloads and the flow that they share.
 #include "pavonix/pavonix.h"
+#include "platform/export.h"
 #include "platform/wide_char.h"
-#include "shop/export.h"
 #include "shop/shop_call.h"
 #include "store/body_writer.h"
 #include "store/target_path.h"

@@ -1,7 +1,7 @@
 #include "http/reply_text.h"
 #include "pavonix/pavonix.h"
 #include "platform/code_pages.h"
-#include "shop/export.h"
+#include "platform/export.h"
 #include "shop/shop_call.h"
 
 #include <cstddef>

@@ -40,7 +40,8 @@ bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 
 std::int32_t ReplyStatus(const HttpConnection &connection)
 {
-    PAVONIX_TRACE_HOOK(TellReply(connection));
+    PAVONIX_TRACE_HOOK(
+        TellReply(connection.GetHeadBuffer(), connection.GetHeadLength(), connection.GetContentLength()));
     FixedText<kFirstReception + 1> copy;
     const ZtString head = connection.GetHead();
     copy.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));

@@ -2,7 +2,7 @@
 // other names, with their arguments and their answers told.
 #include "pavonix/pavonix.h"
 #include "platform/clock.h"
-#include "shop/export.h"
+#include "platform/export.h"
 #include "trace/call_state.h"
 #include "trace/line.h"
 

@@ -16,7 +16,11 @@ void TellOutcome(const char *what, const WideChar *path, const char *outcome)
     const std::uint32_t error = outcome == nullptr ? LastSystemError() : 0;
     Line line(what);
     line.Wide(path, kLongestPath);
-    outcome != nullptr ? line.Text(": ").Text(outcome) : line.Text(": failed, system error ").Number(error);
+    if (outcome != nullptr) {
+        line.Text(": ").Text(outcome);
+    } else {
+        line.Text(": failed, system error ").Number(error);
+    }
 }
 
 } // namespace

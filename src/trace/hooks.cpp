@@ -1,8 +1,6 @@
 #include "trace/hooks.h"
 
-#include "http/http_connection.h"
-#include "profile/device_profile.h"
-#include "rsa/cipher/zt_rsa.h"
+#include "http/reply_facts.h"
 #include "trace/call_state.h"
 #include "trace/line.h"
 
@@ -12,62 +10,38 @@ namespace pavonix::trace {
 
 namespace {
 
-void TellLength(Line *line, const char *name, const ZtString &value)
-{
-    line->Text(name).Number(value.length()).Text(" characters");
-}
-
-// Why a first reception has no head, in the order in which one can be sure.
-const char *WhyNoHead(std::string_view received)
-{
-    if (received.empty()) {
-        return "there was no reply";
-    }
-    if (received[0] == '\x15' || received[0] == '\x16') {
-        return "the server speaks TLS at this port; the library does not";
-    }
-    if (received.substr(0, 5) != "HTTP/") {
-        return "what came is not HTTP";
-    }
-    if (received.find("\n\n") != received.npos) {
-        return "its lines end in bare line feeds, not in CR LF";
-    }
-    return received.size() == kFirstReception ? "the head is longer than 1024 bytes" : "the head came in pieces";
-}
-
 // Which bytes of the file will be zeros, because they were not there in time.
-void TellZeros(std::int64_t came, std::int64_t counted)
+void TellZeros(const BodyStart &body)
 {
-    if (came == 0 && counted > 0) {
-        Line("the head came without body bytes: the first ").Number(counted).Text(" bytes of the file are zeros");
-    } else if (came < counted) {
-        Line("only ")
-            .Number(came)
-            .Text(" body bytes came with the head: bytes ")
-            .Number(came + 1)
-            .Text(" to ")
-            .Number(counted)
-            .Text(" of the file are zeros");
+    const auto bytes = static_cast<std::int64_t>(body.bytes);
+    const auto taken = static_cast<std::int64_t>(body.taken);
+    if (body.zeros == 0) {
+        return;
     }
+    if (bytes == 0) {
+        Line("the head arrived without body bytes: the first ").Number(taken).Text(" bytes of the file are zeros");
+        return;
+    }
+    Line line("only ");
+    line.Number(bytes).Text(" body bytes arrived with the head: bytes ").Number(bytes + 1).Text(" to ");
+    line.Number(taken).Text(" of the file are zeros");
 }
 
 } // namespace
 
-void TellProfile(const DeviceProfile &profile)
+void TellProfile(const ProfileFacts &profile)
 {
     Line line("profile: User-Id ");
-    line.Number(profile.userId());
-    TellLength(&line, ", User-Serial ", profile.userSerial());
-    TellLength(&line, ", User-Agent ", profile.userAgent());
-    TellLength(&line, ", Public-Key ", profile.publicKeyXml());
-    TellLength(&line, ", Private-Key ", profile.privateKeyXml());
+    line.Number(profile.userId);
+    line.Text(", User-Serial ").Number(profile.serialLength).Text(" characters");
+    line.Text(", User-Agent ").Number(profile.userAgentLength).Text(" characters");
+    line.Text(", Public-Key ").Number(profile.publicKeyLength).Text(" characters");
+    line.Text(", Private-Key ").Number(profile.privateKeyLength).Text(" characters");
 }
 
-void TellEngine(ZtRsa *rsa)
+void TellEngine(const char *log)
 {
-    ZtString log;
-    rsa->get_LastErrorText(&log);
-    std::string_view rest(log.c_str(), static_cast<std::size_t>(log.length()));
+    std::string_view rest(log);
     while (!rest.empty()) {
         std::string_view entry = rest.substr(0, rest.find_first_of("\r\n"));
         rest.remove_prefix(entry.size());
@@ -81,34 +55,33 @@ void TellEngine(ZtRsa *rsa)
     }
 }
 
-void TellReply(const HttpConnection &connection)
+void TellReply(const char *start, std::uint32_t headLength, std::uint32_t contentLength)
 {
-    constexpr std::uint32_t kNoHead = 2; // what the length comes to without a blank line
     state.replied = true;
-    const std::int64_t received = state.firstReceived > 0 ? state.firstReceived : 0;
-    const std::uint32_t head = connection.GetHeadLength();
-    if (head == kNoHead) {
-        Line("no head: ").Text(WhyNoHead({connection.GetHeadBuffer(), static_cast<std::size_t>(received)}));
+    const auto received = static_cast<std::size_t>(state.firstReceived > 0 ? state.firstReceived : 0);
+    if (headLength == kHeadLengthWithoutEnd) {
+        // whether more bytes follow, and which, is not known here
+        const FaultText fault = TextOf(FindHeadFault({start, received}, received, false));
+        Line("no head: ").Text(fault.name).Text(": ").Text(fault.sentence);
         return;
     }
-    const std::uint32_t length = connection.GetContentLength();
-    const std::uint32_t room = kFirstReception - head;
+    const BodyStart body(headLength, contentLength, received);
     Line("head of ")
-        .Number(head)
+        .Number(headLength)
         .Text(" bytes, Content-Length ")
-        .Number(length)
+        .Number(contentLength)
         .Text(", ")
-        .Number(received - head)
-        .Text(" body bytes came with it");
+        .Number(static_cast<std::int64_t>(body.bytes))
+        .Text(" body bytes arrived with it");
     if (!state.download) {
         return;
     }
-    if (length == 0) {
+    if (contentLength == 0) {
         Line("no usable Content-Length: the file gets the ")
-            .Number(room)
-            .Text(" bytes behind the head, filled up with zeros, and no more");
+            .Number(static_cast<std::int64_t>(body.taken))
+            .Text(" bytes after the head, filled up with zeros, and no more");
     }
-    TellZeros(received - head, length == 0 || length > room ? room : length);
+    TellZeros(body);
 }
 
 } // namespace pavonix::trace

@@ -1,23 +1,29 @@
-// What the tracing build is told at the few places of a call that know more than
-// the platform does. A macro, so that to the compiler of the ordinary build there
-// is nothing: its code is, byte for byte, that of sources without these lines.
+// The few places of a call that know more than the platform does report it to the
+// tracing build, in plain values. A macro, so that to the compiler of the ordinary
+// build there is nothing: its code is, byte for byte, that of sources without these lines.
 #pragma once
 
-namespace pavonix {
+#include <cstdint>
 
-class DeviceProfile;
-class HttpConnection;
-class ZtRsa;
+namespace pavonix::trace {
 
-namespace trace {
+struct ProfileFacts {
+    std::int32_t userId;
+    std::int32_t serialLength; // in characters, as the others
+    std::int32_t userAgentLength;
+    std::int32_t publicKeyLength;
+    std::int32_t privateKeyLength;
+};
+void TellProfile(const ProfileFacts &profile);
 
-void TellProfile(const DeviceProfile &profile); // what was read from the file
-void TellEngine(ZtRsa *rsa);                    // its log of the operation just done
-void TellReply(const HttpConnection &connection);
+// log: the engine's, of the operation just done.
+void TellEngine(const char *log);
 
-} // namespace trace
+// start: the first reception, as far as the library keeps it. The lengths are those
+// that the library has read from it.
+void TellReply(const char *start, std::uint32_t headLength, std::uint32_t contentLength);
 
-} // namespace pavonix
+} // namespace pavonix::trace
 
 #if defined(PAVONIX_TRACE)
 #define PAVONIX_TRACE_HOOK(call) trace::call

@@ -17,6 +17,15 @@ void TellError(const char *call, std::uint32_t error)
     Line(call).Text(" failed, system error ").Number(error);
 }
 
+void TellResult(const char *done, const char *call, std::uint32_t error)
+{
+    if (error == 0) {
+        Line{done};
+    } else {
+        TellError(call, error);
+    }
+}
+
 // A request, but for the token's text: whoever has that can buy with it once.
 void TellRequest(const char *bytes, int length)
 {
@@ -65,7 +74,7 @@ int __wrap_StartWinsock(std::uint16_t version, std::uint16_t *granted)
 {
     state.started = true;
     const int error = __real_StartWinsock(version, granted);
-    error == 0 ? void(Line("Winsock started")) : TellError("start of Winsock", static_cast<std::uint32_t>(error));
+    TellResult("Winsock started", "start of Winsock", static_cast<std::uint32_t>(error));
     return error;
 }
 
@@ -91,7 +100,7 @@ int __wrap_ConnectSocket(Socket socket, const SocketAddress *address, int addres
     state.afterFirst = false;
     Line("connecting to port ").Number(address->port[0] * 256 + address->port[1]);
     const int result = __real_ConnectSocket(socket, address, addressLength);
-    result == 0 ? void(Line("connected")) : TellError("connect", LastSystemError());
+    TellResult("connected", "connect", result == 0 ? 0 : LastSystemError());
     return result;
 }
 
@@ -125,7 +134,7 @@ int __wrap_ReceiveSocket(Socket socket, char *bytes, int length)
     } else {
         const std::uint32_t error = LastSystemError();
         TellLaterReceptions();
-        received == 0 ? void(Line("the server closed the connection")) : TellError("receive", error);
+        TellResult("the server closed the connection", "receive", received == 0 ? 0 : error);
     }
     return received;
 }
