@@ -5,17 +5,7 @@
 #include "platform/export.h"
 #include "trace/call_state.h"
 #include "trace/line.h"
-
-extern "C" {
-
-int PAVONIX_CALL UntracedGetGoodListXml(const PavonixChar *profilePath, const GoodListRequest *request,
-                                        const PavonixChar *targetPath, int force, const PavonixChar *baseUrl, int port);
-int PAVONIX_CALL UntracedGetOneGoodXml(const PavonixChar *profilePath, const OneGoodRequest *request,
-                                       const PavonixChar *targetPath, int force, const PavonixChar *baseUrl, int port);
-int PAVONIX_CALL UntracedGetBuyGood(const PavonixChar *profilePath, const BuyGoodRequest *request,
-                                    BuyGoodResult *result, const PavonixChar *baseUrl, int port);
-
-} // extern "C"
+#include "trace/untraced_calls.h"
 
 namespace pavonix::trace {
 

@@ -199,13 +199,11 @@ class CommandTest(ClientTest):
         self.assertEqual((code, "cannot be read" in words), (4, True))
         self.assertIn("\r\nUser-Serial: \r\nUser-ID: 0\r\n", server.requests[0])
 
-    def test_usage_and_library(self):
+    def test_usage(self):
         table = [
             ([], 2), (["--help"], 0), (["sell"], 2), (["good", "--type", "1"], 2), (["profile"], 2),
             (["good", "--url", "http://h/x", "--profile", "p", "--type", "1", "--id", "99999999999", "--out", "x"], 2),
             (["buy", "--url", "u", "--profile", "p", "--type", "1", "--id", "1", "--port", "65536"], 2),
-            (["buy", "--url", "u", "--profile", "p", "--type", "1", "--id", "1", "--library", "/none.so"], 6),
-            (["buy", "--url", "u", "--profile", "p", "--type", "1", "--id", "1", "--library", "libc.so.6"], 6),
         ]
         for arguments, expected in table:
             with self.subTest(arguments=arguments):

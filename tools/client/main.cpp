@@ -22,7 +22,7 @@ using client::Failure;
 
 std::string SettingsHelp()
 {
-    return "Settings: the options --url, --port, --profile, --library and --timeout are also taken from the\n"
+    return "Settings: the options --url, --port, --profile and --timeout are also taken from the\n"
            "environment (PAVONIX_URL and so on) and from lines \"profile = FILE\" in the file that\n"
            "PAVONIX_CONFIG names, or " +
            client::SettingsFolder() + "/pavonix.conf.\n\n";

@@ -30,11 +30,8 @@ std::string SettingsFile()
     return std::filesystem::exists(file) ? file : "";
 }
 
-const std::map<std::string, const char *> kVariables = {{"url", "PAVONIX_URL"},
-                                                        {"port", "PAVONIX_PORT"},
-                                                        {"profile", "PAVONIX_PROFILE"},
-                                                        {"library", "PAVONIX_LIBRARY"},
-                                                        {"timeout", "PAVONIX_TIMEOUT"}};
+const std::map<std::string, const char *> kVariables = {
+    {"url", "PAVONIX_URL"}, {"port", "PAVONIX_PORT"}, {"profile", "PAVONIX_PROFILE"}, {"timeout", "PAVONIX_TIMEOUT"}};
 
 void Apply(const CLI::ConfigItem &item, const std::string &file)
 {
@@ -42,8 +39,7 @@ void Apply(const CLI::ConfigItem &item, const std::string &file)
     if (!item.parents.empty() || variable == kVariables.end() || item.inputs.size() != 1) {
         throw Failure(ExitCode::kUsage,
                       file + ": " + diagnostics::PrintableText(item.fullname()) +
-                          " is not a setting; the settings are url, port, profile, library and timeout, each "
-                          "with one value");
+                          " is not a setting; the settings are url, port, profile and timeout, each with one value");
     }
     SetUnlessSet(variable->second, item.inputs.front());
 }

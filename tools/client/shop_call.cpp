@@ -37,11 +37,7 @@ void ShopCall::AddOptions(CLI::App &command)
     command.add_option("--timeout", seconds, "Give up after so many seconds; the library itself has no time-out")
         ->envname("PAVONIX_TIMEOUT")
         ->check(CLI::Range(0.001, kLongestTimeOut));
-    command
-        .add_option("--library", library,
-                    "The library to load; without it the one beside this program or installed with it")
-        ->envname("PAVONIX_LIBRARY");
-    command.add_flag("--trace", trace, "Load the tracing library instead and show the trace that it writes");
+    command.add_flag("--trace", trace, "Show the trace that the tracing library would write, and write it");
     command.add_flag("--json", json, "Write one JSON object");
 }
 
@@ -55,7 +51,6 @@ WideText ShopCall::WideProfile() const
 
 Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const ShopLibrary &)> &call) const
 {
-    const ShopLibrary loaded(library, trace);
     const TraceFile traced(trace ? profile : "");
     Outcome outcome{PAVONIX_FAILED, CallRecord(kind), {}};
     outcome.record.showProgress = !json && isatty(STDERR_FILENO) != 0;
@@ -65,7 +60,7 @@ Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const Sho
     }
     {
         const Recording recording(&outcome.record);
-        outcome.status = call(loaded);
+        outcome.status = call(ShopLibrary(trace));
     }
     EndProgress();
     traced.Show();

@@ -26,7 +26,6 @@ struct Outcome {
 };
 
 struct ShopCall {
-    std::string library;
     bool trace = false;
     std::string profile;
     std::string url;
@@ -41,7 +40,7 @@ struct ShopCall {
     // mind, it sends the request without an identity.
     [[nodiscard]] WideText WideProfile() const;
 
-    // Loads the library, makes one call and watches it.
+    // Makes one call and watches it.
     [[nodiscard]] Outcome Make(diagnostics::Call kind, const std::function<int(const ShopLibrary &)> &call) const;
     // The URL with the command's name in place of "{}".
     [[nodiscard]] std::string Url() const;

@@ -1,28 +1,22 @@
-// The client library, loaded the way a shop application loads it.
+// The library's three calls. This program contains them, in the tracing build's form.
 #pragma once
 
-#include <pavonix/pavonix.h>
-
-#include <string>
+#include "trace/untraced_calls.h"
 
 namespace client {
 
-class ShopLibrary {
-public:
-    // file: the library; empty for the one beside this program or installed with it,
-    // the tracing one if `tracing`. Throws Failure(kLocalFailure) when it cannot be loaded or lacks an
-    // export.
-    explicit ShopLibrary(const std::string &file, bool tracing = false);
-    ~ShopLibrary();
-    ShopLibrary(const ShopLibrary &) = delete;
-    ShopLibrary &operator=(const ShopLibrary &) = delete;
+struct ShopLibrary {
+    // tracing: whether the calls write a trace.
+    explicit ShopLibrary(bool tracing = false)
+        : getGoodListXml(tracing ? ::GetGoodListXml : ::UntracedGetGoodListXml),
+          getOneGoodXml(tracing ? ::GetOneGoodXml : ::UntracedGetOneGoodXml),
+          getBuyGood(tracing ? ::GetBuyGood : ::UntracedGetBuyGood)
+    {
+    }
 
-    decltype(&::GetGoodListXml) getGoodListXml = nullptr;
-    decltype(&::GetOneGoodXml) getOneGoodXml = nullptr;
-    decltype(&::GetBuyGood) getBuyGood = nullptr;
-
-private:
-    void *handle_;
+    decltype(&::GetGoodListXml) getGoodListXml;
+    decltype(&::GetOneGoodXml) getOneGoodXml;
+    decltype(&::GetBuyGood) getBuyGood;
 };
 
 } // namespace client

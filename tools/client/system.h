@@ -17,15 +17,6 @@ void SetUnlessSet(const char *variable, const std::string &value);
 // The folder for settings files when no variable names it.
 [[nodiscard]] std::string SettingsFolder();
 
-// The library beside this program or installed with it, else a name that the
-// system's loader looks for.
-[[nodiscard]] std::string FindShopLibrary(bool tracing);
-// Both throw Failure(kLocalFailure). What the library calls is noted in the record
-// that is being made (call/call_record.h).
-[[nodiscard]] void *OpenLibrary(const std::string &file);
-[[nodiscard]] void *FindExport(void *library, const char *name);
-void CloseLibrary(void *library);
-
 // What lies at a path. Two states differ when the file was written or replaced.
 struct FileState {
     enum class Kind { kNothing, kFile, kFolder, kOther } kind = Kind::kNothing;

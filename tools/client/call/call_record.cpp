@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kMostKept = 64 * 1024;
 
-thread_local CallRecord *current = nullptr; // a look-up may run on another thread
+CallRecord *current = nullptr;
 
 } // namespace
 

@@ -21,10 +21,10 @@ struct CallRecord {
     bool listensOn = true;                     // to what the library leaves unread
 
     std::string host;      // that was looked up; empty when the call did not come so far
-    int nameError = 0;     // of gethostbyname (h_errno)
+    int nameError = 0;     // for NameRule
     std::string address;   // with its port
-    int connectError = 0;  // errno
-    int sendError = 0;     // errno
+    int connectError = 0;  // for ConnectRule
+    int sendError = 0;     // the system's
     bool timedOut = false; // the deadline came
     int socket = -1;       // the library's
     Clock::time_point sentAt;
@@ -38,8 +38,8 @@ struct CallRecord {
     [[nodiscard]] diagnostics::Findings Judge(const std::string &url) const;
 };
 
-// While it lives, the system calls that the library makes on this thread are noted
-// in the record (linux/system_calls.cpp, windows/call_hooks.cpp).
+// While it lives, the library's use of the network is noted in the record
+// (call/recorder.cpp). One at a time.
 class Recording {
 public:
     explicit Recording(CallRecord *record);

@@ -24,7 +24,6 @@ struct Examination {
     std::optional<OneGoodRequest> good;     // requested instead of the list
     std::string profile;                    // empty: no purchases
     std::optional<std::pair<int, int>> buy; // type and id of a good to buy
-    std::string library;
     int tries = 10;
     std::chrono::milliseconds patience{10000}; // for each connection and each exchange
     bool showSteps = false;

@@ -150,7 +150,6 @@ void AddOptions(CLI::App &doctor, Options &options)
         ->envname("PAVONIX_TIMEOUT")
         ->check(CLI::Range(0.05, 3600.0))
         ->capture_default_str();
-    doctor.add_option("--library", examination.library, "The library to compare with")->envname("PAVONIX_LIBRARY");
     doctor.add_flag("--quiet", options.quiet, "Print only what is wrong, and the verdict");
     doctor.add_flag("--json", options.json, "Write one JSON object");
 }

@@ -55,7 +55,7 @@ int Call(const ShopLibrary &library, const Examination &examination, const std::
 
 void LibraryCheck::Run()
 {
-    const ShopLibrary library(examination_.library);
+    const ShopLibrary library;
     const Folder folder;
     const int expected = diagnostics::DeviceReading(plain_).status();
     int whole = 0;

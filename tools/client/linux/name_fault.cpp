@@ -31,6 +31,13 @@ const diagnostics::Rule &NameRule(const std::string &host, int error)
     return error == HOST_NOT_FOUND ? diagnostics::kNameUnknown : diagnostics::kNameNoAnswer;
 }
 
+int LastLookUpError()
+{
+    return h_errno;
+}
+
+const int kLookUpTimeOut = TRY_AGAIN;
+
 const diagnostics::Rule &ConnectRule(int error)
 {
     switch (error) {

@@ -2,7 +2,6 @@
 #include "wire/socket.h"
 
 #include <fcntl.h>
-#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -52,8 +51,6 @@ sockaddr_in SystemAddressOf(const Address &address)
     return system;
 }
 
-} // namespace
-
 Address AddressOf(const sockaddr_in &system)
 {
     Address address;
@@ -62,22 +59,11 @@ Address AddressOf(const sockaddr_in &system)
     return address;
 }
 
+} // namespace
+
 void CloseSocket(int socket)
 {
     close(socket);
-}
-
-int LookUpIpv4(const std::string &host, Address *address)
-{
-    const hostent *found = gethostbyname(host.c_str());
-    if (found == nullptr) {
-        return h_errno;
-    }
-    if (found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr) {
-        return NO_DATA;
-    }
-    std::memcpy(address->ip.data(), found->h_addr_list[0], address->ip.size());
-    return 0;
 }
 
 Socket OpenSocket()
@@ -130,6 +116,13 @@ int LastSocketError()
 {
     return errno;
 }
+
+void SetLastSocketError(int error)
+{
+    errno = error;
+}
+
+const int kSocketTimeOut = ETIMEDOUT;
 
 int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline)
 {

@@ -1,6 +1,5 @@
 #include "system.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -26,45 +25,6 @@ std::string SettingsFolder()
 {
     const char *home = std::getenv("HOME");
     return std::string(home == nullptr ? "" : home) + "/.config";
-}
-
-std::string FindShopLibrary(bool tracing)
-{
-    const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    const std::filesystem::path installed = folder / CLIENT_TO_LIBRARIES;
-    const std::filesystem::path places[] = {
-        folder / (tracing ? "libpavonix-trace.so" : "libpavonix.so"),
-        installed / (tracing ? "pavonix/libpavonix-trace.so" : "libpavonix.so.1"),
-    };
-    for (const std::filesystem::path &place : places) {
-        if (std::filesystem::exists(place)) {
-            return place.string();
-        }
-    }
-    return tracing ? "libpavonix-trace.so" : "libpavonix.so.1";
-}
-
-void *OpenLibrary(const std::string &file)
-{
-    void *library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) {
-        throw Failure(ExitCode::kLocalFailure, dlerror());
-    }
-    return library;
-}
-
-void *FindExport(void *library, const char *name)
-{
-    void *found = dlsym(library, name);
-    if (found == nullptr) {
-        throw Failure(ExitCode::kLocalFailure, dlerror());
-    }
-    return found;
-}
-
-void CloseLibrary(void *library)
-{
-    dlclose(library);
 }
 
 FileState StateOf(const char *path)

@@ -14,6 +14,13 @@ const diagnostics::Rule &NameRule(const std::string &, int error)
     return error == WSAHOST_NOT_FOUND ? diagnostics::kNameUnknown : diagnostics::kNameNoAnswer;
 }
 
+int LastLookUpError()
+{
+    return WSAGetLastError();
+}
+
+const int kLookUpTimeOut = WSATRY_AGAIN;
+
 const diagnostics::Rule &ConnectRule(int error)
 {
     switch (error) {

@@ -53,8 +53,6 @@ sockaddr_in SystemAddressOf(const Address &address)
     return system;
 }
 
-} // namespace
-
 Address AddressOf(const sockaddr_in &system)
 {
     Address address;
@@ -63,23 +61,11 @@ Address AddressOf(const sockaddr_in &system)
     return address;
 }
 
+} // namespace
+
 void CloseSocket(int socket)
 {
     closesocket(HandleOf(socket));
-}
-
-int LookUpIpv4(const std::string &host, Address *address)
-{
-    StartWinsock();
-    const hostent *found = gethostbyname(host.c_str());
-    if (found == nullptr) {
-        return WSAGetLastError();
-    }
-    if (found->h_addrtype != AF_INET || found->h_addr_list[0] == nullptr) {
-        return WSANO_DATA;
-    }
-    std::memcpy(address->ip.data(), found->h_addr_list[0], address->ip.size());
-    return 0;
 }
 
 Socket OpenSocket()
@@ -132,6 +118,13 @@ int LastSocketError()
 {
     return WSAGetLastError();
 }
+
+void SetLastSocketError(int error)
+{
+    WSASetLastError(error);
+}
+
+const int kSocketTimeOut = WSAETIMEDOUT;
 
 int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline)
 {

@@ -1,6 +1,5 @@
 #include "system.h"
 
-#include "windows/call_hooks.h"
 #include "windows/utf16.h"
 
 #include <winsock2.h>
@@ -57,39 +56,6 @@ std::string SettingsFolder()
 {
     const wchar_t *folder = _wgetenv(L"APPDATA");
     return folder == nullptr ? "" : Utf8Of(folder);
-}
-
-std::string FindShopLibrary(bool tracing)
-{
-    wchar_t program[32768];
-    const DWORD length = GetModuleFileNameW(nullptr, program, std::size(program));
-    const std::filesystem::path folder = std::filesystem::path(std::wstring(program, length)).parent_path();
-    const std::filesystem::path beside = folder / (tracing ? L"trace\\PAVONIX.dll" : L"PAVONIX.dll");
-    return tracing || std::filesystem::exists(beside) ? Utf8Of(beside.native()) : "PAVONIX.dll";
-}
-
-void *OpenLibrary(const std::string &file)
-{
-    const HMODULE library = LoadLibraryW(Utf16Of(file).c_str());
-    if (library == nullptr) {
-        throw Failure(ExitCode::kLocalFailure, file + ": " + ErrorText(GetLastError()));
-    }
-    HookCallsOf(library);
-    return library;
-}
-
-void *FindExport(void *library, const char *name)
-{
-    const FARPROC found = GetProcAddress(static_cast<HMODULE>(library), name);
-    if (found == nullptr) {
-        throw Failure(ExitCode::kLocalFailure, std::string(name) + ": " + ErrorText(GetLastError()));
-    }
-    return reinterpret_cast<void *>(found);
-}
-
-void CloseLibrary(void *library)
-{
-    FreeLibrary(static_cast<HMODULE>(library));
 }
 
 FileState StateOf(const char *path)

@@ -11,6 +11,10 @@ namespace client {
 // the system does not tell "no such name" from "no such address".
 [[nodiscard]] const diagnostics::Rule &NameRule(const std::string &host, int error);
 
+// Why this thread's last look-up failed, and what stands for one that took too long.
+[[nodiscard]] int LastLookUpError();
+extern const int kLookUpTimeOut;
+
 // error: that of a connect.
 [[nodiscard]] const diagnostics::Rule &ConnectRule(int error);
 

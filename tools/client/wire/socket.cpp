@@ -1,11 +1,30 @@
 #include "wire/socket.h"
 
+#include "platform/sockets.h"
+#include "wire/name_fault.h"
+
+#include <cstring>
+
 namespace client {
 
 std::string Dotted(const Address &address)
 {
     const auto part = [&](std::size_t i) { return std::to_string(address.ip[i]); };
     return part(0) + '.' + part(1) + '.' + part(2) + '.' + part(3);
+}
+
+int LookUpIpv4(const std::string &host, Address *address)
+{
+    using namespace pavonix::platform;
+    constexpr std::uint16_t kWinsock22 = 0x0202;
+    std::uint16_t granted = 0;
+    StartWinsock(kWinsock22, &granted); // a connection of the library's may have released it once too often
+    const HostEntry *found = ResolveHost(host.c_str());
+    if (found == nullptr) {
+        return LastLookUpError();
+    }
+    std::memcpy(address->ip.data(), found->firstAddress, address->ip.size());
+    return 0;
 }
 
 bool WaitToRead(int socket, const Deadline *deadline)

@@ -11,8 +11,6 @@
 #include <string_view>
 #include <utility>
 
-struct sockaddr_in;
-
 namespace client {
 
 using Deadline = std::chrono::steady_clock::time_point;
@@ -24,8 +22,6 @@ struct Address {
 
 // As in "127.0.0.1".
 [[nodiscard]] std::string Dotted(const Address &address);
-
-[[nodiscard]] Address AddressOf(const sockaddr_in &system);
 
 void CloseSocket(int socket);
 
@@ -55,8 +51,8 @@ private:
     int number_ = -1;
 };
 
-// Looks a host up as the library does, and leaves the port alone. Answers 0, or an
-// error for NameRule (wire/name_fault.h) when there is no IPv4 address.
+// Looks a host up with the library's own function, and leaves the port alone. Returns 0,
+// or an error for NameRule (wire/name_fault.h) when there is no IPv4 address.
 [[nodiscard]] int LookUpIpv4(const std::string &host, Address *address);
 
 [[nodiscard]] Socket OpenSocket();
@@ -69,6 +65,8 @@ private:
 [[nodiscard]] Socket Accept(int listener, Address *client);
 
 [[nodiscard]] int LastSocketError();
+void SetLastSocketError(int error);
+extern const int kSocketTimeOut; // the error of a connection that takes too long
 
 // Waits until there is something to read, or an end or an error, on one of them, and
 // answers the first that has it. Negative when the deadline comes first; without one
