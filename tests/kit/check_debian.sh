@@ -43,7 +43,7 @@ use_them() { # inside the layer
   pavonix profile new --out my.profile --serial PX-1 --user-id 42
   pavonix good --type 1 --id 7 --trace --profile my.profile --out good.xml --url http://127.0.0.1/shop/good --port 9 &&
     exit 1
-  [ -s my.profile.trace.txt ] # by the tracing library, which the client found
+  [ -s my.profile.trace.txt ]
   check_hardening /usr/bin/pavonix /usr/bin/pavonix-shop /usr/lib/*/libpavonix.so.1 \
     /usr/lib/*/pavonix/libpavonix-trace.so
   systemd-analyze verify pavonix-shop.service
