@@ -91,6 +91,10 @@ class WindowsClientTest(ShopTest):
         code, text = self.call("good", "--type", 1, "--id", 7, "--out", "x.xml", "--trace")
         self.assertEqual(code, 0, text)
         self.assertIn("GET /shop/good", text)
+        for fault in ("head-in-pieces", "head-without-end"):  # told apart by what arrives after the call's one reception
+            code, text = self.call("good", "--type", 1, "--id", 7, "--out", "x.xml", "--force", "--json",
+                                   url=f"http://127.0.0.1/fault/{fault}/shop/{{}}")
+            self.assertEqual((code, json.loads(text)["cause"]), (3, fault), text)
         code, text = self.call("list", "--type", 1, "--out", "cut.xml", url="http://127.0.0.1/fault/short/shop/{}")
         self.assertEqual(code, 5, text)
 
