@@ -150,24 +150,6 @@ void StringBuffer::Clear()
     CutTo(0);
 }
 
-std::int32_t StringBuffer::capacity() const
-{
-    mark_.Check();
-    return capacity_;
-}
-
-std::int32_t StringBuffer::increment() const
-{
-    mark_.Check();
-    return increment_;
-}
-
-bool StringBuffer::complete() const
-{
-    mark_.Check();
-    return !incomplete_;
-}
-
 const char *StringBuffer::c_str() const
 {
     mark_.Check();

@@ -28,10 +28,10 @@ public:
 
     const char *c_str() const;
     std::int32_t length() const;
-    std::int32_t capacity() const;
-    std::int32_t increment() const; // growth beyond what an append needs, in bytes
+    std::int32_t capacity() const { return Checked(capacity_); }
+    std::int32_t increment() const { return Checked(increment_); } // growth beyond what an append needs
     // False when an append was dropped since construction or the last Clear.
-    bool complete() const;
+    bool complete() const { return !Checked(incomplete_); }
 
     bool BeginsWith(const char *prefix) const;
     bool Contains(const char *text) const;
@@ -47,6 +47,12 @@ public:
     void Shrink();
 
 private:
+    template <typename Value>
+    Value Checked(Value value) const
+    {
+        mark_.Check();
+        return value;
+    }
     bool Reallocate(std::int64_t newCapacity);
     void Free();
     void CutTo(std::int32_t length);
