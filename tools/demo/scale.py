@@ -48,7 +48,7 @@ def main(flavour="linux"):
             step("2. A device reads a page of the catalogue, and the doctor examines the front")
             good = browse(shop, flavour)
             verdict = examine(shop)
-            print(f"   pavonix doctor: {verdict.stdout.splitlines()[-1]}")
+            print("   pavonix doctor: " + next(line for line in verdict.stdout.splitlines() if "compatible" in line))
             step("3. 20 devices buy 25 goods each, and the shop has a bad day")
             one, two = shop.servers
             rush, start = Rush(shop, [flavour]), time.monotonic()
