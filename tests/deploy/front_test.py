@@ -252,8 +252,9 @@ class FrontTest(unittest.TestCase):
             self.shop.requests.clear()
             self.assertEqual([ask(port, "/health")[0] for _ in range(2)], [200, 200])
             self.assertEqual(len(self.shop.requests), 2, "never an old one")
-            replies = [ask(port, "/health", source="127.0.0.2")[0], ask(port, "/metrics")[0]]
-            self.assertEqual((replies, len(self.shop.requests)), ([404 if name == "varnish" else 403, 404], 2), name)
+            replies = [ask(port, "/health", source="127.0.0.2")[0], ask(port, "/metrics")[0],
+                       ask(port, "/fault/silent/shop/list")[0]]
+            self.assertEqual((replies, len(self.shop.requests)), ([404 if name == "varnish" else 403, 404, 404], 2), name)
 
     def test_limits_are_off_until_they_are_wanted(self):
         def refused(port, *devices):
