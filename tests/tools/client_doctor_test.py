@@ -1,6 +1,5 @@
-"""What doctor and watch find at our own odd servers, at nginx and at Python's server."""
+"""What doctor and watch find at our own odd servers and at nginx."""
 
-import http.server
 import json
 import os
 import pty
@@ -8,7 +7,6 @@ import re
 import signal
 import socket
 import subprocess
-import threading
 import time
 import unittest
 
@@ -37,19 +35,13 @@ class DoctorTest(ClientTest):
             ("a segment of 1024 bytes first", ((HEAD + PAGE)[:1024], GAP, (HEAD + PAGE)[1024:]), set()),
             ("an empty line first", (b"\r\n" + HEAD + PAGE,), set()),
             ("empty lines only", (b"\r\n\r\n",), {"status-line"}),
-            ("a zero byte", ((HEAD + PAGE).replace(b"OK", b"\0"),), {"head-zero-byte"}),
             ("head alone", (HEAD, GAP, PAGE), {"head-alone"}),
             ("nearly enough first", ((HEAD + PAGE)[:1023], GAP, (HEAD + PAGE)[1023:]), {"head-alone"}),
             ("head in pieces", (HEAD[:20], GAP, HEAD[20:] + PAGE), {"head-in-pieces"}),
-            ("long head", (HEAD[:17] + b"X: " + b"y" * 1024 + b"\r\n" + HEAD[17:] + PAGE,), {"head-too-long"}),
-            ("no length", (b"HTTP/1.1 200 OK\r\n\r\n" + PAGE,), {"length-missing"}),
             ("chunks", (b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\n<a/>\r\n0\r\n\r\n",), {"chunked"}),
-            ("moved", (b"HTTP/1.1 301 Moved\r\nLocation: /x\r\n\r\n",), {"redirect"}),
             ("cut", (HEAD + PAGE[:-4],), {"length-too-large"}),
-            ("no XML", (HEAD + PAGE.replace(b"</a>", b"</b>"),), {"not-xml"}),
             ("reset", (HEAD + PAGE[:2000], GAP, reset), {"body-reset"}),
             ("closed", (b"",), {"closed-empty"}),
-            ("TLS", (b"\x15\x03\x03\0\2\2\x46",), {"tls"}),
             ("silent", (SILENCE,), {"silent"}),
             ("dripping", tuple([HEAD[:17], b"X: "] + [b"y", 0.05] * 100), {"head-in-pieces"}),
         ]
@@ -209,24 +201,6 @@ class DoctorTest(ClientTest):
                                "--tries", "1"], capture_output=True, timeout=20)
         self.assertIn(b"404 \\x1b[2J\\x07\\xff", done.stdout)
         self.assertTrue(done.stdout.isascii() and b"\x1b" not in done.stdout + done.stderr)
-
-    def test_pythons_own_server(self):
-        """It sends head and body apart, which mostly goes unnoticed on one machine."""
-        folder = os.path.join(self.folder, "www")
-        os.mkdir(folder)
-        self.write("www/page.xml", PAGE.decode())
-
-        class Quiet(http.server.SimpleHTTPRequestHandler):
-            def log_message(self, *_):
-                pass
-
-        server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), lambda *a: Quiet(*a, directory=folder))
-        threading.Thread(target=server.serve_forever, daemon=True).start()
-        self.addCleanup(server.server_close)
-        self.addCleanup(server.shutdown)
-        for _ in range(3):
-            code, results, rules = self.doctor(port=server.server_port, path="/page.xml")
-            self.assertEqual((code, set(rules) - {"file-not-whole"}, results["segments"]), (8, {"head-alone"}, "error"))
 
     def test_nginx(self):
         """Files sent with sendfile come apart from their head, unless tcp_nopush holds it back."""

@@ -243,19 +243,6 @@ TEST(Diagnostics, EveryRuleHasARow)
     EXPECT_EQ(all, shown);
 }
 
-TEST(Diagnostics, NoBytesAreTooOdd)
-{
-    const std::string replies[] = {Sized(kLong), kPurchases[3].reply, std::string(2000, '\0'), std::string(1024, '\n')};
-    for (const std::string &reply : replies) {
-        for (std::size_t cut = 0; cut <= std::min<std::size_t>(reply.size(), 1100); ++cut) {
-            for (const Call call : {Call::kDownload, Call::kPurchase}) {
-                (void)JudgedAs(call, {{}, reply.substr(0, cut), cut / 2, End::kReset});
-                (void)JudgedAs(call, {{}, std::string(reply).replace(cut / 2, 1, 1, '\0'), cut});
-            }
-        }
-    }
-}
-
 TEST(Diagnostics, EvidenceIsPrintable)
 {
     EXPECT_EQ(Printable("a\\\r\n\t\x1b[2J\xff"), "a\\\\\\r\\n\\t\\x1b[2J\\xff");

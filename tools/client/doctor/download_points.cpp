@@ -28,7 +28,8 @@ std::vector<std::pair<Topic, std::string>> PointsOf(const diagnostics::Exchange 
         if (const std::string length = line("Content-Length"); !length.empty()) {
             points.emplace_back(Topic::kLength, length);
         }
-        points.emplace_back(Topic::kCoding, line("Transfer-Encoding") + line("Content-Encoding"));
+        const std::string coding = line("Transfer-Encoding") + line("Content-Encoding");
+        points.emplace_back(Topic::kCoding, coding.empty() ? "none" : coding);
         points.emplace_back(Topic::kBody,
                             std::to_string(download.reply.size() - device.headLength() + download.beyond) + " bytes");
     }
