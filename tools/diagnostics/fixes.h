@@ -18,27 +18,18 @@ inline constexpr Fix::Setting kOneWriteSettings[] = {
     {"waitress", kUseNginx},
     {"aiohttp", kUseNginx},
     {"Cheroot", kUseNginx},
-    {"WEBrick", kUseNginx},
     {"Varnish", "set beresp.do_stream = false"},
 };
 inline constexpr Fix kOneWrite = {"send head and body with one write and set Content-Length", kOneWriteSettings, true};
 
-inline constexpr Fix::Setting kShortHeadSettings[] = {
-    {"nginx", "proxy_hide_header NAME"},
-    {"Apache", "Header unset NAME"},
-    {"PHP", "header_remove('NAME'), session.use_cookies=0"},
-    {"Varnish", "unset resp.http.NAME in vcl_deliver"},
-};
-inline constexpr Fix kShortHead = {"send fewer headers: no cookies, no policies for browsers", kShortHeadSettings,
-                                   true};
+inline constexpr Fix::Setting kHideHeader[] = {{"nginx", "proxy_hide_header NAME"}};
+inline constexpr Fix kShortHead = {"send fewer headers: no cookies, no policies for browsers", kHideHeader, true};
 
 inline constexpr Fix::Setting kWholeBodySettings[] = {
     {"nginx", "switch gzip, sub_filter, ssi and addition off for these paths: each removes the length"},
     {"Apache", "SetOutputFilter BUFFER (mod_buffer), SetEnv no-gzip 1"},
     {"PHP", "header('Content-Length: ' . strlen($page)); zlib.output_compression=Off"},
-    {"gunicorn", "return bytes, not a generator"},
-    {"Werkzeug", "return bytes, not a generator"},
-    {"Express", "send the body with one end(body) or send(body); no compression()"},
+    {"Express", "send the body with one end(body)"},
     {"Varnish", "set beresp.do_stream = false and beresp.do_gunzip = true"},
 };
 inline constexpr Fix kWholeBody = {
@@ -51,38 +42,19 @@ inline constexpr Fix kSpelling = {"spell the headers Content-Length, X-Error-Cod
                                   {},
                                   true};
 
-inline constexpr Fix::Setting kHidingSettings[] = {
-    {"nginx", "proxy_hide_header for the other header"},
-    {"Apache", "Header unset for the other header"},
-    {"PHP", "header_remove() for the other header"},
-    {"Varnish", "unset resp.http.NAME in vcl_deliver for the other header"},
-};
+inline constexpr Fix::Setting kSendLengthFirst[] = {{"gunicorn", kUseNginx}};
 inline constexpr Fix kHiding = {"do not send the header that contains this name, often one for other origins (CORS), "
                                 "or send it after the real one",
-                                kHidingSettings, true};
+                                kSendLengthFirst, true};
 
-inline constexpr Fix::Setting kNoRedirectionSettings[] = {
-    {"nginx", "no return 301 for these paths on port 80"},
-    {"Apache", "exclude these paths from Redirect and RewriteRule; DirectorySlash Off"},
-    {"Werkzeug", "strict_slashes=False"},
-};
+inline constexpr Fix::Setting kNoRedirectionSettings[] = {{"nginx", "no return 301 for these paths on port 80"}};
 inline constexpr Fix kNoRedirection = {"serve this very address: no redirection to https, to another host or to a "
                                        "path with a slash at its end",
                                        kNoRedirectionSettings};
 
-inline constexpr Fix::Setting kPlainHttpSettings[] = {
-    {"nginx", "add a server block with listen 80 and proxy_pass to the https server"},
-};
-inline constexpr Fix kPlainHttp = {"serve these paths on port 80 without TLS; the token protects the purchase",
-                                   kPlainHttpSettings};
+inline constexpr Fix kPlainHttp = {"serve these paths on port 80 without TLS; the token protects the purchase"};
 
-inline constexpr Fix::Setting kReadFormEndSettings[] = {
-    {"nginx", "lingering_close on (the default)"},
-    {"Python",
-     "with plain sockets: shutdown(SHUT_WR), recv until it returns nothing, then close; or put nginx before it"},
-};
-inline constexpr Fix kReadFormEnd = {"read the CR LF after the form before closing, or wait until the device closes",
-                                     kReadFormEndSettings};
+inline constexpr Fix kReadFormEnd = {"read the CR LF after the form before closing, or wait until the device closes"};
 
 inline constexpr Fix kVerdictHeaders = {
     "refuse with X-Error-Code: a number above 0, X-Error-Message: at most 254 ASCII characters, and with code 906 "

@@ -60,6 +60,10 @@ headers = [("Content-Type", "text/xml"), ("Content-Length", str(len(body)))]
 def wsgi(environ, start_response):
     start_response("200 OK", headers)
     return [body]
+def wsgi_with(*more):
+    return lambda environ, start_response: (start_response("200 OK", [*more, *headers]), [body])[1]
+long_head = wsgi_with(("X-Long", "x" * 1000))
+exposing = wsgi_with(("Access-Control-Expose-Headers", "Content-Length"))
 async def asgi(scope, receive, send):
     if scope["type"] == "http":
         raw = [(name.lower().encode(), value.encode()) for name, value in headers]
@@ -192,8 +196,8 @@ class Servers:
     def http_server(self):
         return self.application(PYTHON, "-m", "http.server", "--bind", "127.0.0.1", "{port}")
 
-    def gunicorn(self):
-        return self.application("gunicorn", "-b", "127.0.0.1:{port}", "applications:wsgi")
+    def gunicorn(self, name="wsgi"):
+        return self.application("gunicorn", "-b", "127.0.0.1:{port}", "applications:" + name)
 
     def uvicorn(self):
         return self.application(PYTHON, "-m", "uvicorn", "--port", "{port}", "applications:asgi")
@@ -233,6 +237,13 @@ TABLE = [
     ("nginx before gunicorn, proxy_buffering off", "gunicorn",
      lambda s: s.nginx_before(s.gunicorn(), "proxy_buffering off;"), APART,
      "proxy_buffering on", before(S.nginx_before, S.gunicorn)),
+    ("nginx before gunicorn, a header of 1000 bytes", "gunicorn", lambda s: s.nginx_before(s.gunicorn("long_head")),
+     {"head-too-long"}, "proxy_hide_header",
+     lambda s: s.nginx_before(s.gunicorn("long_head"), "proxy_hide_header X-Long;")),
+    ("gunicorn, another header names the length", "gunicorn", lambda s: s.gunicorn("exposing"),
+     APART | {"length-hidden"}, "nginx before it", lambda s: s.nginx_before(s.gunicorn("exposing"))),
+    ("nginx, return 301", "nginx", lambda s: s.nginx("", "return 301 https://$host$request_uri;"), {"redirect"},
+     "no return 301", S.nginx),
     ("lighttpd, files", "lighttpd", lambda s: s.configured("lighttpd", LIGHTTPD, "-D", "-f"), set()),
     ("Apache, files", "apache2", S.apache, set()),
     ("Apache, CGI", "apache2", S.apache_cgi, CHUNKS | APART, "SetOutputFilter BUFFER",
