@@ -19,7 +19,8 @@ def functions(tools, image):
     listing = subprocess.run([tools + "nm", "--defined-only", image], check=True, stdout=subprocess.PIPE, text=True).stdout
     symbols = (line.split(None, 2) for line in listing.splitlines())
     found = {name: int(address, 16) for address, kind, name in symbols if kind in "tT" and not name.startswith(".")}
-    end = found["__CTOR_LIST__"]
+    # the list of constructors is in .text, after the code, or with newer linkers in .rdata
+    end = min(found[name] for name in ("etext", "__CTOR_LIST__") if name in found)
     return {name: address for name, address in found.items() if address < end}, end
 
 
