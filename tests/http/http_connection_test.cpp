@@ -63,31 +63,6 @@ TEST(Connection, CopiesTheFirstReception)
     EXPECT_EQ(reply.length(), 1024u + 2u) << "the first reception at most";
 }
 
-TEST(Connection, KeepsTheSocketForASecondRequest)
-{
-    tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\nX: 1\r\n\r\n", "HTTP/1.1 404 No\r\nX: 2\r\n\r\nbody"}, {}, 0};
-    tap::UsePeer(&peer);
-    HttpConnection connection;
-    ZtByteData reply;
-    EXPECT_EQ(connection.Get("http://host/a", &reply, 80), 1);
-    EXPECT_EQ(connection.StartSocket(), 1);
-    EXPECT_EQ(connection.Connect("other", 81), 1);
-    EXPECT_EQ(connection.Post("http://host/b", &reply, 80), 1);
-    EXPECT_EQ(tap::CountOf("StartWinsock"), 1);
-    EXPECT_EQ(tap::CountOf("ConnectSocket"), 1);
-    EXPECT_TRUE(Text(connection.GetHead()).starts_with("HTTP/1.1 200 OK\r\nX: 1\r\n\r\nHTTP/1.1 404"));
-    const platform::Socket socket = connection.socket();
-    connection.Reset();
-    EXPECT_FALSE(connection.connected());
-    EXPECT_EQ(connection.socket(), socket) << "stays open, but is no longer marked connected";
-    EXPECT_EQ(connection.GetHeadLength(), 0u);
-    EXPECT_EQ(Text(connection.GetHead()), "");
-    EXPECT_STREQ(connection.GetHeadBuffer(), "");
-    EXPECT_STREQ(connection.GetBodyPrefix(), "");
-    char byte;
-    EXPECT_EQ(connection.Receive(&byte, 1), 0);
-}
-
 TEST(Connection, ClosesAsThePairingSays)
 {
     tap::ScriptedPeer peer;

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <set>
 #include <sstream>
 #include <string>
@@ -17,8 +16,6 @@ namespace pavonix {
 namespace {
 
 using namespace test;
-
-constexpr WideChar kNowhere[] = {'/', 'n', 'o', '/', 'x', 0};
 
 class LoggerTest : public testing::Test {
 protected:
@@ -50,27 +47,6 @@ TEST_F(LoggerTest, RendersARealisticRunInThreeForms)
               Lines("<ZentorpLog>|<Encrypt_String>|<usePrivateKey>-1</usePrivateKey>|<Block>|"
                     "<padded_data>00A53E</padded_data>|<error><![CDATA[too <small>]]></error>|</Block>|<hint/>&|"
                     "<flags>0xff</flags>|</Encrypt_String>|<Ticks>abcde</Ticks>|<info>done</info>|</ZentorpLog>|"));
-}
-
-TEST_F(LoggerTest, CdataIsPutAroundContentThatNeedsIt)
-{
-    const char *rows[][2] = {
-        {"plain \"text\" \r", "plain \"text\" \r"},
-        {"a<b", "<![CDATA[a<b]]>"},
-        {"a>b", "<![CDATA[a>b]]>"},
-        {"a&b", "<![CDATA[a&b]]>"},
-        {"a\nb", "<![CDATA[a\nb]]>"},
-        {"a\tb", "<![CDATA[a\tb]]>"},
-        {"x<![CDATA[a&b]]>y", "x<![CDATA[a&b]]>y"},
-        {"<![CDATA[]]", "<![CDATA[<![CDATA[]]]]>"},
-        {"]]>", "<![CDATA[]]>]]>"},
-    };
-    for (const auto &row : rows) {
-        log_.clear();
-        log_.logInfo(row[0]);
-        EXPECT_EQ(LogText(log_, &LogBase::getLogXml),
-                  Lines(std::string("<ZentorpLog>|<info>") + row[1] + "</info>|</ZentorpLog>|"));
-    }
 }
 
 TEST_F(LoggerTest, DepthNeedsNoStack)
@@ -238,23 +214,6 @@ TEST_F(LoggerTest, WhatALostContextHoldsGoesToTheOneAround)
     log_.clear();
     LogSomeContexts(log_);
     EXPECT_TRUE(LogText(log_).starts_with("ZentorpLog:\r\n  Outer:\r\n    Inner:\r\n")) << LogText(log_);
-}
-
-TEST_F(LoggerTest, EveryOperationTakesTheLock)
-{
-    StringBuffer text;
-    const std::function<void()> operations[] = {
-        [&] { log_.getLogText(&text); }, [&] { log_.getLogHtml(&text); },   [&] { log_.getLogXml(&text); },
-        [&] { log_.logError("x"); },     [&] { log_.logInfo("x"); },        [&] { log_.logRaw("x"); },
-        [&] { log_.clear(); },           [&] { log_.enterContext("x"); },   [&] { log_.leaveContext(); },
-        [&] { log_.logData("x", "y"); }, [&] { log_.logDataLong("x", 1); }, [&] { log_.logHex("x", 1); },
-        [&] { log_.logTickCount("x"); }, [&] { log_.saveText(kNowhere); },  [&] { log_.logDataValue("x", "y", 1); },
-    };
-    for (const auto &operation : operations) {
-        const int before = tap::SectionsEntered();
-        operation();
-        EXPECT_GT(tap::SectionsEntered(), before) << "operation " << &operation - operations;
-    }
 }
 
 TEST_F(LoggerTest, TheNullLogKeepsNothing)
