@@ -157,6 +157,7 @@ bool ReportImports(Test *test, const Path &dll)
         test->report.Deviation(Join("PAVONIX.dll is not beside this program"));
         return false;
     }
+    test->report.Note(Join("PAVONIX.dll: ", bytes.size(), " bytes"));
     Counting counting = {&test->report, 0, 0, {}};
     if (!ForEachImport(bytes, &counting, CheckImport)) {
         test->report.Deviation(Join("PAVONIX.dll is damaged, or not for ARM"));

@@ -3,6 +3,7 @@
 
 #include "rsa/text/fixed_text.h"
 
+#include <concepts>
 #include <string_view>
 
 namespace pavonix::device_test {
@@ -66,15 +67,7 @@ inline void Append(Line *line, const Path &path)
         line->AppendN(&byte, 1);
     }
 }
-inline void Append(Line *line, int number)
-{
-    line->AppendDecimal(number);
-}
-inline void Append(Line *line, unsigned number)
-{
-    line->AppendDecimal(static_cast<std::int32_t>(number));
-}
-inline void Append(Line *line, std::uint32_t number)
+inline void Append(Line *line, std::integral auto number)
 {
     line->AppendDecimal(static_cast<std::int32_t>(number));
 }

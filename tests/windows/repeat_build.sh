@@ -12,6 +12,6 @@ if ! $offline true; then
 fi
 $offline cmake -G Ninja -S "$source" -B "$build/repeat" -DPAVONIX_TOOLS=OFF "$@"
 $offline cmake --build "$build/repeat" --parallel 2
-for file in PAVONIX.dll PAVONIX.lib libPAVONIX.dll.a; do
+for file in PAVONIX.dll PAVONIX.lib libPAVONIX.dll.a PavonixTest.exe; do
     cmp "$build/$file" "$build/repeat/$file"
 done
