@@ -95,6 +95,9 @@ bool Library::Unload()
 CallResult Library::Make(const Call &call, unsigned seconds)
 {
     static Running running;
+    if (!usable()) {
+        return {}; // the library takes one call at a time
+    }
     running.call = call;
     running.url = Path().Add(call.url);
     running.verdict.errorCode = -1;
