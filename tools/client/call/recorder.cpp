@@ -66,6 +66,13 @@ void NoteFirst(CallRecord *record, int received)
     exchange.segments = arrived.unread == 0 ? arrived.segments : 0;
 }
 
+// A body that keeps arriving ends at the deadline, too.
+bool WaitInTime(const CallRecord &record)
+{
+    const Deadline *deadline = record.deadlineOrNull();
+    return (deadline == nullptr || CallRecord::Clock::now() < *deadline) && WaitToRead(record.socket, deadline);
+}
+
 void NoteReceived(CallRecord *record, const char *bytes, int received)
 {
     if (record->received == 0) {
@@ -161,7 +168,7 @@ int RecordSendSocket(Socket socket, const char *bytes, int length)
 int RecordReceiveSocket(Socket socket, char *bytes, int length)
 {
     CallRecord *record = client::RecordOf(socket);
-    if (record != nullptr && !client::WaitToRead(record->socket, record->deadlineOrNull())) {
+    if (record != nullptr && !client::WaitInTime(*record)) {
         record->timedOut = true;
         record->exchange.end = diagnostics::End::kTimeOut;
         client::SetLastSocketError(client::kSocketTimeOut);
