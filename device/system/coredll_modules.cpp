@@ -50,7 +50,8 @@ const void *LoadLibrary(const WideChar *path)
     if (const char *library = GetModuleHandle(path)) {
         return library;
     }
-    const void *image = loadedImages.Load(DevicePath(path).name());
+    const DevicePath file(path);
+    const void *image = file.valid() ? loadedImages.Load(file.name()) : nullptr;
     return image != nullptr ? image : FailWith<const void *>(kErrorModuleNotFound, nullptr);
 }
 
