@@ -24,7 +24,7 @@ ROOMS = {
     "rsa/key": {"rsa/text", "rsa/log", "rsa/bigint"},
     "rsa/cipher": {"rsa/text", "rsa/log", "rsa/key", "rsa/encoding", "rsa/charset", "rsa/digest", "rsa/random"},
     "http": {"rsa/text", "platform"},
-    "store": {"rsa/text", "platform", "http/http_connection.h"},
+    "store": {"rsa/text", "platform"},
     "profile": {"rsa/text", "platform", "http/find_text.h", "rsa/cipher/zt_rsa.h", "trace"},
     "shop": {"rsa/text", "platform", "http", "store", "profile", "pavonix", "trace"},
     "trace": {"rsa/text", "platform", "http/reply_facts.h", "pavonix"},

@@ -9,6 +9,7 @@
 #include "rsa/text/zt_string.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace pavonix {
 
@@ -57,6 +58,7 @@ public:
     // Receives once and separates head and body prefix. The byte count is not kept:
     // bytes that did not arrive are zeros.
     const char *ReceiveHead();
+    std::string_view head() const { return {head_.c_str(), static_cast<std::size_t>(head_.length())}; }
     ZtString GetHead() const { return head_; }                        // status line to blank line
     const char *GetHeadBuffer() const { return headArea_; }           // head and held body bytes
     const char *GetBodyPrefix() const { return bodyPrefix_; }         // held body bytes

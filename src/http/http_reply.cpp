@@ -17,10 +17,9 @@ const char *HttpConnection::ReceiveHead()
     char area[kFirstReception + 1] = {};
     // The byte count is not kept: what did not arrive counts as zeros from here on.
     platform::ReceiveSocket(socket_, area, kFirstReception);
-    static_assert(kFindAbsent + 4 == kHeadLengthWithoutEnd); // so the reply has a head of two bytes then
-    const std::int32_t headLength = FindText(area, "\r\n\r\n", 0) + 4;
-    head_.AppendN(area, headLength);
-    headLength_ = static_cast<std::uint32_t>(headLength);
+    const std::int32_t blankLine = FindText(area, "\r\n\r\n", 0);
+    headLength_ = blankLine < 0 ? kHeadLengthWithoutEnd : static_cast<std::uint32_t>(blankLine) + 4;
+    head_.AppendN(area, static_cast<std::int32_t>(headLength_));
 
     const std::unique_ptr<char[]> length(GetHeaderValue(head_.c_str(), "Content-Length"));
     contentLength_ = length == nullptr ? 0 : static_cast<std::uint32_t>(ParseDecimal(length.get()));

@@ -2,6 +2,7 @@
 
 #include "http/find_text.h"
 #include "rsa/text/allocate.h"
+#include "rsa/text/fixed_text.h"
 
 #include <cstring>
 
@@ -38,6 +39,23 @@ char *GetHeaderValue(const char *head, const char *name)
         value[length] = 0;
     }
     return value;
+}
+
+std::int32_t ParseStatus(std::string_view head)
+{
+    constexpr std::string_view kLineEnds = "\r\n";
+    head = head.substr(0, head.find('\0'));
+    while (!head.empty() && kLineEnds.find(head.front()) != kLineEnds.npos) {
+        head.remove_prefix(1);
+    }
+    const std::size_t end = head.find_first_of(" \r\n");
+    if (end == head.npos || head[end] != ' ') {
+        return 0; // a space in a later line is not the status line's
+    }
+    const std::string_view digits = head.substr(end + 1, 3);
+    FixedText<4> status;
+    status.AppendN(digits.data(), digits.size());
+    return ParseDecimal(status.c_str());
 }
 
 void CopyResponsePrefix(const char *source, ZtByteData *target, std::int32_t count)

@@ -4,6 +4,7 @@
 #include "rsa/text/zt_byte_data.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace pavonix {
 
@@ -12,6 +13,11 @@ namespace pavonix {
 // anywhere in the head, also inside other names and values, and the value keeps the
 // space after the colon: servers in the field depend on both.
 [[nodiscard]] char *GetHeaderValue(const char *head, const char *name);
+
+// The status in a reply's head: the three characters after the first space of the status
+// line, as a number; 0 when that line has no space. Line ends before the status line are
+// skipped, and a zero byte ends the head.
+std::int32_t ParseStatus(std::string_view head);
 
 // Copies up to `count` bytes and appends two zero bytes. A zero byte ends the copy and
 // adds two zero bytes more. A byte above 0xA0 leads a two-byte character: its trail

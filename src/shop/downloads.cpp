@@ -3,6 +3,7 @@
 #include "platform/export.h"
 #include "platform/wide_char.h"
 #include "shop/shop_call.h"
+#include "store/body_source.h"
 #include "store/body_writer.h"
 #include "store/target_path.h"
 
@@ -29,6 +30,22 @@ struct DownloadCall {
     int port;
 };
 
+// The reply's body, read from its connection.
+class ReplyBody final : public BodySource {
+public:
+    explicit ReplyBody(HttpConnection &connection) : connection_(connection) {}
+
+    std::span<const char> held() const override
+    {
+        return {connection_.GetBodyPrefix(), kFirstReception - connection_.GetHeadLength()};
+    }
+    std::uint32_t announced() const override { return connection_.GetContentLength(); }
+    int Receive(char *buffer, int length) override { return connection_.Receive(buffer, length); }
+
+private:
+    HttpConnection &connection_;
+};
+
 // Stores the reply's body in the target file. Errors here are not reported: 200 means
 // that the server answered 200, not that the file is complete.
 void StoreBody(HttpConnection *connection, const WideChar *targetPath)
@@ -45,7 +62,8 @@ void StoreBody(HttpConnection *connection, const WideChar *targetPath)
     BodyWriter writer;
     writer.Open(targetPath);
     if (writer.usable()) {
-        writer.WriteBody(connection);
+        ReplyBody body(*connection);
+        writer.WriteBody(&body);
         writer.Close();
     } else {
         connection->Close();

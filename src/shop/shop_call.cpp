@@ -1,18 +1,10 @@
 #include "shop/shop_call.h"
 
+#include "http/reply_text.h"
 #include "platform/code_pages.h"
 #include "trace/hooks.h"
 
 namespace pavonix {
-
-namespace {
-
-bool IsLineEnd(char c)
-{
-    return c == '\r' || c == '\n';
-}
-
-} // namespace
 
 bool ConvertBaseUrl(const WideChar *baseUrl, UrlText *url)
 {
@@ -42,22 +34,7 @@ std::int32_t ReplyStatus(const HttpConnection &connection)
 {
     PAVONIX_TRACE_HOOK(
         TellReply(connection.GetHeadBuffer(), connection.GetHeadLength(), connection.GetContentLength()));
-    FixedText<kFirstReception + 1> copy;
-    const ZtString head = connection.GetHead();
-    copy.AppendN(head.c_str(), static_cast<std::size_t>(head.length()));
-    const char *place = copy.c_str();
-    while (IsLineEnd(*place)) {
-        ++place;
-    }
-    while (*place != 0 && *place != ' ' && !IsLineEnd(*place)) {
-        ++place;
-    }
-    if (*place != ' ') {
-        return 0; // a blank in a later line tells nothing of the status
-    }
-    FixedText<4> status;
-    status.Append(place + 1); // cut to three characters
-    return ParseDecimal(status.c_str());
+    return ParseStatus(connection.head());
 }
 
 } // namespace pavonix

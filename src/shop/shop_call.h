@@ -20,9 +20,7 @@ using UrlText = FixedText<256>;
 // the serial runs out.
 [[nodiscard]] bool AddIdentity(const CallIdentity &identity, HttpConnection *connection);
 
-// The status in the reply's head: the three characters behind the first blank of
-// the status line, as a number; 0 when there is no blank. Line ends before the
-// status line are passed over.
+// The status in the reply's head; 0 when there is none.
 std::int32_t ReplyStatus(const HttpConnection &connection);
 
 } // namespace pavonix

@@ -1,13 +1,14 @@
 #include "store/body_writer.h"
 
-#include "http/http_connection.h"
 #include "platform/code_pages.h"
+#include "store/body_source.h"
 
 namespace pavonix {
 
 namespace {
 
-constexpr int kLongestPath = 260; // bytes, terminator included
+constexpr int kLongestPath = 260;  // bytes, terminator included
+constexpr int kPieceLength = 1024; // bytes of one reception
 
 bool HasNarrowForm(const WideChar *path)
 {
@@ -40,17 +41,17 @@ void BodyWriter::Close()
     }
 }
 
-void BodyWriter::WriteBody(HttpConnection *connection)
+void BodyWriter::WriteBody(BodySource *body)
 {
-    const std::uint32_t held = kFirstReception - connection->GetHeadLength();
-    const std::uint32_t announced = connection->GetContentLength();
-    const std::uint32_t expected = announced == 0 ? held : announced;
-    const std::uint32_t first = expected < held ? expected : held;
-    Write(connection->GetBodyPrefix(), first);
+    const std::span<const char> held = body->held();
+    const auto heldLength = static_cast<std::uint32_t>(held.size());
+    const std::uint32_t expected = body->announced() == 0 ? heldLength : body->announced();
+    const std::uint32_t first = expected < heldLength ? expected : heldLength;
+    Write(held.data(), first);
     std::uint64_t written = first; // 64 bits: the announced length may be the largest 32-bit number
     while (written < expected) {
-        char piece[kFirstReception];
-        const int received = connection->Receive(piece, sizeof piece);
+        char piece[kPieceLength];
+        const int received = body->Receive(piece, kPieceLength);
         if (received <= 0) {
             break;
         }

@@ -8,7 +8,7 @@
 
 namespace pavonix {
 
-class HttpConnection;
+class BodySource;
 
 // An output file in append mode. After a failed open or write (a full disk, say) it is
 // no longer usable: further writes do nothing, but the body is still read to its end.
@@ -32,7 +32,7 @@ public:
     // stream ends. Without an announced length only the first bytes are written. A
     // reception is written whole, so a server that sends more than it announced may add
     // up to 1023 bytes.
-    void WriteBody(HttpConnection *connection);
+    void WriteBody(BodySource *body);
 
 private:
     platform::Stream *stream_ = nullptr;
