@@ -118,9 +118,13 @@ def main():
                 rows.setdefault(tuple(cells), []).append(name)
         finally:
             shop.end()
+    for cells, faults in rows.items():
+        if cells[0] == cells[1] and cells[0].endswith(" " + cells[2]):
+            print(f"the same cause for all: {', '.join(faults)}: {cells[0]}")
     print("| fault | list, good | buy | doctor |\n|---|---|---|---|")
     for cells, faults in rows.items():
-        print(f"| {', '.join(faults)} | {' | '.join(cells)} |")
+        if cells[0] != cells[1] or not cells[0].endswith(" " + cells[2]):
+            print(f"| {', '.join(faults)} | {' | '.join(cells)} |")
     for line in wrong:
         print(line, file=sys.stderr)
     return 1 if wrong else 0
