@@ -20,7 +20,7 @@ class NotGenuine(Exception):
 
 
 def read_public_key(xml_text):
-    """Answers modulus and public exponent of <RSAKeyValue>."""
+    """Returns modulus and public exponent of <RSAKeyValue>."""
     root = xml.etree.ElementTree.fromstring(xml_text)
     return [int.from_bytes(base64.b64decode(root.findtext(name)), "big") for name in ("Modulus", "Exponent")]
 
@@ -47,7 +47,10 @@ def decode_oaep(block):
 
 
 def open_token(token, modulus, exponent):
-    """Answers the text that the device encrypted with its private key."""
+    """Returns the text that the device encrypted with its private key, and the blocks of the token as bytes.
+
+    A server must remember each block, not the whole token, and refuse a token with a block that it has seen: the blocks
+    of two used tokens of a short key could otherwise be combined into a third."""
     try:
         ciphertext = base64.b64decode(token, validate=True)
     except ValueError:
@@ -55,18 +58,21 @@ def open_token(token, modulus, exponent):
     size = (modulus.bit_length() + 7) // 8
     if not ciphertext or len(ciphertext) % size != 0:
         raise NotGenuine("not whole blocks of the key's size")
+    blocks = [ciphertext[start:start + size] for start in range(0, len(ciphertext), size)]
     text = b""
-    for start in range(0, len(ciphertext), size):
-        number = int.from_bytes(ciphertext[start:start + size], "big")
+    for block in blocks:
+        number = int.from_bytes(block, "big")
         if number >= modulus:
             raise NotGenuine("a block is not below the modulus")
         text += decode_oaep(pow(number, exponent, modulus).to_bytes(size, "big"))
-    return text.decode("ascii", "replace")
+    return text.decode("ascii", "replace"), blocks
 
 
 def parse_time(text):
-    """The device's local time, to the second: the three digits at the end, which may be negative, are no time."""
-    match = re.fullmatch(r"([0-9]+)-([0-9]+)-([0-9]+) ([0-9]+):([0-9]+):([0-9]+)\.-?[0-9]{3}", text)
+    """The device's local time, to the second: the three digits at the end, which may be negative, are not time.
+    No other number has leading zeros."""
+    number = "(0|[1-9][0-9]*)"
+    match = re.fullmatch(rf"{number}-{number}-{number} {number}:{number}:{number}\.(?!-000)-?[0-9]{{3}}", text)
     try:
         return datetime.datetime(*map(int, match.groups()))
     except (AttributeError, ValueError, OverflowError):
@@ -77,8 +83,8 @@ def main(key_file, token, seconds="300"):
     with open(key_file, encoding="ascii") as file:
         modulus, exponent = read_public_key(file.read())
     try:
-        text = open_token(token, modulus, exponent)
-        difference = parse_time(text) - datetime.datetime.now()
+        text, _ = open_token(token, modulus, exponent)
+        difference = parse_time(text) - datetime.datetime.now().replace(microsecond=0)
     except NotGenuine as reason:
         print(f"not genuine: {reason}")
         return 1

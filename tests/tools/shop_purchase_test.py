@@ -5,12 +5,16 @@ import hashlib
 import os
 import random
 import subprocess
+import sys
 import threading
 import time
 import unittest
 from http.client import HTTPException
 
-from shop_fixture import PROGRAMS, Key, ShopTest, run, time_text
+from shop_fixture import HERE, PROGRAMS, Key, ShopTest, run, time_text
+
+sys.path.append(os.path.join(HERE, "../../examples/python"))
+import verify_token
 
 KEY = Key()
 
@@ -87,6 +91,25 @@ class PurchaseTest(ShopTest):
                 self.assertTrue(0 < len(self.headers["X-Error-Message"]) < 255)
                 self.assertIsNone(self.headers["X-Server-Timestamp"])
         self.assertEqual((self.balance(), self.query("SELECT * FROM purchase")), (1000, []))
+
+    def test_the_python_verifier_agrees_about_texts(self):
+        year = time.localtime().tm_year
+        clock = time_text()
+        texts = [clock, clock[:-3] + "-999", clock[:-3] + "-000", clock[:-3] + "1234", clock[:-3] + "42", clock + "\n", " " + clock,
+                 f"0{clock}", f"{year}-01-1 1:1:1.001", f"{year}-1-1 01:1:1.001", f"{year}-1-1 0:0:0.000", f"{year}-1-1 00:0:0.000",
+                 f"{year}-2-29 1:1:60.000", f"{year}-1-1 24:0:0.000", f"{year}-0-1 1:1:1.001", f"{year}-13-1 1:1:1.001",
+                 "10000-1-1 1:1:1.001", "99999-1-1 1:1:1.001", "0-1-1 1:1:1.001", "1-1-1 1:1:1.001", "-5-1-1 1:1:1.001",
+                 f"+{clock}", f"{year}-1-1 1:1:1,001", f"{year}-1-1  1:1:1.001", f"{year}-1-1T1:1:1.001", f"{year}-1-1 1:1:1.+01"]
+        verdicts = {}
+        for text in texts:
+            try:
+                verify_token.parse_time(verify_token.open_token(KEY.token(text), KEY.n, KEY.e)[0])
+                genuine = True
+            except verify_token.NotGenuine:
+                genuine = False
+            verdicts[text] = (genuine, self.buy(force=1, token=KEY.token(text))[1] != 905)
+        self.assertEqual([text for text, (python, shop) in verdicts.items() if python != shop], [])
+        self.assertEqual({python for python, _ in verdicts.values()}, {True, False})
 
     def test_owned_goods(self):
         self.assertEqual(self.buy(), (200, 0))

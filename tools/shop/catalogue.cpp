@@ -18,7 +18,6 @@ constexpr std::chrono::seconds kSummaryLife{1};
 // By the number in "sort"; schema.sql has an index for each. The id orders goods that are equal otherwise, so that
 // pages never overlap.
 constexpr std::array kOrders = {"id", "lower(title), id", "price, id", "price DESC, id", "added DESC, id"};
-
 // Leaves the element open.
 void StartGood(XmlWriter &xml, int type, int id, const std::string &title, const std::string &maker, int category,
                const std::string &categoryName, Int64 price, const std::string &added)
@@ -36,10 +35,12 @@ void StartGood(XmlWriter &xml, int type, int id, const std::string &title, const
     xml.Element("added", added);
 }
 
+// Skips goods in the index alone: only those of the page are read from the table.
 std::string PageSql(const std::string &where, const char *order)
 {
-    return "SELECT id, title, maker, category, price, added FROM good WHERE " + where + " ORDER BY " + order +
-           " LIMIT :max OFFSET :start";
+    return "SELECT id, title, maker, category, price, added FROM (SELECT id AS shown FROM good WHERE " + where +
+           " ORDER BY " + order +
+           " LIMIT :max OFFSET :start) AS page JOIN good ON type = :itself AND id = shown ORDER BY " + order;
 }
 
 } // namespace
@@ -69,7 +70,6 @@ Catalogue::Catalogue(Database &database, TypeSummaries &summaries)
 {
     for (const char *order : kOrders) {
         ofType_.emplace_back(database, PageSql("type = :type", order));
-        // PostgreSQL reads an index in its order only if the order begins with the index's columns.
         ofCategory_.emplace_back(database, PageSql("type = :type AND category = :category", order));
     }
 }
@@ -118,8 +118,8 @@ std::string Catalogue::List(std::string_view query)
     if (start >= total) {
         return xml.Finish(); // skipping all goods would cost the most
     }
-    const auto rows = category == 0 ? (*std::next(ofType_.begin(), sort))(type, max, start)
-                                    : (*std::next(ofCategory_.begin(), sort))(type, category, max, start);
+    const auto rows = category == 0 ? (*std::next(ofType_.begin(), sort))(type, max, start, type)
+                                    : (*std::next(ofCategory_.begin(), sort))(type, category, max, start, type);
     for (const auto &[id, title, maker, itsCategory, price, added] : rows) {
         const auto named = summary->categories.find(itsCategory);
         StartGood(xml, type, id, title, maker, itsCategory,

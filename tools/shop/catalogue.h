@@ -65,8 +65,8 @@ private:
     Statement<std::tuple<int, std::string, Int64>, int> categories_;
     Statement<Described, int, int> good_;
     // By the number in "sort"; a list, as statements stay where they are.
-    std::list<Statement<Row, int, int, int>> ofType_;
-    std::list<Statement<Row, int, int, int, int>> ofCategory_;
+    std::list<Statement<Row, int, int, int, int>> ofType_;
+    std::list<Statement<Row, int, int, int, int, int>> ofCategory_;
 };
 
 } // namespace shop

@@ -37,7 +37,7 @@ int ParseUserId(const std::string &text)
 
 } // namespace
 
-std::shared_ptr<const token::PublicKey> KeyCache::Read(const std::string &pem)
+token::PublicKey KeyCache::Read(const std::string &pem)
 {
     {
         const std::scoped_lock lock(mutex_);
@@ -45,7 +45,7 @@ std::shared_ptr<const token::PublicKey> KeyCache::Read(const std::string &pem)
             return found->second;
         }
     }
-    auto key = std::make_shared<const token::PublicKey>(token::ReadPublicKey(pem));
+    token::PublicKey key = token::ReadPublicKey(pem);
     const std::scoped_lock lock(mutex_);
     if (keys_.size() >= kMostKeys) {
         keys_.clear();
@@ -85,7 +85,7 @@ token::Token Checkout::CheckToken(const Order &order, const std::string &headerV
     if (pem.empty()) {
         throw Refusal(kUnknownDevice);
     }
-    auto token = token::OpenToken(headerValue, *state_.keys.Read(std::get<0>(pem[0])));
+    auto token = token::OpenToken(headerValue, state_.keys.Read(std::get<0>(pem[0])));
     if (!token) {
         throw Refusal(kInvalidToken);
     }

@@ -24,11 +24,11 @@ struct PurchaseRequest {
 // connections share it.
 class KeyCache {
 public:
-    [[nodiscard]] std::shared_ptr<const token::PublicKey> Read(const std::string &pem);
+    [[nodiscard]] token::PublicKey Read(const std::string &pem);
 
 private:
     std::mutex mutex_;
-    std::map<std::string, std::shared_ptr<const token::PublicKey>> keys_;
+    std::map<std::string, token::PublicKey> keys_;
 };
 
 // What the connections of a process share.

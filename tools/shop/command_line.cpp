@@ -36,7 +36,7 @@ void AddDevice(const Options &options)
     Database database = OpenShopDatabase(options.database);
     RegisterDevice(database, options.serial, options.userId, key, options.balance);
     std::cout << "registered device " << options.serial << ", user " << options.userId << ", a key of "
-              << EVP_PKEY_get_bits(key.get()) << " bits, balance " << options.balance << std::endl;
+              << token::ModulusBits(key) << " bits, balance " << options.balance << std::endl;
 }
 
 void RemoveDeviceAsked(const Options &options)
@@ -191,9 +191,10 @@ void AddServingOptions(CLI::App &app, Options &options)
     app.add_option("--port", options.port, "Port to listen on, 0 picks a free one and prints it")
         ->capture_default_str();
     options.threads = std::max(1U, std::thread::hardware_concurrency());
-    app.add_option("--threads", options.threads, "Threads for the network, one for each core by default")
+    app.add_option("--threads", options.threads,
+                   "Threads besides those that wait for the database, one for each core by default")
         ->check(CLI::Range(1, 256));
-    app.add_option("--connections", options.connections, "Connections to the database, and as many threads for them")
+    app.add_option("--connections", options.connections, "Connections to the database")
         ->check(CLI::Range(1, 1000))
         ->capture_default_str();
     app.add_option("--keep-alive", options.keepAliveSeconds,

@@ -15,10 +15,11 @@ void Serve(const shop::Options &options)
 {
     (void)shop::OpenShopDatabase(options.database); // so that what is wrong with it shows before the shop listens
     shop::ShopState state(options.database, std::chrono::seconds(options.maxSkewSeconds));
+    const unsigned threads = options.threads + options.connections;
+    boost::asio::io_context network(static_cast<int>(threads));
     shop::Window window(options.database, options.windowForAll);
-    boost::asio::io_context network(static_cast<int>(options.threads));
-    shop::Workers workers(state, options.connections);
-    shop::ServerContext context{state, workers, window, shop::FindFault(options.fault)};
+    shop::Connections connections(network, state, options.connections);
+    shop::ServerContext context{state, connections, window, shop::FindFault(options.fault)};
     context.keepAlive = std::chrono::seconds(options.keepAliveSeconds);
     for (const std::string &address : options.watchers) {
         context.watchers.insert(boost::asio::ip::make_address(address));
@@ -26,7 +27,7 @@ void Serve(const shop::Options &options)
     shop::Server server(network, context, options.host, options.port);
     std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
               << shop::ShownPlace(options.database) << std::endl;
-    server.Run(options.threads);
+    server.Run(threads);
 }
 
 // Returns the exit code. Most parse errors are caused by an unknown word, so report that first.

@@ -89,7 +89,7 @@ void Server::Accept()
 {
     acceptor_.async_accept(asio::make_strand(network_), [this](boost::system::error_code error,
                                                                asio::ip::tcp::socket socket) {
-        if (!acceptor_.is_open()) {
+        if (error == asio::error::operation_aborted) {
             return;
         }
         if (!error) {

@@ -143,11 +143,10 @@ void Session::AnswerFromDatabase(const Fault *fault)
         Send(&request_, fault->answer(), fault);
         return;
     }
-    context_.workers.Answer(request_, [self = shared_from_this(), fault](Response response) {
-        asio::post(self->stream_.get_executor(), [self, fault, response = std::move(response)]() mutable {
-            self->Send(&self->request_, std::move(response), fault);
-        });
-    });
+    context_.connections.Answer(request_, stream_.get_executor(),
+                                [self = shared_from_this(), fault](Response response) {
+                                    self->Send(&self->request_, std::move(response), fault);
+                                });
 }
 
 void Session::Send(const Request *request, Response response, const Fault *fault)

@@ -1,9 +1,9 @@
 // One connection: requests in, replies out.
 #pragma once
 
+#include "connections.h"
 #include "shop/faults/fault_table.h"
 #include "shop/window/window.h"
-#include "workers.h"
 
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/http/parser.hpp>
@@ -19,7 +19,7 @@ namespace shop {
 // What all connections share.
 struct ServerContext {
     ShopState &state;
-    Workers &workers;
+    Connections &connections;
     Window &window;
     const Fault *fault;                            // of every reply; null for none
     std::set<boost::asio::ip::address> watchers{}; // may read /health and /metrics; loopback always may

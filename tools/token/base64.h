@@ -1,4 +1,4 @@
-// Strict base64: the standard alphabet with padding, nothing between or behind.
+// Strict base64: the standard alphabet with padding, nothing else.
 #pragma once
 
 #include <optional>
@@ -9,7 +9,7 @@ namespace token {
 
 using Bytes = std::vector<unsigned char>;
 
-// Answers nothing when the text is empty or no base64.
+// Returns nothing when the text is empty or not base64.
 [[nodiscard]] std::optional<Bytes> DecodeBase64(const std::string &text);
 
 } // namespace token

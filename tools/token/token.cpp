@@ -1,50 +1,46 @@
-// OpenSSL offers OAEP decoding on its own only by a function that it advises
-// against, as decoding is usually one with decrypting. Here it follows the
-// public operation, for which there is no newer way.
-#define OPENSSL_SUPPRESS_DEPRECATED
-
 #include "token/token.h"
 
-#include <openssl/err.h>
-#include <openssl/rsa.h>
-
-#include <span>
+#include <algorithm>
 
 namespace token {
 
 namespace {
 
-struct FreeContext {
-    void operator()(EVP_PKEY_CTX *context) const { EVP_PKEY_CTX_free(context); }
-};
-
-// Returns the block raised to the public exponent, as long as the modulus, or an
-// empty one.
-Bytes PublicOperation(std::span<const unsigned char> block, const PublicKey &key)
+// MGF1 (RFC 8017, B.2.1): the bytes with the mask that the seed makes.
+Bytes Unmask(ByteSpan bytes, ByteSpan seed)
 {
-    const std::unique_ptr<EVP_PKEY_CTX, FreeContext> context(EVP_PKEY_CTX_new(key.get(), nullptr));
-    Bytes encoded(block.size());
-    std::size_t length = encoded.size();
-    if (EVP_PKEY_verify_recover_init(context.get()) <= 0 ||
-        EVP_PKEY_CTX_set_rsa_padding(context.get(), RSA_NO_PADDING) <= 0 ||
-        EVP_PKEY_verify_recover(context.get(), encoded.data(), &length, block.data(), block.size()) <= 0 ||
-        length != encoded.size()) {
-        return {};
+    Bytes unmasked(bytes.begin(), bytes.end());
+    Bytes input(seed.begin(), seed.end());
+    input.resize(seed.size() + 4);
+    Sha1Digest digest{};
+    for (std::size_t i = 0; i < unmasked.size(); ++i) {
+        if (i % digest.size() == 0) {
+            const auto counter = static_cast<unsigned>(i / digest.size());
+            input[seed.size() + 2] = static_cast<unsigned char>(counter >> 8);
+            input[seed.size() + 3] = static_cast<unsigned char>(counter);
+            digest = Sha1(input);
+        }
+        unmasked[i] ^= digest[i % digest.size()];
     }
-    return encoded;
+    return unmasked;
 }
 
-std::optional<std::string> DecodeOaep(const Bytes &encoded)
+// RFC 8017, 7.1.2, step 3. The text is no secret, so timing does not matter.
+std::optional<std::string> DecodeOaep(ByteSpan encoded)
 {
-    std::string message(encoded.size(), '\0');
-    const int size = static_cast<int>(encoded.size());
-    const int length = RSA_padding_check_PKCS1_OAEP(reinterpret_cast<unsigned char *>(message.data()), size,
-                                                    encoded.data(), size, size, nullptr, 0);
-    if (length < 0) {
+    constexpr std::size_t kDigest = std::tuple_size_v<Sha1Digest>;
+    if (encoded.size() < 2 * kDigest + 2 || encoded[0] != 0) {
         return std::nullopt;
     }
-    message.resize(static_cast<std::size_t>(length));
-    return message;
+    const ByteSpan masked = encoded.subspan(1 + kDigest);
+    const Bytes seed = Unmask(encoded.subspan(1, kDigest), masked);
+    const Bytes data = Unmask(masked, seed);
+    const Sha1Digest emptyLabel = Sha1({});
+    const auto text = std::find_if(data.begin() + kDigest, data.end(), [](unsigned char byte) { return byte != 0; });
+    if (!std::equal(emptyLabel.begin(), emptyLabel.end(), data.begin()) || text == data.end() || *text != 1) {
+        return std::nullopt;
+    }
+    return std::string(text + 1, data.end());
 }
 
 // Opens the blocks, up to the first one that does not open.
@@ -53,11 +49,10 @@ std::vector<OpenedBlock> OpenBlocks(const Bytes &ciphertext, std::size_t blockSi
     std::vector<OpenedBlock> blocks;
     for (std::size_t at = 0; at < ciphertext.size(); at += blockSize) {
         const auto received = std::span(ciphertext).subspan(at, blockSize);
-        OpenedBlock block{{received.begin(), received.end()}, PublicOperation(received, key), std::nullopt};
+        OpenedBlock block{{received.begin(), received.end()}, RaiseToExponent(received, key), std::nullopt};
         block.text = block.encoded.empty() ? std::nullopt : DecodeOaep(block.encoded);
         blocks.push_back(std::move(block));
         if (!blocks.back().text) {
-            ERR_clear_error();
             break;
         }
     }
@@ -69,7 +64,7 @@ std::vector<OpenedBlock> OpenBlocks(const Bytes &ciphertext, std::size_t blockSi
 Opening OpenStepByStep(const std::string &headerValue, const PublicKey &key)
 {
     Opening opening{DecodeBase64(headerValue), {}, {}, {}};
-    const auto blockSize = static_cast<std::size_t>(EVP_PKEY_get_size(key.get()));
+    const auto blockSize = (static_cast<std::size_t>(ModulusBits(key)) + 7) / 8;
     if (!opening.ciphertext || opening.ciphertext->size() % blockSize != 0) {
         return opening;
     }

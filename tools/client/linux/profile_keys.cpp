@@ -3,7 +3,6 @@
 #include "token/token.h"
 
 #include <openssl/bn.h>
-#include <openssl/core_names.h>
 
 #include <memory>
 #include <span>
@@ -25,10 +24,9 @@ Number ToNumber(std::span<const unsigned char> bytes)
 bool GivesPrimesAway(const std::string &token, const token::PublicKey &key)
 {
     const auto ciphertext = token::DecodeBase64(token);
-    const auto blockSize = static_cast<std::size_t>(EVP_PKEY_get_size(key.get()));
-    BIGNUM *modulus = nullptr;
-    EVP_PKEY_get_bn_param(key.get(), OSSL_PKEY_PARAM_RSA_N, &modulus);
-    const Number n(modulus, BN_clear_free);
+    const token::Bytes modulus = token::ModulusOf(key);
+    const std::size_t blockSize = modulus.size();
+    const Number n = ToNumber(modulus);
     if (!ciphertext || ciphertext->size() < blockSize || n == nullptr) {
         return false;
     }
@@ -46,7 +44,7 @@ std::vector<std::string> CheckToken(const std::string &token, const std::string 
 try {
     std::vector<std::string> problems;
     const token::PublicKey key = token::ReadPublicKey(publicXml);
-    if (const int bits = EVP_PKEY_get_bits(key.get()); bits % 8 != 0) {
+    if (const int bits = token::ModulusBits(key); bits % 8 != 0) {
         problems.push_back("the modulus has " + std::to_string(bits) +
                            " bits, no multiple of 8: now and then a token comes out short and is sent empty");
     }

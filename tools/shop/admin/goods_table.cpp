@@ -18,6 +18,8 @@ const CsvRow kColumns = {"type",  "type_name", "category", "category_name", "id"
                          "title", "maker",     "price",    "added",         "description"};
 const CsvRow kNeeded = {"type", "category", "id", "title", "price"};
 
+constexpr std::size_t kLongestTitle = 1000; // PostgreSQL's indexes have room for two
+
 // One row under the first one, read by the names in that.
 class Row {
 public:
@@ -47,6 +49,9 @@ public:
         const std::string text = Text(name);
         if (text.empty()) {
             Fail(name, "is empty");
+        }
+        if (text.size() > kLongestTitle) {
+            Fail(name, "is longer than " + std::to_string(kLongestTitle) + " bytes");
         }
         return text;
     }

@@ -1,8 +1,8 @@
 #include "shop/database/database.h"
 
 #include "diagnostics/printable.h"
+#include "shop/database/postgresql.h"
 
-#include <soci/postgresql/soci-postgresql.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 
 #include <regex>
@@ -35,8 +35,8 @@ std::unique_ptr<soci::session> Connect(const std::string &place)
     }
     // Neither an unreachable server nor a hanging one may hold a connection longer than the front waits for a page.
     const bool parameters = place.find('?') != std::string::npos;
-    auto session = std::make_unique<soci::session>(soci::postgresql, place + (parameters ? "&" : "?") +
-                                                                         "connect_timeout=2&tcp_user_timeout=10000");
+    auto session = std::make_unique<soci::session>(PostgresqlBackend(), place + (parameters ? "&" : "?") +
+                                                                            "connect_timeout=2&tcp_user_timeout=10000");
     session->once << "SET statement_timeout = '10s'";
     session->once << "SET client_min_messages = warning";
     return session;

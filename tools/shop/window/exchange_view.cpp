@@ -2,8 +2,13 @@
 
 #include "diagnostics/exchange_view.h"
 #include "diagnostics/head_lines.h"
+#include "shop/errors.h"
+#include "shop/form_fields.h"
 #include "shop/window/html.h"
 #include "shop/window/token_view.h"
+
+#include <algorithm>
+#include <limits>
 
 namespace shop {
 
@@ -23,7 +28,7 @@ std::string FixesAsHtml(const std::vector<std::string> &fixes)
     return html.empty() ? "" : "<details><summary>What to do</summary><ul>" + html + "</ul></details>";
 }
 
-std::string FindingsAsHtml(const std::vector<diagnostics::FindingView> &findings)
+std::string FindingsAsHtml(const std::vector<diagnostics::FindingView> &findings, bool refused)
 {
     std::string html;
     for (const diagnostics::FindingView &finding : findings) {
@@ -31,7 +36,11 @@ std::string FindingsAsHtml(const std::vector<diagnostics::FindingView> &findings
                 Html(finding.seen) + "</code><br>The device: " + Html(finding.device) + "." +
                 FixesAsHtml(finding.fixes) + "</li>";
     }
-    return html.empty() ? "<p>No fault found.</p>" : "<ul>" + html + "</ul>";
+    if (html.empty()) {
+        return refused ? "<p>The shop refused this. No fault was found in the bytes of request and reply.</p>"
+                       : "<p>No fault was found.</p>";
+    }
+    return "<ul>" + html + "</ul>";
 }
 
 std::string MessageAsHtml(const diagnostics::MessageView &message)
@@ -51,11 +60,36 @@ std::string HeaderOf(const diagnostics::Exchange &exchange, std::string_view nam
     return line == nullptr ? "" : std::string(line->value);
 }
 
-std::string SummaryAsHtml(const SeenExchange &seen)
+// Who buys what; empty if the request does not say so.
+std::string PurchaseAsHtml(Database &database, const diagnostics::Exchange &exchange)
+{
+    const std::string form =
+        exchange.request.substr(std::min(exchange.request.find("\r\n\r\n"), exchange.request.size()));
+    int type = 0;
+    int id = 0;
+    try {
+        const FormFields fields(form.substr(std::min<std::size_t>(4, form.size()), form.find_last_not_of("\r\n") - 3),
+                                {"type", "id", "force"});
+        type = fields.Number("type", 1, std::numeric_limits<int>::max());
+        id = fields.Number("id", 1, std::numeric_limits<int>::max());
+    } catch (const Refusal &) {
+        return "";
+    }
+    const auto title =
+        Select<std::string>(database, "SELECT title FROM good WHERE type = :type AND id = :id", type, id);
+    return " <q>" + (title.empty() ? "unknown good" : Html(std::get<0>(title[0]))) + "</q> (" + std::to_string(type) +
+           "/" + std::to_string(id) + ") for " + Html(HeaderOf(exchange, "User-Serial")) + ", user " +
+           Html(HeaderOf(exchange, "User-ID"));
+}
+
+std::string SummaryAsHtml(Database &database, const SeenExchange &seen)
 {
     std::string html = "<time>" + token::FormatSortable(seen.at).substr(11) + "</time> " + Html(seen.peer) + " <b>" +
                        (seen.asked.empty() ? "(no request)" : Html(seen.asked)) + "</b> <span class=\"status\">" +
                        std::to_string(seen.status) + "</span>";
+    if (seen.exchange.call == diagnostics::Call::kPurchase) {
+        html += PurchaseAsHtml(database, seen.exchange);
+    }
     if (!seen.code.empty()) {
         html += " <span class=\"code\">" + Html(seen.code) + ": " + Html(seen.message) + "</span>";
     }
@@ -75,7 +109,8 @@ std::string ExchangeAsHtml(Database &database, const SeenExchange &seen)
     const diagnostics::Findings findings = diagnostics::Judge(exchange);
     const diagnostics::ExchangeView view = diagnostics::ViewOf(exchange, findings);
     std::string html = std::string("<details class=\"exchange ") + KindOf(seen, findings) + "\"><summary>" +
-                       SummaryAsHtml(seen) + "</summary><h3>Diagnosis</h3>" + FindingsAsHtml(view.findings);
+                       SummaryAsHtml(database, seen) + "</summary><h3>Diagnosis</h3>" +
+                       FindingsAsHtml(view.findings, seen.status != 200);
     if (exchange.call == diagnostics::Call::kPurchase) {
         html += "<h3>Token</h3>" + TokenAsHtml(database, HeaderOf(exchange, "User-Serial"),
                                                HeaderOf(exchange, "User-ID"), HeaderOf(exchange, "User-Cert"), seen.at);

@@ -6,7 +6,11 @@ const state = document.getElementById("state");
 const events = new EventSource("/window/events");
 
 events.onopen = () => { state.textContent = "live"; };
-events.onerror = () => { state.textContent = "The shop does not answer; trying again."; };
+events.onerror = () => {
+  state.textContent = events.readyState === EventSource.CLOSED
+    ? "Eight browsers watch this page, which is all it can serve. Close one, then reload."
+    : "No connection to the shop; trying again.";
+};
 events.addEventListener("exchanges", (event) => { exchanges.innerHTML = event.data; });
 events.addEventListener("shop", (event) => { document.getElementById("shop").innerHTML = event.data; });
 events.addEventListener("exchange", (event) => {

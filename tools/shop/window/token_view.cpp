@@ -97,7 +97,7 @@ std::string TokenAsHtml(Database &database, const std::string &serial, const std
         return steps.Finish();
     }
     const token::Opening opening = token::OpenStepByStep(headerValue, key);
-    const std::string size = Count(static_cast<std::size_t>(EVP_PKEY_get_size(key.get())), "byte");
+    const std::string size = Count(token::ModulusOf(key).size(), "byte");
     if (opening.blocks.empty()) {
         steps.Fail("The key of " + device + " makes blocks of " + size + ", and these are no whole blocks.");
         return steps.Finish();

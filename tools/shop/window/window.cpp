@@ -94,10 +94,10 @@ Response Window::Answer(const Request &request, const asio::ip::address &peer)
 {
     if (!MayLook(request, peer)) {
         return PageResponse(http::status::forbidden, "text/plain",
-                            "The shop's window is shown on its own machine only; --window-for-all shows it to all.\n");
+                            "This page is for browsers on the shop's own machine; --window-for-all shows it to all.\n");
     }
     if (request.method() != http::verb::get) {
-        return PageResponse(http::status::method_not_allowed, "text/plain", "The window is for looking: GET only.\n");
+        return PageResponse(http::status::method_not_allowed, "text/plain", "This page is read with GET only.\n");
     }
     if (request.target() == "/") {
         return PageResponse(http::status::ok, "text/html", Page());
@@ -109,8 +109,9 @@ Response Window::Answer(const Request &request, const asio::ip::address &peer)
         return PageResponse(http::status::ok, "text/javascript", kScript);
     }
     return request.target() == kEvents
-               ? PageResponse(http::status::service_unavailable, "text/plain", "Too many are looking already.\n")
-               : PageResponse(http::status::not_found, "text/plain", "The window has no such file.\n");
+               ? PageResponse(http::status::service_unavailable, "text/plain",
+                              "Eight browsers watch this page already.\n")
+               : PageResponse(http::status::not_found, "text/plain", "There is no such file.\n");
 }
 
 std::string Window::Page()
