@@ -5,10 +5,16 @@ import re
 import sys
 from xml.etree import ElementTree
 
-suite = ElementTree.parse(sys.argv[1]).getroot()
-failed, skipped = int(suite.get("failures")), int(suite.get("skipped"))
-for test in suite:
-    if test.find("skipped") is not None:
-        reasons = re.findall(r"skipped:? '?(.*?)'?$", test.findtext("system-out", ""), re.M)
+counts = {"passed": 0, "failed": 0, "skipped": 0}
+for test in ElementTree.parse(sys.argv[1]).getroot().iter("testcase"):
+    skipped = test.find("skipped")
+    if test.get("status") == "run":
+        result = "passed"
+    elif skipped is not None and skipped.get("message", "").startswith("SKIP_"):
+        result = "skipped"
+        reasons = re.findall(r"^skipped: (.*)", test.findtext("system-out", ""), re.M)
         print(f"skipped {test.get('name')}: {'; '.join(dict.fromkeys(reasons)) or 'it gave no reason'}")
-print(f"{int(suite.get('tests')) - failed - skipped} passed, {failed} failed, {skipped} skipped")
+    else:
+        result = "failed"  # or not found, or timed out
+    counts[result] += 1
+print(", ".join(f"{count} {result}" for result, count in counts.items()))
