@@ -128,9 +128,7 @@ sub fit_head {
         "(?i)^(?!(content-length|x-error-code|x-error-message|x-server-timestamp) *:).*$", "Dropped: 1");
     unset resp.http.Dropped;
     set resp.status = resp.status; # with its standard phrase
-    if (resp.http.Content-Length) {
-        set resp.http.Content-Length = resp.http.Content-Length;
-    }
+    header.regsub(resp, "(?i)^content-length *:", "Content-Length:"); # Varnish 7.7 lets nothing else set it
     if (resp.http.X-Error-Code) {
         set resp.http.X-Error-Code = regsub(resp.http.X-Error-Code, "^([+-]?[0-9]{1,10}).*$", "\1");
     }

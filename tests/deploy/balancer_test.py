@@ -26,7 +26,7 @@ def age(certificate, authority):
     old = x509.load_pem_x509_certificate(certificate.read_bytes())
     key = serialization.load_pem_private_key(certificate.read_bytes(), None)
     signer = serialization.load_pem_private_key(authority.folder.joinpath("shop-ca.key").read_bytes(), None)
-    now = datetime.datetime.utcnow()
+    now = datetime.datetime.now(datetime.timezone.utc)
     new = x509.CertificateBuilder(old.issuer, old.subject, old.public_key(), 1, now - datetime.timedelta(9),
                                   now - datetime.timedelta(1), list(old.extensions)).sign(signer, hashes.SHA256())
     certificate.write_bytes(new.public_bytes(serialization.Encoding.PEM) + key.private_bytes(
@@ -52,7 +52,7 @@ class BalancerTest(unittest.TestCase):
     def post(self, port, name):
         with socket.create_connection(("127.0.0.1", port), timeout=50) as connection:
             connection.sendall(b"POST /%s HTTP/1.1\r\nHost: h\r\nContent-Length: 1\r\n\r\n1" % name)
-            return int(connection.recv(1024).split()[1])
+            return int((connection.recv(1024) or b"- 0").split()[1])
 
     def test_pages_are_repeated_and_purchases_are_not(self):
         shops = self.shops()
@@ -63,9 +63,10 @@ class BalancerTest(unittest.TestCase):
             start = method + b" /no_words"
             return len([request for shop in shops for request in shop.requests if request.startswith(start)])
 
-        self.assertIn(self.post(port, b"no_words"), (502, 503))
+        failed = (0, 502, 503)  # HAProxy hangs up, or says so
+        self.assertIn(self.post(port, b"no_words"), failed)
         self.assertEqual(asked(b"POST"), 1)
-        self.assertGreaterEqual(ask(port, "/no_words")[0], 500)
+        self.assertIn(ask(port, "/no_words")[0], failed)
         self.assertGreater(asked(b"GET"), 1)
 
     def test_it_runs_as_an_operator_expects(self):
