@@ -46,7 +46,7 @@ use_them() { # inside the layer
   [ -s my.profile.trace.txt ]
   check_hardening /usr/bin/pavonix /usr/bin/pavonix-shop /usr/lib/*/libpavonix.so.1 \
     /usr/lib/*/pavonix/libpavonix-trace.so
-  systemd-analyze verify pavonix-shop.service
+  systemd-analyze verify --man=no pavonix-shop.service
   systemd-analyze security --offline=true --threshold=20 pavonix-shop.service pavonix-front.service
   getent passwd pavonix-shop
   readelf -SW /usr/lib/debug/.build-id/*/*.debug | grep -q debug_info # of the packages of debug symbols
