@@ -55,7 +55,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
 {
     const std::string bytes = Bytes(data, size);
     const Exchange exchange = ExchangeOf(bytes);
-    const Findings findings = Judge(exchange);
+    const Findings findings = Diagnose(exchange);
     DemandRightFindings(exchange, findings);
     DemandPrintable(AsText(ViewOf(exchange, findings)));
 

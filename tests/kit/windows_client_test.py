@@ -47,7 +47,7 @@ class WindowsClientTest(ShopTest):
         self.assertEqual(checked.returncode, 0, checked.stdout)
         self.assertEqual(self.pavonix("profile", "new", "--out", "my.profile", "--serial", "1", "--user-id", 1)[0], 6)
 
-    def test_judges_servers(self):
+    def test_examines_servers(self):
         for path, expected, words in (("", 0, "Downloads and refused purchases are compatible"), ("/fault/head-apart", 8, "head-alone")):
             code, text = self.pavonix("doctor", f"http://127.0.0.1:{self.port}{path}/shop/list", "--tries", 3,
                                       "--profile", PROFILE)

@@ -273,7 +273,7 @@ class WatchTest(ClientTest):
         for pieces, command, expected, words in table:
             with self.subTest(words):
                 relay = self.watch(OddServer(self, *pieces).port, 1, "--timeout", "1")
-                code, output = self.judged(command, port=self.relay_port)
+                code, output = self.diagnosed(command, port=self.relay_port)
                 seen = relay.communicate(timeout=10)[0]
                 self.assertEqual((code, words in seen, "\x1b" in seen), (expected, True, False), seen)
         relay = self.watch(1, 1)

@@ -86,7 +86,7 @@ class ClientTest(ShopTest):
     def buy(self, *arguments, **options):
         return self.call("buy", "--type", "1", "--id", "7", *arguments, **options)
 
-    def judged(self, command, **options):
+    def diagnosed(self, command, **options):
         """Answers the exit code and the JSON object of a good or a purchase."""
         code, output = getattr(self, command)("--json", *(["--force"] if command == "good" else []), **options)
         return code, json.loads(output)

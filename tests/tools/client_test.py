@@ -77,7 +77,7 @@ class CommandTest(ClientTest):
                 with self.subTest(name, command=command):
                     server = OddServer(self, *pieces)
                     os.environ["PAVONIX_TIMEOUT"] = "0.4" if SILENCE in pieces else "20"
-                    code, answer = self.judged(command, port=server.port)
+                    code, answer = self.diagnosed(command, port=server.port)
                     self.assertEqual((code, answer.get("cause")), expected, answer)
                     self.assertEqual(len(server.requests), 1)
         del os.environ["PAVONIX_TIMEOUT"]
@@ -90,10 +90,10 @@ class CommandTest(ClientTest):
         for url, *expected in table:
             with self.subTest(url):
                 for command in ("good", "buy"):
-                    code, answer = self.judged(command, url=url)
+                    code, answer = self.diagnosed(command, url=url)
                     self.assertEqual([code, answer["cause"], answer["status"]], [*expected, 0])
         self.assertFalse(answer["record_touched"])
-        code, answer = self.judged("good", url="http://no.such.host.invalid/x")
+        code, answer = self.diagnosed("good", url="http://no.such.host.invalid/x")
         self.assertIn((code, answer["cause"]), [(11, "name-unknown"), (11, "name-no-answer")])
 
     def test_what_the_record_and_the_file_hold(self):

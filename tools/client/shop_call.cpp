@@ -68,7 +68,7 @@ Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const Sho
         outcome.record.exchange.waited = std::chrono::milliseconds(static_cast<std::int64_t>(*seconds * 1000));
     }
     if (!outcome.WasKept()) {
-        outcome.findings = outcome.record.Judge(Url());
+        outcome.findings = outcome.record.Diagnose(Url());
     }
     return outcome;
 }

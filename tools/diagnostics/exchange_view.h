@@ -2,7 +2,7 @@
 // the same in the shop's page and in the client.
 #pragma once
 
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 
 #include <string>
 #include <vector>

@@ -2,7 +2,7 @@
 // diagnosis is compared with the library itself by the client's tests.
 #include "diagnostics/connection_rules.h"
 #include "diagnostics/device_reading.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/xml_fault.h"
 
@@ -36,7 +36,7 @@ struct Row {
     unsigned segments = 1;
 };
 
-Names JudgedAs(Call call, const Row &row)
+Names DiagnosedAs(Call call, const Row &row)
 {
     Exchange exchange;
     exchange.call = call;
@@ -44,7 +44,7 @@ Names JudgedAs(Call call, const Row &row)
     exchange.firstBytes = row.firstBytes;
     exchange.end = row.end;
     exchange.segments = row.segments;
-    return NamesOf(Judge(exchange));
+    return NamesOf(Diagnose(exchange));
 }
 
 std::string Ok(const std::string &lines, const std::string &body = "<a/>")
@@ -196,19 +196,19 @@ const UrlRow kUrls[] = {
 TEST(Diagnostics, EachExchangeBreaksItsRules)
 {
     for (const Row &row : kDownloads) {
-        EXPECT_EQ(JudgedAs(Call::kDownload, row), row.expected) << Printable(row.reply);
+        EXPECT_EQ(DiagnosedAs(Call::kDownload, row), row.expected) << Printable(row.reply);
     }
     for (const Row &row : kPurchases) {
-        EXPECT_EQ(JudgedAs(Call::kPurchase, row), row.expected) << Printable(row.reply);
+        EXPECT_EQ(DiagnosedAs(Call::kPurchase, row), row.expected) << Printable(row.reply);
     }
     for (const RequestRow &row : kRequests) {
         Exchange exchange;
         exchange.call = row.call;
         exchange.request = "GET /x HTTP/1.1\r\n" + row.lines + "\r\n" + row.form;
-        EXPECT_EQ(NamesOf(JudgeRequest(exchange)), row.expected) << row.lines;
+        EXPECT_EQ(NamesOf(DiagnoseRequest(exchange)), row.expected) << row.lines;
     }
     for (const UrlRow &row : kUrls) {
-        EXPECT_EQ(NamesOf(JudgeUrl(row.url, row.call)), row.expected.empty() ? Names{} : Names{row.expected})
+        EXPECT_EQ(NamesOf(DiagnoseUrl(row.url, row.call)), row.expected.empty() ? Names{} : Names{row.expected})
             << row.url;
     }
 }

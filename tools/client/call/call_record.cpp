@@ -22,9 +22,9 @@ void CallRecord::Keep(const char *bytes, std::size_t count)
     exchange.beyond += count - kept;
 }
 
-diagnostics::Findings CallRecord::Judge(const std::string &url) const
+diagnostics::Findings CallRecord::Diagnose(const std::string &url) const
 {
-    diagnostics::Findings findings = diagnostics::JudgeUrl(url, exchange.call);
+    diagnostics::Findings findings = diagnostics::DiagnoseUrl(url, exchange.call);
     if (host.empty()) {
         return findings; // nothing was tried
     }
@@ -35,7 +35,7 @@ diagnostics::Findings CallRecord::Judge(const std::string &url) const
     } else if (sendError != 0) {
         findings.push_back({&diagnostics::kSendFailed, address + ": " + NetworkErrorText(sendError)});
     } else {
-        diagnostics::Findings more = diagnostics::Judge(exchange);
+        diagnostics::Findings more = diagnostics::Diagnose(exchange);
         std::move(more.begin(), more.end(), std::back_inserter(findings));
     }
     return findings;

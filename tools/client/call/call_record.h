@@ -3,7 +3,7 @@
 #pragma once
 
 #include "diagnostics/exchange.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 
 #include <chrono>
 #include <optional>
@@ -35,7 +35,7 @@ struct CallRecord {
     // Takes over bytes of the reply, as many as are kept.
     void Keep(const char *bytes, std::size_t count);
     // What is wrong with the call, URL included.
-    [[nodiscard]] diagnostics::Findings Judge(const std::string &url) const;
+    [[nodiscard]] diagnostics::Findings Diagnose(const std::string &url) const;
 };
 
 // While it lives, the library's use of the network is noted in the record

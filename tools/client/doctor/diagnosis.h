@@ -1,7 +1,7 @@
 // The doctor's findings, point by point.
 #pragma once
 
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "report.h"
 
 #include <string>

@@ -75,7 +75,7 @@ const Diagnosis &Doctor::Examine()
 
 bool Doctor::FindServer()
 {
-    diagnosis_.Add(diagnostics::JudgeUrl(examination_.url, Call::kDownload));
+    diagnosis_.Add(diagnostics::DiagnoseUrl(examination_.url, Call::kDownload));
     diagnosis_.LookedAt(Topic::kUrl, std::to_string(examination_.url.size()) + " characters, port " +
                                          std::to_string(examination_.port));
     if (diagnosis_.HasErrors()) {
@@ -125,7 +125,7 @@ bool Doctor::TryDownload(const std::string &request)
     }
     made.exchange.request.clear(); // is ours, not the server's
     diagnosis_.SetSoftware(diagnostics::ServerSoftware(made.exchange.reply));
-    diagnosis_.AddDownload(diagnostics::Judge(made.exchange));
+    diagnosis_.AddDownload(diagnostics::Diagnose(made.exchange));
     ++(made.sawFirstSegment ? seen_ : blind_);
     slowest_ = std::max(slowest_, made.exchange.firstByteAfter);
     last_ = std::move(made.exchange);

@@ -51,7 +51,7 @@ bool PurchaseCheck::Run()
 
 bool PurchaseCheck::FindServer()
 {
-    const diagnostics::Findings wrong = diagnostics::JudgeUrl(examination_.buyUrl, diagnostics::Call::kPurchase);
+    const diagnostics::Findings wrong = diagnostics::DiagnoseUrl(examination_.buyUrl, diagnostics::Call::kPurchase);
     const diagnostics::Findings unknown = LookUp(HostIn(examination_.buyUrl), examination_.buyPort, &address_);
     diagnosis_->Add(wrong);
     diagnosis_->Add(unknown);
@@ -105,7 +105,7 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
     PlainExchange made = Ask(address_, request, diagnostics::Call::kPurchase, examination_.patience);
     diagnosis_->Add(made.noConnection);
     if (made.noConnection.empty()) {
-        diagnosis_->Add(diagnostics::Judge(made.exchange));
+        diagnosis_->Add(diagnostics::Diagnose(made.exchange));
         diagnosis_->LookedAt(Topic::kFormEnd, "no reset after the reply");
     }
     const diagnostics::DeviceReading device(made.exchange);

@@ -124,7 +124,7 @@ diagnostics::Findings Relay::Diagnose() const
         return {{&diagnostics::kNoRequest,
                  exchange.request.empty() ? "no byte" : diagnostics::Printable(exchange.request, 60)}};
     }
-    diagnostics::Findings findings = diagnostics::Judge(exchange);
+    diagnostics::Findings findings = diagnostics::Diagnose(exchange);
     for (diagnostics::Finding &finding : findings) {
         if (deviceLeftEarly_ && std::find(std::begin(kAlsoCausedByTheClient), std::end(kAlsoCausedByTheClient),
                                           finding.rule) != std::end(kAlsoCausedByTheClient)) {

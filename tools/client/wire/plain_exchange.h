@@ -2,7 +2,7 @@
 #pragma once
 
 #include "diagnostics/exchange.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "wire/socket.h"
 
 #include <chrono>

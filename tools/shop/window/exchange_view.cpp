@@ -106,7 +106,7 @@ const char *KindOf(const SeenExchange &seen, const diagnostics::Findings &findin
 std::string ExchangeAsHtml(Database &database, const SeenExchange &seen)
 {
     const diagnostics::Exchange &exchange = seen.exchange;
-    const diagnostics::Findings findings = diagnostics::Judge(exchange);
+    const diagnostics::Findings findings = diagnostics::Diagnose(exchange);
     const diagnostics::ExchangeView view = diagnostics::ViewOf(exchange, findings);
     std::string html = std::string("<details class=\"exchange ") + KindOf(seen, findings) + "\"><summary>" +
                        SummaryAsHtml(database, seen) + "</summary><h3>Diagnosis</h3>" +

@@ -1,7 +1,7 @@
 // Length, coding and body of a download's reply.
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/reply_rules.h"
 #include "diagnostics/xml_fault.h"
@@ -24,15 +24,15 @@ public:
     {
     }
 
-    Findings Judge();
+    Findings Diagnose();
 
 private:
     void Add(const Rule &rule, const std::string &evidence) { findings_.push_back({&rule, evidence}); }
     bool Coded();
-    void JudgeLine(const HeadLine &line);
-    void JudgeLength();
-    void JudgeAgainstBody();
-    void JudgeBody();
+    void DiagnoseLine(const HeadLine &line);
+    void DiagnoseLength();
+    void DiagnoseAgainstBody();
+    void DiagnoseBody();
 
     const Exchange &exchange_;
     DeviceReading device_;
@@ -57,7 +57,7 @@ bool Download::Coded()
 }
 
 // A line of that name is there: can the device read it?
-void Download::JudgeLine(const HeadLine &line)
+void Download::DiagnoseLine(const HeadLine &line)
 {
     const std::string_view where = device_.LineOf(kName).value_or("");
     if (line.name != kName && where.empty()) {
@@ -70,11 +70,11 @@ void Download::JudgeLine(const HeadLine &line)
     } else if (device_.announced() == 0) {
         Add(kLengthZero, Printable(line.whole));
     } else {
-        JudgeAgainstBody();
+        DiagnoseAgainstBody();
     }
 }
 
-void Download::JudgeLength()
+void Download::DiagnoseLength()
 {
     const HeadLine *line = FindLine(lines_, kName);
     if (line == nullptr) {
@@ -82,7 +82,7 @@ void Download::JudgeLength()
         Add(kLengthMissing, where.empty() ? "no such line" : "the name is only in: " + Printable(where));
         return;
     }
-    JudgeLine(*line);
+    DiagnoseLine(*line);
     for (const HeadLine &other : lines_) {
         if (EqualsInAnyCase(other.name, kName) && other.value != line->value) {
             Add(kLengthTwice, Printable(line->whole) + " and " + Printable(other.whole));
@@ -91,7 +91,7 @@ void Download::JudgeLength()
     }
 }
 
-void Download::JudgeAgainstBody()
+void Download::DiagnoseAgainstBody()
 {
     const std::uint64_t came = body_.size() + exchange_.beyond;
     const std::string fact = std::to_string(device_.announced()) + " announced, " + std::to_string(came) + " arrived";
@@ -106,7 +106,7 @@ void Download::JudgeAgainstBody()
     }
 }
 
-void Download::JudgeBody()
+void Download::DiagnoseBody()
 {
     if (exchange_.beyond == 0 && FirstError(findings_) == nullptr) {
         if (const std::string fault = XmlFault(body_); !fault.empty()) {
@@ -115,22 +115,22 @@ void Download::JudgeBody()
     }
 }
 
-Findings Download::Judge()
+Findings Download::Diagnose()
 {
     if (device_.status() == 200) {
         if (!Coded()) {
-            JudgeLength();
+            DiagnoseLength();
         }
-        JudgeBody();
+        DiagnoseBody();
     }
     return std::move(findings_);
 }
 
 } // namespace
 
-Findings JudgeDownload(const Exchange &exchange)
+Findings DiagnoseDownload(const Exchange &exchange)
 {
-    return Download(exchange).Judge();
+    return Download(exchange).Diagnose();
 }
 
 } // namespace diagnostics

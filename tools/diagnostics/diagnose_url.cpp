@@ -1,6 +1,6 @@
 #include "diagnostics/connection_rules.h"
 #include "diagnostics/head_lines.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
 
 #include <algorithm>
@@ -43,7 +43,7 @@ const Rule *Unusable(std::string_view url, std::string_view host, bool hasPath)
 
 } // namespace
 
-Findings JudgeUrl(std::string_view url, Call call)
+Findings DiagnoseUrl(std::string_view url, Call call)
 {
     Findings findings;
     const auto add = [&](const Rule &rule, std::string evidence) { findings.push_back({&rule, std::move(evidence)}); };

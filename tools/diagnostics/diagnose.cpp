@@ -1,4 +1,4 @@
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 
 #include "diagnostics/device_reading.h"
 
@@ -6,13 +6,13 @@
 
 namespace diagnostics {
 
-Findings Judge(const Exchange &exchange)
+Findings Diagnose(const Exchange &exchange)
 {
-    Findings findings = JudgeRequest(exchange);
+    Findings findings = DiagnoseRequest(exchange);
     const auto append = [&](Findings more) { std::move(more.begin(), more.end(), std::back_inserter(findings)); };
-    append(JudgeHead(exchange));
+    append(DiagnoseHead(exchange));
     if (DeviceReading(exchange).headIsWhole()) {
-        append(exchange.call == Call::kPurchase ? JudgeVerdict(exchange) : JudgeDownload(exchange));
+        append(exchange.call == Call::kPurchase ? DiagnoseVerdict(exchange) : DiagnoseDownload(exchange));
     }
     return findings;
 }

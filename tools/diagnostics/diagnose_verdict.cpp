@@ -1,7 +1,7 @@
 // What a purchase's reply tells the application.
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/purchase_rules.h"
 
@@ -27,15 +27,15 @@ public:
     {
     }
 
-    Findings Judge();
+    Findings Diagnose();
 
 private:
     void Add(const Rule &rule, const std::string &evidence) { findings_.push_back({&rule, evidence}); }
     std::string Text(std::string_view name) const;
-    void JudgeSpelling(std::string_view name);
-    void JudgeCode();
-    void JudgeMessage();
-    void JudgeTimestamp();
+    void DiagnoseSpelling(std::string_view name);
+    void DiagnoseCode();
+    void DiagnoseMessage();
+    void DiagnoseTimestamp();
 
     const Exchange &exchange_;
     DeviceReading device_;
@@ -50,7 +50,7 @@ std::string Verdict::Text(std::string_view name) const
     return std::string(value.substr(std::min(value.find_first_not_of(' '), value.size())));
 }
 
-void Verdict::JudgeSpelling(std::string_view name)
+void Verdict::DiagnoseSpelling(std::string_view name)
 {
     const HeadLine *line = FindLine(lines_, name);
     if (line == nullptr) {
@@ -64,7 +64,7 @@ void Verdict::JudgeSpelling(std::string_view name)
     }
 }
 
-void Verdict::JudgeCode()
+void Verdict::DiagnoseCode()
 {
     const HeadLine *line = FindLine(lines_, kCode);
     if (line == nullptr) {
@@ -74,7 +74,7 @@ void Verdict::JudgeCode()
     }
 }
 
-void Verdict::JudgeMessage()
+void Verdict::DiagnoseMessage()
 {
     const std::string message = Text(kMessage);
     const int code = NumberIn(device_.Verdict(kCode).value_or(""));
@@ -89,7 +89,7 @@ void Verdict::JudgeMessage()
     }
 }
 
-void Verdict::JudgeTimestamp()
+void Verdict::DiagnoseTimestamp()
 {
     static const std::regex form(R"(\d+-\d+-\d+ \d+:\d+:\d+(\.-?\d+)?)");
     const std::string time = Text(kTimestamp);
@@ -102,7 +102,7 @@ void Verdict::JudgeTimestamp()
     }
 }
 
-Findings Verdict::Judge()
+Findings Verdict::Diagnose()
 {
     if (device_.status() == 200) {
         if (const HeadLine *line = FindLine(lines_, kCode); line != nullptr && NumberIn(line->value) != 0) {
@@ -110,12 +110,12 @@ Findings Verdict::Judge()
         }
     } else if (device_.status() >= 400) {
         for (const std::string_view name : {kCode, kMessage, kTimestamp}) {
-            JudgeSpelling(name);
+            DiagnoseSpelling(name);
         }
-        JudgeCode();
-        JudgeMessage();
+        DiagnoseCode();
+        DiagnoseMessage();
         if (NumberIn(device_.Verdict(kCode).value_or("")) == kClockIsOff) {
-            JudgeTimestamp();
+            DiagnoseTimestamp();
         }
     }
     if (exchange_.end == End::kReset) {
@@ -126,9 +126,9 @@ Findings Verdict::Judge()
 
 } // namespace
 
-Findings JudgeVerdict(const Exchange &exchange)
+Findings DiagnoseVerdict(const Exchange &exchange)
 {
-    return Verdict(exchange).Judge();
+    return Verdict(exchange).Diagnose();
 }
 
 } // namespace diagnostics

@@ -1,7 +1,7 @@
 // What the device sent, as far as the server or a relay saw it.
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/purchase_rules.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kBase64 = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/=";
 
-void JudgePurchase(const Exchange &exchange, const std::vector<HeadLine> &lines, Findings *findings)
+void DiagnosePurchase(const Exchange &exchange, const std::vector<HeadLine> &lines, Findings *findings)
 {
     const HeadLine *token = FindLine(lines, "User-Cert");
     const HeadLine *length = FindLine(lines, "Content-Length");
@@ -33,7 +33,7 @@ void JudgePurchase(const Exchange &exchange, const std::vector<HeadLine> &lines,
 
 } // namespace
 
-Findings JudgeRequest(const Exchange &exchange)
+Findings DiagnoseRequest(const Exchange &exchange)
 {
     Findings findings;
     if (exchange.request.empty()) {
@@ -53,7 +53,7 @@ Findings JudgeRequest(const Exchange &exchange)
         findings.push_back({&kUserIdZero, Printable(userId->whole)});
     }
     if (exchange.call == Call::kPurchase) {
-        JudgePurchase(exchange, lines, &findings);
+        DiagnosePurchase(exchange, lines, &findings);
     }
     return findings;
 }

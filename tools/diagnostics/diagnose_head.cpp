@@ -1,7 +1,7 @@
 // First bytes, head, segments and status of a reply.
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
-#include "diagnostics/judge.h"
+#include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
 #include "diagnostics/reply_rules.h"
 
@@ -77,7 +77,7 @@ std::string EvidenceOf(HeadFault fault, const Exchange &exchange)
     return fact + "; the first " + Count(atOnce.size()) + ": " + Printable(atOnce, 60);
 }
 
-void JudgeSegments(const Exchange &exchange, const DeviceReading &device, Findings *findings)
+void DiagnoseSegments(const Exchange &exchange, const DeviceReading &device, Findings *findings)
 {
     const std::size_t wanted = std::min(exchange.reply.size(), kFirstReception);
     const bool split = exchange.firstBytes < wanted;
@@ -126,7 +126,7 @@ const Rule *StatusRule(int status, const Exchange &exchange)
     return status >= 500 && status < 600 ? &kServerFailed : &kStatusLine;
 }
 
-void JudgeStatus(const Exchange &exchange, const DeviceReading &device, Findings *findings)
+void DiagnoseStatus(const Exchange &exchange, const DeviceReading &device, Findings *findings)
 {
     const std::vector<HeadLine> lines = ReadHeadLines(exchange.reply);
     if (const Rule *rule = StatusRule(device.status(), exchange)) {
@@ -137,7 +137,7 @@ void JudgeStatus(const Exchange &exchange, const DeviceReading &device, Findings
     }
 }
 
-void JudgeWholeHead(const Exchange &exchange, const DeviceReading &device, Findings *findings)
+void DiagnoseWholeHead(const Exchange &exchange, const DeviceReading &device, Findings *findings)
 {
     const std::string_view head = std::string_view(exchange.reply).substr(0, device.headLength());
     for (std::size_t at = head.find('\n'); at != std::string_view::npos; at = head.find('\n', at + 1)) {
@@ -150,13 +150,13 @@ void JudgeWholeHead(const Exchange &exchange, const DeviceReading &device, Findi
     if (device.headLength() > kNearlyTooLong) {
         findings->push_back({&kHeadNearlyTooLong, "it has " + Count(device.headLength())});
     }
-    JudgeSegments(exchange, device, findings);
-    JudgeStatus(exchange, device, findings);
+    DiagnoseSegments(exchange, device, findings);
+    DiagnoseStatus(exchange, device, findings);
 }
 
 } // namespace
 
-Findings JudgeHead(const Exchange &exchange)
+Findings DiagnoseHead(const Exchange &exchange)
 {
     Findings findings;
     const DeviceReading device(exchange);
@@ -168,7 +168,7 @@ Findings JudgeHead(const Exchange &exchange)
         if (!pavonix::BeginsLikeHttp(exchange.reply)) {
             findings.push_back({&kOddStart, Printable(exchange.reply, 30)});
         }
-        JudgeWholeHead(exchange, device, &findings);
+        DiagnoseWholeHead(exchange, device, &findings);
     }
     if (!exchange.reply.empty() && exchange.firstByteAfter > kPatience) {
         findings.push_back({&kSlow, std::to_string(exchange.firstByteAfter.count()) + " ms"});
