@@ -16,7 +16,7 @@ fresh() { # RELEASE NAME
   trap clean_up EXIT
   mkdir -p "$root"
   unshare --mount debootstrap --variant=minbase --include=git "$2" "$root" \
-    "${DEBIAN_MIRROR:-http://deb.debian.org/debian}" >"$log" 2>&1 || { tail -n 20 "$log"; return 1; }
+    ${DEBIAN_MIRROR:+"$DEBIAN_MIRROR"} >"$log" 2>&1 || { tail -n 20 "$log"; return 1; }
   git clone --quiet --no-hardlinks "$PWD" "$root/root/pavonix"
   git -C "$root/root/pavonix" -c advice.detachedHead=false checkout --quiet "$commit"
   echo "Debian $1: a bare system in $((SECONDS - started)) s; output also in ${log#"$PWD"/}"
