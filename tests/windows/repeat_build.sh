@@ -1,5 +1,5 @@
 #!/bin/sh
-# repeat_build.sh SOURCE BUILD CMAKE-OPTION...: builds the DLL a second time, alone, in
+# repeat_build.sh SOURCE BUILD CMAKE-OPTION...: builds the DLL a second time, in
 # another folder and without a network, and compares it with BUILD's byte for byte.
 set -eu
 source=$1
@@ -10,8 +10,8 @@ if ! $offline true; then
     offline=
     echo "this system allows no network namespace: built with the network on"
 fi
-$offline cmake -G Ninja -S "$source" -B "$build/repeat" -DPAVONIX_TOOLS=OFF "$@"
+$offline cmake -G Ninja -S "$source" -B "$build/repeat" "$@"
 $offline cmake --build "$build/repeat" --parallel 2
-for file in PAVONIX.dll PAVONIX.lib libPAVONIX.dll.a PavonixTest.exe; do
+for file in PAVONIX.dll trace/PAVONIX.dll PAVONIX.lib libPAVONIX.dll.a PavonixTest.exe; do
     cmp "$build/$file" "$build/repeat/$file"
 done
