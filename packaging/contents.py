@@ -44,7 +44,9 @@ ARCHIVES = {
         "examples/csharp/ShopCe.csproj": "packaging/vs2005/ShopCe.csproj"},
     "windows": COMMON | licences(*BUILDS["windows"]) | C_EXAMPLE | CMAKE_PACKAGE |
     library("x64/", "windows-x64") | library("x86/", "windows-x86") | {
+        "demo.cmd": "packaging/windows/demo.cmd",
         "x64/pavonix.exe": "build/windows-x64/pavonix.exe",
+        "x64/pavonix-shop.exe": "build/windows-x64/pavonix-shop.exe",
         "examples/cpp/Shop.vcproj": "packaging/vs2005/Shop.vcproj",
         "examples/csharp/Shop.csproj": "packaging/vs2005/Shop.csproj"},
 }

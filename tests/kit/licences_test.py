@@ -15,6 +15,10 @@ from components import LINKED, NOT_LINKED, component_of
 BUILDS = {"linux": pathlib.Path(os.environ["PAVONIX_PROGRAMS"])} | {
     name: SOURCE / "build" / name for name in ("windows-x64", "windows-x86", "ce-armv4")}
 
+# Debian's source packages, by the beginning of the folder into which they are unpacked.
+SOURCES = {"libtommath": "libtommath-dev", "soci": "libsoci-dev", "sqlite3": "libsqlite3-dev", "libxml2": "libxml2-dev",
+           "libcsv": "libcsv-dev", "prometheus-cpp": "prometheus-cpp-dev"}
+
 
 def output_of(*command, **options):
     return subprocess.run([str(word) for word in command], check=True, stdout=subprocess.PIPE, text=True, timeout=100,
@@ -28,7 +32,7 @@ def packages_of(files):
     listed = subprocess.run(["dpkg", "-S", *set(files) - set(unpackaged)], stdout=subprocess.PIPE, text=True,
                             stderr=subprocess.DEVNULL).stdout
     found = {name.split(":")[0] for line in listed.splitlines() for name in line.rpartition(": ")[0].split(", ")}
-    return found | {"libtommath-dev" for file in unpackaged if "libtommath" in file}
+    return found | {package for file in unpackaged for folder, package in SOURCES.items() if f"/{folder}-" in file}
 
 
 def headers_of(build, program):

@@ -1,18 +1,19 @@
 #!/bin/sh
-# fetch_libtommath.sh FOLDER: fetches LibTomMath as Debian's source package, for
-# the builds that Debian has no library for.
+# fetch_sources.sh FOLDER PACKAGE...: fetches Debian's source packages, for the
+# builds that Debian has no libraries for.
 #
-# On success the source is in FOLDER/libtommath-VERSION. The package comes from the
+# On success the sources are in FOLDER/PACKAGE-VERSION. The packages come from the
 # machine's own package sources, read as source entries from a private list, so
 # the machine's configuration is not changed. A finished fetch is kept.
 # Needs: apt dpkg-dev.
 set -eu
 
 directory=$1
+shift
 if [ -e "$directory/stamp" ]; then
     exit 0
 fi
-rm -rf "$directory"/apt "$directory"/libtommath*
+rm -rf "$directory"
 mkdir -p "$directory/apt/sources" "$directory/apt/lists/partial" "$directory/apt/cache/archives/partial"
 
 for list in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
@@ -34,7 +35,8 @@ cd "$directory"
 {
     # a mirror without source packages may fail here; the next line decides
     fetch update || true
-    fetch source libtommath && test -e libtommath-*/tommath.h
+    fetch source "$@"
+    for package; do ls -d "$package"-*/ || exit 1; done
 } >log 2>&1 || { tail -n 20 log; exit 1; }
 rm -rf apt
 touch stamp
