@@ -137,7 +137,9 @@ TEST_F(Torture, OfLongerTextsThanEver)
             if (const std::size_t token = sent.find("User-Cert: ") + 11; token > 11) { // by some test's key
                 sent.erase(token, sent.find("\r\n", token) - token);
             }
-            EXPECT_TRUE(sent.empty() || sent == whole[buys] || sent.find("User-ID: 0") != sent.npos) << sent;
+            EXPECT_TRUE(sent.empty() || sent == whole[buys] || sent.find("User-ID: 0") != sent.npos)
+                << sent << "instead of\n"
+                << whole[buys];
             EXPECT_EQ(tap::CountOf("ResolveHost"), std::ranges::count(tap::Calls(), "ResolveHost(" + host + ")"));
         });
     }

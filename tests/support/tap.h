@@ -30,15 +30,16 @@ int FallibleCalls();  // seen since FailNth
 bool FaultHappened(); // since FailNth
 
 // Runs `run` with its first fallible call failing, then with its second one, and
-// so on until it makes no more; then all that with every later call failing too.
-// `run` may end the faults itself. Answers how many there were.
+// so on until it makes no more; then all that with every later call failing too. Stops at
+// the first failed expectation.
+// `run` may end the faults itself. Returns how many there were.
 template <typename Run>
 int FailEach(const Run &run)
 {
     int faults = 0;
     for (const bool everAfter : {false, true}) {
         bool happened = true;
-        for (int nth = 1; happened && !testing::Test::HasFatalFailure(); ++nth) {
+        for (int nth = 1; happened && !testing::Test::HasFailure(); ++nth) {
             SCOPED_TRACE("fault " + std::to_string(nth) + (everAfter ? " and ever after" : ""));
             FailNth(nth, everAfter);
             run();

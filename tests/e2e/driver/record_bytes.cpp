@@ -1,8 +1,9 @@
 #include "record_bytes.h"
 
-#include <algorithm>
 #include <cstring>
+#include <iomanip>
 #include <pavonix/pavonix.h>
+#include <sstream>
 
 namespace pavonix::e2e {
 
@@ -29,17 +30,41 @@ std::string RecordBytes(const Record &record)
     return bytes;
 }
 
+// The bytes of a field up to the untouched rest, in hexadecimal digits.
+std::string Shown(const std::string &field)
+{
+    const std::size_t length = field.find_last_not_of(kUntouchedByte) + 1;
+    std::ostringstream digits;
+    for (std::size_t i = 0; i < length; ++i) {
+        digits << std::hex << std::setw(2) << std::setfill('0') << (field[i] & 0xFF);
+    }
+    return length == 0 ? "untouched" : digits.str();
+}
+
 } // namespace
 
 std::string RecordDifference(const Record &expected, const std::string &found)
 {
     const std::string bytes = RecordBytes(expected);
-    const auto place = std::mismatch(bytes.begin(), bytes.end(), found.begin(), found.end());
-    if (place.first == bytes.end() && place.second == found.end()) {
-        return "";
+    if (bytes.size() != found.size()) {
+        return "a record of " + std::to_string(found.size()) + " bytes";
     }
-    return "a record of " + std::to_string(found.size()) + " bytes differs at byte " +
-           std::to_string(place.first - bytes.begin());
+    const struct {
+        const char *name;
+        std::size_t start, end;
+    } fields[] = {{"the caller's own words", 0, kErrorCodeAt},
+                  {"errorCode", kErrorCodeAt, kMessageAt},
+                  {"message", kMessageAt, kTimestampAt},
+                  {"serverTimestamp", kTimestampAt, bytes.size()}};
+    std::string difference;
+    for (const auto &field : fields) {
+        const std::string wanted = bytes.substr(field.start, field.end - field.start);
+        const std::string actual = found.substr(field.start, field.end - field.start);
+        if (wanted != actual) {
+            difference += std::string(field.name) + " is " + Shown(actual) + " instead of " + Shown(wanted) + "; ";
+        }
+    }
+    return difference;
 }
 
 } // namespace pavonix::e2e

@@ -1,4 +1,4 @@
-// The purchase record, byte by byte.
+// The purchase record, field by field.
 #pragma once
 
 #include "driver/scenario.h"
@@ -10,8 +10,8 @@ namespace pavonix::e2e {
 // What every byte of a record holds before the call.
 inline constexpr char kUntouchedByte = '\xA5';
 
-// Where the bytes of a record after the call first differ from what is expected,
-// in words; empty when they do not.
+// The fields of a record that differ from the expected ones, as bytes in hexadecimal
+// digits; empty when none does.
 std::string RecordDifference(const Record &expected, const std::string &found);
 
 } // namespace pavonix::e2e
