@@ -5,8 +5,7 @@ from components import COMPONENTS, components_of
 # For people who have the kit and no source tree.
 INDEX = "packaging/index.md"
 PAGES = [INDEX, "CHANGELOG.md", "SECURITY.md",
-         *(f"docs/{name}.md" for name in ("start", "on-the-device", "device-test", "results", "why-0", "doctor", "token",
-                                          "protocol", "malformed", "log", "shop"))]
+         *(f"docs/{name}.md" for name in ("start", "results", "tools", "protocol", "token"))]
 TEXTS = {"README.txt": "packaging/README.txt", "CHANGELOG.txt": "CHANGELOG.md"}
 SAMPLE_PROFILE = {f"profile/{name}": f"packaging/sample/{name}" for name in ("sample.profile", "sample.profile.pub.xml")}
 HEADER = {"include/pavonix/pavonix.h": "include/pavonix/pavonix.h"}

@@ -1,5 +1,5 @@
-/* Stores a page of the catalogue. 200 says what the server answered, not that the
- * file is whole: whether it is, only the file says.
+/* Stores a page of the catalogue. 200 is the server's status; it does not mean that
+ * the file is complete, so the file is checked.
  */
 #include <pavonix/pavonix.h>
 #include <stdio.h>
@@ -14,7 +14,7 @@ static int is_complete(const char *file, const char *tag)
         return 0;
     }
     if (fseek(stored, -64, SEEK_END) != 0) {
-        rewind(stored); /* it is shorter than that */
+        rewind(stored); /* the file is shorter */
     }
     end[fread(end, 1, 64, stored)] = 0;
     fclose(stored);

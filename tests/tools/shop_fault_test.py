@@ -7,7 +7,7 @@ import os
 import re
 import unittest
 
-from shop_fixture import HERE, PROGRAMS, Key, ShopTest, run
+from shop_fixture import PROGRAMS, Key, ShopTest, run
 
 KEY = Key()
 SHOP = f"{PROGRAMS}/pavonix-shop"
@@ -111,13 +111,6 @@ class FaultTest(ShopTest):
         # A fault that only spoils the reply sells all the same; one that refuses does not.
         sold = self.query("SELECT count(*) FROM purchase")[0][0]
         self.assertEqual(sold, sum(sale in ("0", "200", "waits", "100 code 0") for _, _, sale, *_ in faults))
-
-    def test_the_page_on_the_shop_has_the_list(self):
-        with open(os.path.join(HERE, "..", "..", "docs", "shop.md")) as file:
-            page = file.read()
-        for name, *columns in listed_faults():
-            if not name.startswith("code-9"):
-                self.assertIn(f"| `{name}` | {' | '.join(columns)} |\n", page)
 
     def test_one_fault_for_all(self):
         self.stop_shop()
