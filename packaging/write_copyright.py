@@ -17,6 +17,7 @@ def copyright_of(package, files):
     text = "Pavonix\n\n" + pathlib.Path("LICENSE").read_text()
     for title, listed in (("Code of these is in the package", held), ("Loaded from packages of their own", loaded)):
         text += f"\n{title}:\n\n" + "".join(f"- {name}: {COMPONENTS[name].licence}\n" for name in listed) if listed else ""
+    text += "\nThe GNU licences are in /usr/share/common-licenses/GPL-3 and /usr/share/common-licenses/LGPL-2.1.\n"
     for name in held:
         if COMPONENTS[name].text:
             source = pathlib.Path("/usr/share/doc", COMPONENTS[name].text, "copyright")
