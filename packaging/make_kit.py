@@ -18,13 +18,13 @@ import time
 import zipfile
 
 from components import COMPONENTS, LINKED
-from contents import ARCHIVES, BUILDS, CABINETS, INDEX, PAGES
+from contents import ARCHIVES, BUILDS, CABINETS, PAGES
 from make_cab import make_cab
 from pages import Links, is_outside, render, with_version
 from spdx import document
 
 SOURCE = pathlib.Path(__file__).resolve().parents[1]
-VERSION = re.search(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[1]
+VERSION = re.findall(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[0]
 
 
 def git(*arguments):

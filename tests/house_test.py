@@ -5,7 +5,6 @@ nothing from the C and C++ run-time that the device lacks."""
 
 import graphlib
 import re
-import sys
 import unittest
 from pathlib import Path
 

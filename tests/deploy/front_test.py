@@ -18,7 +18,7 @@ from unittest import mock
 
 sys.path.insert(0, str(Path(__file__).resolve().parents[2] / "tools/demo"))
 import engines
-from awkward_shop import PAGE, PAGES, VERDICTS, AwkwardShop
+from awkward_shop import PAGE, PAGES, AwkwardShop
 from caller import BUILD, Caller
 
 FLAVOURS = os.environ.get("PAVONIX_FLAVOURS", "linux").split(",")

@@ -6,12 +6,10 @@ import http.client
 import os
 import re
 import sqlite3
-import subprocess
 import sys
 import tempfile
 import time
 import unittest
-import xml.etree.ElementTree as ElementTree
 from concurrent.futures import ThreadPoolExecutor, as_completed
 from pathlib import Path
 

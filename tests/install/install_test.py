@@ -10,7 +10,7 @@ import unittest
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 BUILD = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
-VERSION = re.search(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[1]
+VERSION = re.findall(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[0]
 
 CONSUMER = """
 cmake_minimum_required(VERSION 3.16)

@@ -13,7 +13,7 @@ import xml.etree.ElementTree
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 KIT = pathlib.Path(os.environ["PAVONIX_KIT"])
 UNPACKED = pathlib.Path(os.environ["PAVONIX_UNPACKED"])
-VERSION = re.search(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[1]
+VERSION = re.findall(r'PAVONIX_VERSION "(.*)"', (SOURCE / "include/pavonix/pavonix.h").read_text())[0]
 
 
 def output_of(*command, **options):

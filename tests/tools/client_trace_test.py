@@ -1,7 +1,6 @@
 """The trace and the client's diagnosis of the same calls: the shop's faults by name, and the fuzzers' replies."""
 
 import json
-import os
 import pathlib
 import re
 import unittest
@@ -10,7 +9,7 @@ from client_fixture import ClientTest, OddServer
 from shop_fixture import PROGRAMS, run
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
-REPLIES = [(path.name, [path.read_bytes()]) for path in sorted((SOURCE / "fuzz/seeds/reply").iterdir())]
+REPLIES: list[tuple[str, list]] = [(path.name, [path.read_bytes()]) for path in sorted((SOURCE / "fuzz/seeds/reply").iterdir())]
 HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"
 # Those that the two once contradicted each other about, and one of each other kind.
 REPLIES += [("telnet", [b"\x15 telnet"]), ("line feeds", [b"HTTP/1.1 200 OK\n\r\nabc"]),

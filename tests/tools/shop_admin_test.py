@@ -7,7 +7,7 @@ import sqlite3
 import subprocess
 import unittest
 
-from shop_fixture import PROGRAMS, Key, ShopTest, run
+from shop_fixture import PROGRAMS, Key, ShopTest
 
 KEY = Key(512)
 HEADER = "type,type_name,category,category_name,id,title,maker,price,added,description\n"

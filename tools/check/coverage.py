@@ -41,7 +41,7 @@ def measure():
     return json.loads((BUILD / "summary.json").read_text())["files"]
 
 
-rooms = collections.defaultdict(collections.Counter)
+rooms: dict[str, collections.Counter[str]] = collections.defaultdict(collections.Counter)
 for file in measure():
     room = str(Path(file["filename"]).parent.relative_to("src"))
     for key in ("line_total", "line_covered", "branch_total", "branch_covered"):
@@ -55,9 +55,9 @@ def percent(room, kind):
 
 print(f"{'room':<22}{'lines':>7}{'%':>8}{'branches':>10}{'%':>8}")
 for name in sorted(rooms, key=lambda name: (name == "all", name)):
-    room = rooms[name]
-    print(f"{name:<22}{room['line_total']:>7}{percent(room, 'line'):>8.1f}"
-          f"{room['branch_total']:>10}{percent(room, 'branch'):>8.1f}")
+    counts = rooms[name]
+    print(f"{name:<22}{counts['line_total']:>7}{percent(counts, 'line'):>8.1f}"
+          f"{counts['branch_total']:>10}{percent(counts, 'branch'):>8.1f}")
 low = [name for name in WHOLE if percent(rooms[name], "branch") < 100]
 low += [f"all {kind}s" for kind in ("line", "branch") if percent(rooms["all"], kind) < LEAST]
 if low:

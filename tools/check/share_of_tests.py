@@ -16,7 +16,7 @@ counted = json.loads(subprocess.run(
     ["cloc", "--quiet", "--timeout=0", "--by-file", "--json", "--exclude-dir=build,.git", "--include-lang=" + LANGUAGES,
      *("--force-lang=Bourne Shell," + ending for ending in CONFIGURATIONS), "."],
     cwd=SOURCE, stdout=subprocess.PIPE, check=True).stdout)
-lines = collections.Counter()
+lines: collections.Counter[str] = collections.Counter()
 for name, file in counted.items():
     if name not in ("header", "SUM"):
         folders = Path(name).parts[:-1]

@@ -42,7 +42,8 @@ def cross_flags(compiler):
 
 def headers(build):
     """What each object of a build was made of, as far as it stands in this tree."""
-    parts = {}
+    parts: dict[str, list[Path]] = {}
+    output = ""
     for line in answer("ninja", "-C", build, "-t", "deps").splitlines():
         if line.startswith("    "):
             path = (build / line.strip()).resolve()

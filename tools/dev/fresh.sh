@@ -11,7 +11,7 @@ clean_up() {
 
 fresh() { # RELEASE NAME
   local log=$PWD/build/fresh/$2.log started=$SECONDS
-  inside= root=$PWD/build/fresh/$2
+  inside='' root=$PWD/build/fresh/$2
   rm -rf --one-file-system "$root"
   trap clean_up EXIT
   mkdir -p "$root"

@@ -21,8 +21,7 @@ Sandbox &PlayGround();
 
 // Makes the call against a scripted peer that takes so many bytes of a send at most;
 // `interfere` runs right before it.
-Outcome Play(
-    const Scenario &call, int takes = INT_MAX, const std::function<void()> &interfere = [] {});
+Outcome Play(const Scenario &call, int takes = INT_MAX, const std::function<void()> &interfere = [] {});
 
 // What came of it and should not have, in words; empty when all is as foretold.
 std::string Difference(const Scenario &call, const Outcome &outcome);

@@ -127,9 +127,8 @@ const int kSocketTimeOut = ETIMEDOUT;
 int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline)
 {
     std::array<pollfd, 2> waiting = {};
-    std::transform(sockets.begin(), sockets.end(), waiting.begin(), [](int socket) {
-        return pollfd{socket, POLLIN, 0};
-    });
+    std::transform(sockets.begin(), sockets.end(), waiting.begin(),
+                   [](int socket) { return pollfd{socket, POLLIN, 0}; });
     if (Wait(waiting.data(), sockets.size(), deadline)) {
         for (const pollfd &each : waiting) {
             if (each.revents != 0) {
