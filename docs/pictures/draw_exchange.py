@@ -17,10 +17,10 @@ STEPS = [
     (">", "GET /shop/list?type=1&... with User-Serial, User-ID"),
     ("<", "head and first body bytes, in one segment of at least 1024 bytes or all of it"),
     ("d", "one receive: status, Content-Length"),
-    ("d", "a status other than 200: answers it"),
+    ("d", "a status other than 200: returns it"),
     ("d", "makes the last folder, deletes an old file"),
     ("<", "the rest of the body, Content-Length bytes in all"),
-    ("d", "writes what came; answers 200"),
+    ("d", "writes the received bytes; returns 200"),
     ("=", "A purchase: GetBuyGood"),
     ("d", "reads the profile, imports its keys"),
     ("d", "token: the local time, OAEP, private key, base64"),
@@ -29,7 +29,7 @@ STEPS = [
     ("s", "opens the token with the public key, checks"),
     ("s", "its time, refuses it if it was seen; sells"),
     ("<", "200, or another status with X-Error-Code, X-Error-Message (906: X-Server-Timestamp)"),
-    ("d", "fills the record unless 200; answers the status"),
+    ("d", "fills the record unless 200; returns the status"),
 ]
 
 
