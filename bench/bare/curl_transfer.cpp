@@ -1,6 +1,7 @@
 #include "bare/curl_transfer.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <curl/curl.h>
 
 namespace pavonix::bench {
@@ -28,6 +29,9 @@ long CurlDownload(const std::string &url, const std::string &path)
 {
     CURL *handle = curl_easy_init();
     std::FILE *file = std::fopen(path.c_str(), "wbe");
+    if (file == nullptr) {
+        std::abort(); // there is nothing to measure
+    }
     curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, file);
     const long status = Perform(handle);

@@ -56,7 +56,7 @@ LoopbackServer::LoopbackServer() : block_(kBlockSize, 'x')
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t length = sizeof address;
     auto *plain = reinterpret_cast<sockaddr *>(&address);
-    if (bind(listener_, plain, length) != 0 || listen(listener_, 16) != 0 ||
+    if (listener_ < 0 || bind(listener_, plain, length) != 0 || listen(listener_, 16) != 0 ||
         getsockname(listener_, plain, &length) != 0) {
         std::abort();
     }

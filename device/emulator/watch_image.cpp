@@ -109,12 +109,12 @@ void OnAccess(unsigned, std::uint32_t info, std::uint64_t address, void *data)
 void OnArmInstruction(qemu_plugin_insn *watched)
 {
     // kept for good: the emulator may run the block at any time
-    auto *instruction = new Instruction{qemu_plugin_insn_vaddr(watched),
-                                        *static_cast<const std::uint32_t *>(qemu_plugin_insn_data(watched))};
-    if (ReasonAgainst(instruction->code) != nullptr) {
+    const std::uint32_t code = *static_cast<const std::uint32_t *>(qemu_plugin_insn_data(watched));
+    auto *instruction = new Instruction{qemu_plugin_insn_vaddr(watched), code};
+    if (ReasonAgainst(code) != nullptr) {
         qemu_plugin_register_vcpu_insn_exec_cb(watched, OnForbidden, kNoRegisters, instruction);
     }
-    if (LoadsPc(instruction->code)) {
+    if (LoadsPc(code)) {
         qemu_plugin_register_vcpu_insn_exec_cb(watched, OnLoadIntoPc, kNoRegisters, instruction);
     }
     qemu_plugin_register_vcpu_mem_cb(watched, OnAccess, kNoRegisters, kReadsAndWrites, instruction);

@@ -51,7 +51,7 @@ void TellEngine(const char *log)
         const std::size_t token = entry.find(kToken);
         const bool isToken = token != entry.npos;
         Line line("engine: ");
-        line.Bytes(entry.data(), isToken ? token + kToken.size() : entry.size()).Text(isToken ? " (the token)" : "");
+        line.Bytes(entry.substr(0, isToken ? token + kToken.size() : entry.size())).Text(isToken ? " (the token)" : "");
     }
 }
 

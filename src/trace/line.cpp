@@ -96,18 +96,18 @@ void Line::Escape(char kind, unsigned value, int digits)
     Write(text, 2 + static_cast<std::size_t>(digits));
 }
 
-Line &Line::Bytes(const char *bytes, std::size_t count)
+Line &Line::Bytes(std::string_view bytes)
 {
-    for (std::size_t i = 0; i < count; ++i) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
         const auto byte = static_cast<unsigned char>(bytes[i]);
         if (byte == '\n') {
-            Text(i + 1 < count ? "\\n\n    | " : "\\n");
+            Text(i + 1 < bytes.size() ? "\\n\n    | " : "\\n");
         } else if (byte == '\r') {
             Text("\\r");
         } else if (byte == '\\') {
             Text("\\\\");
         } else if (byte >= 0x20 && byte < 0x7F) {
-            Write(bytes + i, 1);
+            Write(&bytes[i], 1);
         } else {
             Escape('x', byte, 2);
         }

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace pavonix::trace {
 
@@ -28,7 +29,7 @@ public:
     Line &Number(std::int64_t number); // of at least -2^31, and below 10^18
     // Printable ASCII as it is, all else as \r, \n, \xNN, in wide texts \uNNNN; a
     // line feed also begins an indented line.
-    Line &Bytes(const char *bytes, std::size_t count);
+    Line &Bytes(std::string_view bytes);
     Line &Wide(const WideChar *text, int longest); // null is "(null)"
 
 private:

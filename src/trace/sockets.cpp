@@ -36,13 +36,13 @@ void TellRequest(const char *bytes, int length)
     constexpr std::string_view kName = "User-Cert: ";
     const std::size_t token = request.find(kName);
     if (token == request.npos) {
-        line.Bytes(request.data(), request.size());
+        line.Bytes(request);
         return;
     }
     const std::size_t start = token + kName.size();
     const std::size_t end = std::min(request.find('\r', start), request.size());
-    line.Bytes(request.data(), start).Text("(").Number(static_cast<std::int64_t>(end - start)).Text(" characters)");
-    line.Bytes(request.data() + end, request.size() - end);
+    line.Bytes(request.substr(0, start)).Text("(").Number(static_cast<std::int64_t>(end - start)).Text(" characters)");
+    line.Bytes(request.substr(end));
 }
 
 void TellLaterReceptions()
@@ -58,7 +58,7 @@ void TellFirstReception(const char *bytes, int received)
     state.afterFirst = true;
     state.firstReceived = received;
     if (received > 0) {
-        Line("received ").Number(received).Text(" bytes:\n    | ").Bytes(bytes, static_cast<std::size_t>(received));
+        Line("received ").Number(received).Text(" bytes:\n    | ").Bytes({bytes, static_cast<std::size_t>(received)});
     } else if (received == 0) {
         Line("the server closed the connection without a byte");
     } else {
@@ -82,7 +82,7 @@ const HostEntry *__wrap_ResolveHost(const char *name)
 {
     const HostEntry *entry = __real_ResolveHost(name);
     Line line("resolve ");
-    line.Bytes(name, std::strlen(name));
+    line.Bytes(name);
     if (entry == nullptr) {
         line.Text(": no such name, or it has no IPv4 address");
         return entry;

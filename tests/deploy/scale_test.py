@@ -60,9 +60,11 @@ class ScaleTest(unittest.TestCase):
         rush = Rush(shop, FLAVOURS)
         rush.run(one.kill, one.start, shop.database.restart)
         self.assertEqual(audit(shop, rush), [])
+        told = sum(map(len, rush.told.values()))
+        engines.wait_until(lambda: len(shop.exchanges.read_text().splitlines()) >= told, "the front's log")
         count, wrong = replay(shop)
         self.assertEqual(wrong, [])
-        self.assertEqual(count, sum(map(len, rush.told.values())), "every purchase came to the front once")
+        self.assertEqual(count, told, "every purchase came to the front once")
 
     def test_nobody_notices_a_restart_in_turn(self):
         shop = self.start(4, 60)

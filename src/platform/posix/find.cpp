@@ -110,11 +110,12 @@ bool FindNext(FindHandle *search, FindRecord *record)
     if (search->folder == nullptr) {
         return false;
     }
+    const int folder = dirfd(search->folder);
     while (const dirent *found = readdir(search->folder)) {
         const bool isDots = std::strcmp(found->d_name, ".") == 0 || std::strcmp(found->d_name, "..") == 0;
         struct stat entry;
-        if (!isDots && fnmatch(search->pattern, found->d_name, 0) == 0 &&
-            fstatat(dirfd(search->folder), found->d_name, &entry, 0) == 0) {
+        if (!isDots && folder >= 0 && fnmatch(search->pattern, found->d_name, 0) == 0 &&
+            fstatat(folder, found->d_name, &entry, 0) == 0) {
             SetRecord(record, entry);
             return true;
         }

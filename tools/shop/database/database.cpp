@@ -92,7 +92,7 @@ Transaction::~Transaction()
         if (open_) {
             database_.Run("ROLLBACK");
         }
-    } catch (const soci::soci_error &) {
+    } catch (const soci::soci_error &) { // NOLINT(bugprone-empty-catch)
         // A lost connection rolls back by itself.
     }
 }
