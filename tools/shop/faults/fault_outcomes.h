@@ -18,12 +18,12 @@ struct FaultOutcome {
 };
 
 inline constexpr FaultOutcome kFaultOutcomes[] = {
-    {"head-apart", "sends the head, and the body in a segment of its own", //
+    {"head-apart", "sends the body in a segment of its own, after the head", //
      "200 zeros", "200", "404 code 903"},
-    {"head-in-pieces", "sends the status line, and the rest in a segment of its own", //
+    {"head-in-pieces", "sends the status line and the rest in two segments", //
      "0 none", "0", "0"},
-    {"late", "answers after six seconds", "200 right", "200", "404 code 903"},
-    {"slow", "lets all behind the first 1024 bytes drip", //
+    {"late", "replies after six seconds", "200 right", "200", "404 code 903"},
+    {"slow", "sends everything after the first 1024 bytes slowly", //
      "200 right", "200", "404 code 903"},
     {"short", "leaves out the last 100 bytes that it announced", //
      "200 cut", "200", "404 code 903"},
@@ -36,15 +36,15 @@ inline constexpr FaultOutcome kFaultOutcomes[] = {
     {"long-head", "sends a head of more than 1024 bytes", "0 none", "0", "0"},
     {"lower-case", "writes header names in lower case, which the library does not find", //
      "200 cut", "200", "404 code 0"},
-    {"hidden", "names its headers in the value of an earlier one, which the library takes for them", //
+    {"hidden", "has the names of its headers in an earlier value, which the library reads instead", //
      "200 cut", "200", "404 code 0"},
-    {"silent", "says nothing for a minute", "waits", "waits", "waits"},
+    {"silent", "sends nothing for a minute", "waits", "waits", "waits"},
     {"nothing", "closes the connection without a byte", "0 none", "0", "0"},
     {"reset", "resets the connection without a byte", "0 none", "0", "0"},
-    {"reset-in-body", "resets the connection within the body", //
+    {"reset-in-body", "resets the connection in the middle of the body", //
      "200 cut", "200", "404 code 903"},
     {"not-http", "greets like a mail server", "0 none", "0", "0"},
-    {"tls", "answers with an alert of TLS", "0 none", "0", "0"},
+    {"tls", "sends a TLS alert", "0 none", "0", "0"},
     {"bare-line-feeds", "ends the head's lines with LF instead of CR LF", "0 none", "0", "0"},
     {"head-without-end", "leaves out the empty line and the body", "0 none", "0", "0"},
     {"interim", "sends 100 Continue, and the reply a moment later", //
