@@ -54,14 +54,14 @@ void ReplySender::Finish()
     beast::error_code ignored;
     switch (transmission_.end) {
     case Transmission::End::kReset:
-        stream_.socket().set_option(asio::socket_base::linger(true, 0), ignored);
+        (void)stream_.socket().set_option(asio::socket_base::linger(true, 0), ignored);
         stream_.close();
         return;
     case Transmission::End::kSilence:
         stream_.expires_after(kSilenceTime);
         break;
     case Transmission::End::kClose:
-        stream_.socket().shutdown(asio::socket_base::shutdown_send, ignored);
+        (void)stream_.socket().shutdown(asio::socket_base::shutdown_send, ignored);
         stream_.expires_after(kDrainTime);
         break;
     }

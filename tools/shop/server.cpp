@@ -68,7 +68,7 @@ void Server::Stop()
 {
     context_.stopping = true;
     boost::system::error_code ignored;
-    acceptor_.close(ignored);
+    (void)acceptor_.close(ignored);
     StopWhenIdle(kLongestStop / kStopInterval);
 }
 

@@ -55,7 +55,7 @@ void Session::Start()
 {
     beast::error_code ignored;
     peer_ = stream_.socket().remote_endpoint(ignored).address();
-    stream_.socket().set_option(asio::ip::tcp::no_delay(true), ignored);
+    (void)stream_.socket().set_option(asio::ip::tcp::no_delay(true), ignored);
     stream_.expires_after(kReadTime);
     AwaitRequest();
     Read();
@@ -63,7 +63,7 @@ void Session::Start()
 
 void Session::AwaitRequest()
 {
-    parser_.emplace();
+    parser_ = std::make_unique<http::request_parser<http::string_body>>();
     parser_->body_limit(kLongestBody);
     parser_->eager(true);
     parsed_ = 0;

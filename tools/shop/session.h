@@ -11,7 +11,6 @@
 #include <array>
 #include <atomic>
 #include <memory>
-#include <optional>
 #include <set>
 
 namespace shop {
@@ -51,7 +50,7 @@ private:
     boost::beast::tcp_stream stream_;
     boost::asio::ip::address peer_;
     ServerContext &context_;
-    std::optional<boost::beast::http::request_parser<boost::beast::http::string_body>> parser_;
+    std::unique_ptr<boost::beast::http::request_parser<boost::beast::http::string_body>> parser_; // of one request
     Request request_;
     std::chrono::steady_clock::time_point since_;
     std::array<char, 4096> chunk_;
