@@ -20,7 +20,6 @@ namespace {
 
 using diagnostics::End;
 using pavonix::platform::HostEntry;
-using pavonix::platform::kSocketError;
 using pavonix::platform::SocketAddress;
 using std::chrono::milliseconds;
 
