@@ -1,6 +1,6 @@
 #!/bin/sh
 # Makes build/ce-armv4/symbols.o: the functions of PAVONIX.dll for gdb, which does not read images of Windows CE.
-# Links the image again with its names kept; every function stands where it stands in the real one.
+# Links the image again with its names kept; every function is where it is in the real one.
 set -e
 cd "$(dirname "$0")/../build/ce-armv4"
 ninja PAVONIX.dll

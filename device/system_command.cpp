@@ -30,7 +30,7 @@ std::string ToHex(const std::string &bytes)
     return hex;
 }
 
-// What the words of a command stand for, and the memory that they lead to.
+// The values of a command's words, and the memory that they point to.
 class Arguments {
 public:
     explicit Arguments(std::istream &input)

@@ -16,7 +16,7 @@
 
 namespace pavonix::device {
 
-// Calls a function on the image's side and answers its r0.
+// Calls a function on the image's side and returns its r0.
 using ImageCaller = std::function<std::uint32_t(std::uint32_t function, const CallWords &words)>;
 
 std::string CallSystem(std::istream &words, const ImageCaller &call);

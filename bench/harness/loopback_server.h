@@ -9,7 +9,7 @@
 
 namespace pavonix::bench {
 
-// Answers each GET with as many body bytes as the last number of its address says, and
+// Replies to each GET with as many body bytes as the last number of its address says, and
 // each POST with "ok". The head and the first body bytes go in one send. One connection at a
 // time, on a thread of its own; the client closes.
 class LoopbackServer {

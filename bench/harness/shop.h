@@ -11,7 +11,7 @@
 
 namespace pavonix::bench {
 
-// Its files stand in the folder for temporary files.
+// Its files are in the folder for temporary files.
 class Shop {
 public:
     Shop()

@@ -15,7 +15,7 @@ PROLOGUE = ((0xFFFF0000, 0xE92D0000), (0xFFFFF000, 0xE24DD000))
 
 
 def functions(tools, image):
-    """Address by name of all that stands in .text, and where its functions end."""
+    """Address by name of all that is in .text, and where its functions end."""
     listing = subprocess.run([tools + "nm", "--defined-only", image], check=True, stdout=subprocess.PIPE, text=True).stdout
     symbols = (line.split(None, 2) for line in listing.splitlines())
     found = {name: int(address, 16) for address, kind, name in symbols if kind in "tT" and not name.startswith(".")}

@@ -1,5 +1,5 @@
 # PAVONIX.dll: what its three Windows flavours share, and where they differ. The
-# results stand at the top of the build folder: the DLL, its .def and map, and
+# results are at the top of the build folder: the DLL, its .def and map, and
 # its import libraries for GNU tools (libPAVONIX.dll.a) and for Microsoft's
 # linkers (PAVONIX.lib).
 set(definition ${CMAKE_CURRENT_LIST_DIR}/pavonix.def)

@@ -1,5 +1,5 @@
 // The part of a caller that every flavour shares: it reads one command a line
-// from standard input, makes that call into the library and answers one line on
+// from standard input, makes that call into the library and returns one line on
 // standard output. Only the standard library is used, so that desktop Windows,
 // Linux and the device's image runner all build it.
 //

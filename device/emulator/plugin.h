@@ -1,5 +1,5 @@
 // The emulator's plug-in interface, version 1, as far as it is used here. What its
-// functions do stands in the emulator's qemu-plugin.h.
+// functions do is in the emulator's qemu-plugin.h.
 #pragma once
 
 #include <cstddef>
@@ -46,7 +46,7 @@ __attribute__((visibility("default"), used)) inline int qemu_plugin_version = 1;
 namespace pavonix::device {
 
 // Whether an address lies in the DLL's image. The runner is linked to the lowest
-// addresses, images are mapped far above them, and the kernel's helpers stand at
+// addresses, images are mapped far above them, and the kernel's helpers are at
 // the top.
 inline bool IsInImage(std::uint64_t address)
 {

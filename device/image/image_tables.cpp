@@ -6,7 +6,7 @@ namespace pavonix::device {
 
 namespace {
 
-// Binds the functions of one library and answers the names that are missing.
+// Binds the functions of one library and returns the names that are missing.
 std::string BindLibrary(ImageMemory &image, const ImportDescriptor &descriptor, ImportResolver resolve)
 {
     std::string library = image.TextAt(descriptor.libraryName);

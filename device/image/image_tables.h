@@ -9,7 +9,7 @@
 
 namespace pavonix::device {
 
-// Answers the address of a function of a library, 0 when there is none.
+// Returns the address of a function of a library, 0 when there is none.
 using ImportResolver = std::uint32_t (*)(const std::string &library, const std::string &name);
 
 // Fills the image's import address tables. Throws ImageError that lists every

@@ -82,7 +82,7 @@ struct ExportDirectory {
 static_assert(sizeof(ExportDirectory) == 40);
 
 struct RelocationBlock {
-    std::uint32_t pageRva, size; // the size counts this header and the 16-bit entries behind it
+    std::uint32_t pageRva, size; // the size counts this header and the 16-bit entries after it
 };
 
 enum RelocationType { kRelocationPadding = 0, kRelocationHighLow = 3 };

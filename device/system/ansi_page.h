@@ -23,7 +23,7 @@ struct AnsiPage {
     // A character that the page lacks becomes its look-alike, as on the device; one
     // without becomes '?' and sets *lossy.
     std::string ToBytes(const WideChar *text, int length, bool *lossy) const;
-    // What stands for no character becomes U+30FB.
+    // A byte without a character becomes U+30FB.
     std::u16string ToWide(const std::uint8_t *bytes, int length) const;
 };
 

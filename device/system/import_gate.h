@@ -1,4 +1,4 @@
-// What stands in front of every function that the DLL imports: it counts the
+// What is in front of every function that the DLL imports: it counts the
 // calls and makes the ones fail that a test asked for.
 #pragma once
 

@@ -33,7 +33,7 @@ constexpr std::uint32_t kErrorNoSuchProvider = 0x80090019;
 
 inline thread_local std::uint32_t lastError = 0;
 
-// Sets the error and answers `result`: a failing function's last line.
+// Sets the error and returns `result`: a failing function's last line.
 template <typename Result>
 Result FailWith(std::uint32_t error, Result result)
 {

@@ -17,7 +17,7 @@ def decoded(page, code):
     try:
         text = code.to_bytes(1 if code < 0x100 else 2, "big").decode(f"cp{page}")
     except UnicodeDecodeError:
-        return code if page == 1252 else None  # five bytes there stand for control characters
+        return code if page == 1252 else None  # five bytes there are control characters
     return ord(text) if len(text) == 1 else None
 
 

@@ -12,7 +12,7 @@ namespace pavonix::device {
 using CallWords = std::array<std::uint32_t, 8>;
 
 // Calls a function of the image with up to eight words of arguments, on the image's
-// stack of this thread, and answers what it left in r0.
+// stack of this thread, and returns what it left in r0.
 std::uint32_t CallImage(std::uint32_t function, const CallWords &words);
 
 // An address for the image at which `function` of this program can be called with

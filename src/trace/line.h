@@ -11,7 +11,7 @@
 namespace pavonix::trace {
 
 // Chooses the file for the lines to come, the profile's path with ".trace.txt"
-// behind it. A file of more than 1 MB is begun anew. Without a path, or with one
+// after it. A file of more than 1 MB is begun anew. Without a path, or with one
 // that is too long, nothing is written.
 void ChooseFile(const WideChar *profilePath);
 

@@ -48,7 +48,7 @@ using Counts = std::map<std::string, int>;
 Counts Stats();
 // The imports called since the last Calm, by name.
 Counts ImportCalls();
-// No faults from now on; answers how many there were since the last Calm.
+// No faults from now on; returns how many there were since the last Calm.
 int Calm();
 // Has the nth call from now of an import fail; false for one that cannot.
 bool FailOnce(const std::string &name, int nth);

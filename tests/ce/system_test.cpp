@@ -1,4 +1,4 @@
-// The runner itself: how its system answers what a device answers in a way of its
+// The runner itself: how its system does what a device does in a way of its
 // own, and what becomes of an image that does what no device forgives.
 #include "device_test.h"
 #include "probe/probes.h"
@@ -178,7 +178,7 @@ TEST_F(System, ThreadsComeAndGoWithErrorsOfTheirOwn)
     EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find("called from an image's entry"));
 }
 
-// Calls that end the program. `$` stands for the result of the first one.
+// Calls that end the program. `$` is the result of the first one.
 TEST_F(System, NoDeviceForgivesTheseCalls)
 {
     struct Crime {

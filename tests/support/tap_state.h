@@ -7,9 +7,9 @@
 
 namespace pavonix::tap {
 
-// Notes a contract call, and answers whether it must fail.
+// Notes a contract call, and returns whether it must fail.
 bool Enter(const char *name, const std::string &detail = {});
-// Notes an allocation of the library, and answers whether it must fail.
+// Notes an allocation of the library, and returns whether it must fail.
 bool EnterAllocation();
 
 struct State {

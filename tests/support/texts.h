@@ -31,7 +31,7 @@ inline std::string BytesOf(const StringBuffer &text)
     return std::string(text.c_str(), static_cast<std::size_t>(text.length()));
 }
 
-// "|" stands for a line end.
+// "|" is a line end.
 inline std::string Lines(const std::string &text)
 {
     std::string lines;

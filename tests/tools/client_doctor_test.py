@@ -21,7 +21,7 @@ GAP = 0.2  # seconds, in which a busy machine comes to read
 
 class DoctorTest(ClientTest):
     def doctor(self, *arguments, port=None, path="/shop/list"):
-        """Answers the exit code, the results by point, and the findings by rule."""
+        """Returns the exit code, the results by point, and the findings by rule."""
         done = run(f"{PROGRAMS}/pavonix", "doctor", f"http://127.0.0.1{path}", "--port", str(port or self.port),
                    "--json", *arguments)
         self.report = report = json.loads(done.stdout)
@@ -261,7 +261,7 @@ class WatchTest(ClientTest):
             self.assertIn(words, output)
 
     def test_it_hides_no_fault_and_names_it(self):
-        """A reply in pieces arrives in pieces, so that the client behind it fails as it does without it."""
+        """A reply in pieces arrives in pieces, so that the client after it fails as it does without it."""
         table = [
             ((HEAD, 0.05, PAGE), "good", 5, "error head-alone"),
             ((HEAD[:20], 0.05, HEAD[20:] + PAGE), "good", 3, "error head-in-pieces"),

@@ -18,7 +18,7 @@ def reset(connection):
 
 
 class OddServer:
-    """Answers each connection with pieces: bytes are sent, numbers waited for, functions called with the connection."""
+    """Returns each connection with pieces: bytes are sent, numbers waited for, functions called with the connection."""
 
     def __init__(self, test, *pieces):
         self.pieces = pieces
@@ -74,7 +74,7 @@ class ClientTest(ShopTest):
             "--user-id", "42", "--public-key", public_key, "--balance", str(balance))
 
     def call(self, command, *arguments, url=None, port=None, profile=None):
-        """Runs the client; answers its exit code and all that it wrote."""
+        """Runs the client; returns its exit code and all that it wrote."""
         url = url or f"http://127.0.0.1/shop/{command}"
         done = run(f"{PROGRAMS}/pavonix", command, "--url", url, "--port", str(port or self.port),
                    "--profile", profile or self.profile, *arguments)
@@ -87,7 +87,7 @@ class ClientTest(ShopTest):
         return self.call("buy", "--type", "1", "--id", "7", *arguments, **options)
 
     def diagnosed(self, command, **options):
-        """Answers the exit code and the JSON object of a good or a purchase."""
+        """Returns the exit code and the JSON object of a good or a purchase."""
         code, output = getattr(self, command)("--json", *(["--force"] if command == "good" else []), **options)
         return code, json.loads(output)
 

@@ -15,7 +15,7 @@ HEADER = "type,type_name,category,category_name,id,title,maker,price,added,descr
 
 class AdminTest(ShopTest):
     def keep(self, *arguments, database=None):
-        """Answers exit code, output and error output."""
+        """Returns exit code, output and error output."""
         done = subprocess.run([f"{PROGRAMS}/pavonix-shop", "--db", database or self.database_file, *arguments],
                               capture_output=True, timeout=20)
         return done.returncode, done.stdout.decode(), done.stderr.decode()

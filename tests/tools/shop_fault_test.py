@@ -19,7 +19,7 @@ class Record(ctypes.Structure):
 
 
 def call_library(kind, profile, target, url, port):
-    """Runs in a process of its own, as the library takes one call at a time; answers the status, code and message."""
+    """Runs in a process of its own, as the library takes one call at a time; returns the status, code and message."""
     def wide(text):
         return ctypes.create_string_buffer(text.encode("utf-16-le") + bytes(2))
 
@@ -79,7 +79,7 @@ class FaultTest(ShopTest):
                                                self.port))
 
     def outcome(self, fault, kind, result, seconds):
-        """Answers what the library made of a call, in the list's words, and the record's message."""
+        """Returns what the library made of a call, in the list's words, and the record's message."""
         try:
             status, code, message = result.get(seconds)
         except multiprocessing.TimeoutError:

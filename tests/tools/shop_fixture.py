@@ -19,7 +19,7 @@ PROGRAMS = os.environ.get("PAVONIX_PROGRAMS", os.path.join(HERE, "..", "..", "bu
 
 
 def run(*arguments, **options):
-    """Runs a program to its end; answers its exit code, output and error output."""
+    """Runs a program to its end; returns its exit code, output and error output."""
     return subprocess.run(arguments, capture_output=True, text=True, timeout=20, **options)
 
 
@@ -94,7 +94,7 @@ class ShopTest(unittest.TestCase):
         self.port = int(re.search(r"listening on http://127\.0\.0\.1:(\d+)/", first_line)[1])
 
     def stop_shop(self):
-        """Stops the shop; answers the lines that it wrote."""
+        """Stops the shop; returns the lines that it wrote."""
         if self.shop.poll() is None:
             self.shop.terminate()
         output = self.shop.stdout.read() if not self.shop.stdout.closed else ""
@@ -103,7 +103,7 @@ class ShopTest(unittest.TestCase):
         return output.splitlines()
 
     def ask(self, method, target, headers=None, body=None):
-        """Answers status, headers and body, the body as bytes."""
+        """Returns status, headers and body, the body as bytes."""
         connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=10)
         connection.request(method, target, body, headers or {})
         reply = connection.getresponse()

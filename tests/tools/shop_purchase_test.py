@@ -33,7 +33,7 @@ class PurchaseTest(ShopTest):
         return done.stdout if done.returncode == 0 else done.stderr
 
     def buy(self, type_=1, id_=7, force=0, token=None, **changes):
-        """Answers status and code; each keyword replaces a header, None leaves it out."""
+        """Returns status and code; each keyword replaces a header, None leaves it out."""
         headers = {"User-Serial": "PX-1", "User-ID": "42", "User-Cert": token or KEY.token(time_text()),
                    "Content-Type": "application/x-www-form-urlencoded"}
         headers.update({name.replace("_", "-"): value for name, value in changes.items()})

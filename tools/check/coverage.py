@@ -13,7 +13,7 @@ SOURCE = Path(__file__).resolve().parents[2]
 BUILD = SOURCE / "build/coverage"
 WHOLE = ("http", "profile", "shop", "store")  # rooms of which each branch is to be taken
 LEAST = 95  # percent of the lines and of the branches, over all rooms
-# Branches that no run can take, as the lines they stand in.
+# Branches that no run can take, as the lines they are in.
 NOT_COUNTED = [
     r"\bdelete\b",  # the compiler asks for null, where there is always a block
     r"\bnew \(std::nothrow\)",  # and whether there is an object to be constructed

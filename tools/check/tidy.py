@@ -19,7 +19,7 @@ from pathlib import Path
 SOURCE = Path(__file__).resolve().parents[2]
 STAMPS = SOURCE / "build/check"
 TIDY = "clang-tidy-19"  # the newest that Debian 12 and Debian 13 both have
-# clang takes its target from the name of the compiler it stands in for; that of the device's it does not know.
+# clang takes its target from the name of the compiler it replaces; that of the device's it does not know.
 TARGETS = {"arm-mingw32ce-gcc": "armv4t-none-eabi -fshort-wchar -fsigned-char -D_WIN32 -D_WIN32_WCE=0x600 -DUNDER_CE",
            "x86_64-w64-mingw32-g++-posix": "x86_64-w64-mingw32", "arm-linux-gnueabi-g++": "arm-linux-gnueabi"}
 
@@ -41,7 +41,7 @@ def cross_flags(compiler):
 
 
 def headers(build):
-    """What each object of a build was made of, as far as it stands in this tree."""
+    """What each object of a build was made of, as far as it is in this tree."""
     parts: dict[str, list[Path]] = {}
     output = ""
     for line in answer("ninja", "-C", build, "-t", "deps").splitlines():

@@ -11,7 +11,7 @@ namespace client {
 
 struct NewProfile {
     std::string file;
-    std::string publicKeyFile; // empty: the profile's name with ".pub.xml" behind it
+    std::string publicKeyFile; // empty: the profile's name with ".pub.xml" after it
     std::string userAgent = "Pavonix/1.0";
     std::string serial;
     int userId = 0;

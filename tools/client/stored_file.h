@@ -20,7 +20,7 @@ public:
     [[nodiscard]] std::uint64_t Size() const;
     // What is wrong with the XML in it; empty when it is a whole document.
     [[nodiscard]] std::string Fault() const;
-    // Zero bytes in the part of it that came with the reply's head: they stand for
+    // Zero bytes in the part of it that came with the reply's head: they replace
     // bytes that did not.
     [[nodiscard]] std::size_t Zeros() const;
     // The first lines, each on a line of its own behind "  | ".

@@ -9,7 +9,7 @@
 
 namespace client {
 
-// The words of the command line behind the program's name, in UTF-8.
+// The arguments of the command line, in UTF-8.
 [[nodiscard]] std::vector<std::string> CommandLine(int argc, char **argv);
 
 // An environment variable keeps the value that it has.

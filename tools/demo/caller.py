@@ -62,14 +62,14 @@ class Caller:
         return self._expect("result")
 
     def list(self, url, port, target, values, force=True):
-        """values: type, category, sort, start and max. Answers what the library returned."""
+        """values: type, category, sort, start and max. Returns what the library returned."""
         return int(self._call("list", *values, _path(target), int(force), _wide(url), port)[0])
 
     def good(self, url, port, target, type_id, force=True):
         return int(self._call("good", *type_id, _path(target), int(force), _wide(url), port)[0])
 
     def buy(self, url, port, type_id, force=False):
-        """Answers what the library returned, and the record."""
+        """Returns what the library returned, and the record."""
         status, record = self._call("buy", *type_id, int(force), _wide(url), port)
         record = bytes.fromhex(record)
         code = struct.unpack_from("<i", record, 8)[0]

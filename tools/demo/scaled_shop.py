@@ -170,7 +170,7 @@ def examine(shop):
 
 
 def replay(shop):
-    """Sends every token that came to the front to each server again, for a good that does not exist. Answers how many
+    """Sends every token that came to the front to each server again, for a good that does not exist. Returns how many
     there are, and which a server would have sold something for."""
     wrong, lines = [], shop.exchanges.read_text().splitlines()
     for line in lines:
@@ -185,7 +185,7 @@ def replay(shop):
 
 
 def audit(shop, rush):
-    """Compares what the devices were told with the database. Answers what is wrong, nothing if all is well."""
+    """Compares what the devices were told with the database. Returns what is wrong, nothing if all is well."""
     rows = Counter((serial, good) for serial, good in shop.query("SELECT serial, id FROM purchase"))
     wrong = [f"{key} was sold {count} times" for key, count in rows.items() if count != 1]
     for key, answers in rush.told.items():

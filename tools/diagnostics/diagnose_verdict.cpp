@@ -16,7 +16,7 @@ constexpr std::string_view kCode = "X-Error-Code";
 constexpr std::string_view kMessage = "X-Error-Message";
 constexpr std::string_view kTimestamp = "X-Server-Timestamp";
 constexpr int kClockIsOff = 906;
-// of the plain record, without terminator and the blank behind the colon
+// of the plain record, without terminator and the space after the colon
 constexpr std::size_t kLongestMessage = 254;
 constexpr std::size_t kLongestTimestamp = 62;
 
@@ -43,7 +43,7 @@ private:
     Findings findings_;
 };
 
-// A value as an application shows it: without the blank behind the colon.
+// A value as an application shows it: without the space after the colon.
 std::string Verdict::Text(std::string_view name) const
 {
     const std::string_view value = device_.Verdict(name).value_or("");

@@ -26,7 +26,7 @@ struct Exchange {
     Call call = Call::kDownload;
     std::string request;                      // as sent; empty when it was not seen
     std::string reply;                        // as received, from its first byte
-    std::uint64_t beyond = 0;                 // bytes that came behind those and were not kept
+    std::uint64_t beyond = 0;                 // bytes that came after those and were not kept
     End end = End::kOpen;                     // how the reply ended
     std::size_t firstBytes = kFirstReception; // came at once, or would at worst; less than the reply when it was split
     unsigned segments = 0;                    // TCP segments that brought the first reception; 0 when not known

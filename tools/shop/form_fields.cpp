@@ -8,7 +8,7 @@ namespace shop {
 
 namespace {
 
-// Answers false for a broken escape.
+// Returns false for a broken escape.
 bool DecodeEscape(std::string_view digits, char *decoded)
 {
     unsigned value = 0;

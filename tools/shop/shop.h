@@ -1,4 +1,4 @@
-// Answers the requests for the shop's paths.
+// Handles the requests for the shop's paths.
 #pragma once
 
 #include "catalogue.h"

@@ -26,7 +26,7 @@ using WallTime = std::chrono::local_time<std::chrono::milliseconds>;
 // Whether it is a day that exists, written like 2026-02-20.
 [[nodiscard]] bool IsDate(const std::string &text);
 
-// Answers the time to the second, or nothing when the text is not exactly of the
+// Returns the time to the second, or nothing when the text is not exactly of the
 // form above or names a day or a time that does not exist.
 [[nodiscard]] std::optional<WallTime> ParseTimeText(const std::string &text);
 

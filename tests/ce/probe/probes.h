@@ -4,8 +4,8 @@
 namespace pavonix::ce {
 
 enum Probe {
-    kEntryReasons,   // answers the reasons that the entry was called for, one hex digit each
-    kStackAlignment, // answers the stack pointer modulo 8
+    kEntryReasons,   // returns the reasons that the entry was called for, one hex digit each
+    kStackAlignment, // returns the stack pointer modulo 8
     kUseStack,       // uses `value` KB of it
     kLoadUnaligned,  // loads a word from an odd address
     kLoadHalfUnaligned,

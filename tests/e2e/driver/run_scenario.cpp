@@ -16,7 +16,7 @@ namespace {
 
 constexpr char kTokenMark[] = "{token}";
 
-// Puts what stands at the token's place in the received request, up to the line's
+// Puts what is at the token's place in the received request, up to the line's
 // end, in the place of the mark.
 std::string WithToken(const std::string &expected, const std::string &received, std::string *token)
 {

@@ -85,7 +85,7 @@ struct Scenario {
     std::optional<std::string> request = kListRequest; // all bytes; nullopt: no connection was made
     int result = 200;
     Tree after = {};
-    const DeviceKey *signer = nullptr; // whose token stands for "{token}" in the request; null: an empty one
+    const DeviceKey *signer = nullptr; // whose token replaces "{token}" in the request; null: an empty one
     Record record = {};
 };
 

@@ -13,7 +13,7 @@ namespace pavonix::e2e {
 
 namespace {
 
-// Ends the caller behind the last test; it tells then what the library left behind.
+// Ends the caller after the last test; it then reports what the library left open.
 class CallerEnvironment : public testing::Environment {
 public:
     void TearDown() override

@@ -21,7 +21,7 @@ struct Suite {
 Suite &TheSuite();
 
 // Runs all tests through the caller that this command starts, in a scratch folder
-// of their own. Answers the exit code.
+// of their own. Returns the exit code.
 int RunSuite(const std::vector<std::string> &callerCommand);
 
 // One call as the caller makes it.

@@ -43,7 +43,7 @@ TEST(MpInt, BytesOfEveryLength)
         EXPECT_EQ(value.CountBits(), BN_num_bits(expected.get()));
         EXPECT_EQ(value.UnsignedByteSize(), static_cast<std::uint32_t>(BN_num_bytes(expected.get())));
     }
-    // The last byte of 33 full digits lies in the last one alone, and no digit has room behind it.
+    // The last byte of 33 full digits lies in the last one alone, and no digit has room after it.
     Integer full, one, difference;
     const std::string bytes = "\x0F" + std::string(247, '\xFF');
     ASSERT_TRUE(Read(&full, bytes) && Read(&one, "\1"));

@@ -39,7 +39,7 @@ Converted Convert(int codePage, const std::u16string &text)
 } // namespace
 
 // All units but the terminator. The five bytes that the code page leaves undefined
-// (81, 8D, 8F, 90, 9D) stand for the control characters of the same value.
+// (81, 8D, 8F, 90, 9D) are the control characters of the same values.
 TEST(ConvertText, Windows1252ConvertsEveryUnitAndServesIso88591Too)
 {
     std::map<char16_t, std::string> expected;

@@ -168,7 +168,7 @@ void LogSomeContexts(LogBase &log)
     log.logData(std::string(300, 't').c_str(), "long tag");
 }
 
-// The lines, whatever contexts they stand in.
+// The lines, whatever contexts they are in.
 std::set<std::string> LinesOf(LogBase &log)
 {
     std::set<std::string> lines;

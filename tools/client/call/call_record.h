@@ -1,5 +1,5 @@
 // What happened on the network while the library made its call. The library
-// answers one number; this is how the client knows the reason for it.
+// returns one number; this is how the client knows the reason for it.
 #pragma once
 
 #include "diagnostics/exchange.h"

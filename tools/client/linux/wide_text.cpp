@@ -9,7 +9,7 @@ namespace client {
 
 namespace {
 
-// Answers false when the input is not valid in its own encoding; the output is
+// Returns false when the input is not valid in its own encoding; the output is
 // then what came before. Texts are sequences of the encoding's code units.
 template <class Output, class Input>
 bool Convert(const char *from, const char *to, Input input, Output *output)

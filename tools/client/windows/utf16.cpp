@@ -10,7 +10,7 @@ namespace client {
 
 namespace {
 
-// Answers false for text that is no UTF-8 under MB_ERR_INVALID_CHARS.
+// Returns false for text that is no UTF-8 under MB_ERR_INVALID_CHARS.
 bool Widen(std::string_view utf8, DWORD flags, std::wstring *wide)
 {
     const int length = static_cast<int>(utf8.size());

@@ -1,4 +1,4 @@
-// Boost's reader stands in for libxml2, of which there is none here. It stops at a
+// Boost's reader replaces libxml2, of which there is none here. It stops at a
 // zero byte and takes no document for one, so both are looked for before.
 #include "diagnostics/xml_fault.h"
 

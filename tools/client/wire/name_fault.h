@@ -11,7 +11,7 @@ namespace client {
 // the system does not tell "no such name" from "no such address".
 [[nodiscard]] const diagnostics::Rule &NameRule(const std::string &host, int error);
 
-// Why this thread's last look-up failed, and what stands for one that took too long.
+// Why this thread's last look-up failed, and the reason for one that took too long.
 [[nodiscard]] int LastLookUpError();
 extern const int kLookUpTimeOut;
 

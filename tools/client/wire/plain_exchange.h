@@ -10,11 +10,11 @@
 
 namespace client {
 
-// Looks a host up as the library does. Answers a finding and leaves *address
+// Looks a host up as the library does. Returns a finding and leaves *address
 // without one when there is no IPv4 address.
 [[nodiscard]] diagnostics::Findings LookUp(const std::string &host, int port, Address *address);
 
-// Answers a finding and leaves *socket alone when nobody takes the connection.
+// Returns a finding and leaves *socket alone when nobody takes the connection.
 [[nodiscard]] diagnostics::Findings Connect(const Address &address, std::chrono::milliseconds patience, Socket *socket);
 
 struct PlainExchange {
@@ -24,7 +24,7 @@ struct PlainExchange {
 };
 
 // Never takes longer than `patience` to connect, and as long for the exchange. What
-// comes behind the announced body is waited for a moment longer if `toTheEnd`.
+// comes after the announced body is waited for a moment longer if `toTheEnd`.
 [[nodiscard]] PlainExchange Ask(const Address &address, const std::string &request, diagnostics::Call call,
                                 std::chrono::milliseconds patience, bool toTheEnd = true);
 

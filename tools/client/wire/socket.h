@@ -56,11 +56,11 @@ private:
 [[nodiscard]] int LookUpIpv4(const std::string &host, Address *address);
 
 [[nodiscard]] Socket OpenSocket();
-// Connects a socket that blocks, and leaves it blocking. Answers 0 or an error for
+// Connects a socket that blocks, and leaves it blocking. Returns 0 or an error for
 // ConnectRule, that of a time-out also when the deadline comes; null is no deadline.
 [[nodiscard]] int ConnectInTime(int socket, const Address &peer, const Deadline *deadline);
 
-// For port 0 the one that was picked stands in *address.
+// For port 0 the one that was picked is in *address.
 [[nodiscard]] Socket Listen(Address *address, int mostWaiting);
 [[nodiscard]] Socket Accept(int listener, Address *client);
 
@@ -69,17 +69,17 @@ void SetLastSocketError(int error);
 extern const int kSocketTimeOut; // the error of a connection that takes too long
 
 // Waits until there is something to read, or an end or an error, on one of them, and
-// answers the first that has it. Negative when the deadline comes first; without one
+// returns the first that has it. Negative when the deadline comes first; without one
 // it waits as long as it takes.
 [[nodiscard]] int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline);
 [[nodiscard]] bool WaitToRead(int socket, const Deadline *deadline);
 [[nodiscard]] bool WaitToWrite(int socket, const Deadline *deadline);
 
-// Answers how many bytes were taken without waiting, negative for an error.
+// Returns how many bytes were taken without waiting, negative for an error.
 [[nodiscard]] std::ptrdiff_t SendSome(int socket, std::string_view bytes);
 // False when the other side has gone, or takes nothing until the deadline.
 [[nodiscard]] bool SendAll(int socket, std::string_view bytes, const Deadline &deadline);
-// Answers 0 at the end, negative for an error.
+// Returns 0 at the end, negative for an error.
 [[nodiscard]] std::ptrdiff_t ReceiveSome(int socket, char *room, std::size_t most);
 
 void SendWithoutDelay(int socket); // small pieces too

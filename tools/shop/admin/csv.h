@@ -9,7 +9,7 @@ namespace shop {
 
 using CsvRow = std::vector<std::string>;
 
-// Answers the rows; a byte order mark before them and empty lines are skipped. Throws
+// Returns the rows; a byte order mark before them and empty lines are skipped. Throws
 // std::runtime_error for a quote out of place.
 [[nodiscard]] std::vector<CsvRow> ReadCsv(const std::string &text);
 

@@ -46,7 +46,7 @@ private:
 [[nodiscard]] std::string MessageOf(const soci::soci_error &failure);
 
 // A statement that is prepared at its first use and kept. Row: a tuple of the columns' types, empty if there are
-// none. Values: the types of what ":name" stands for, in order. Both are int, Int64 or std::string.
+// none. Values: the types of the values of ":name", in order. Both are int, Int64 or std::string.
 template <class Row, class... Values>
 class Statement {
 public:

@@ -28,7 +28,7 @@ struct Fault {
 // Null when no fault has that name.
 [[nodiscard]] const Fault *FindFault(std::string_view name);
 
-// Takes "/fault/NAME" off the request's target. Answers the fault, null when the
+// Takes "/fault/NAME" off the request's target. Returns the fault, null when the
 // target does not begin so; throws Refusal(kUnknownPath) for a name that is none.
 [[nodiscard]] const Fault *TakeFault(Request *request);
 

@@ -4,7 +4,7 @@
 
 namespace shop {
 
-// Answers the bytes as one gzip member.
+// Returns the bytes as one gzip member.
 [[nodiscard]] std::string Gzip(const std::string &bytes);
 
 } // namespace shop

@@ -48,7 +48,7 @@ private:
     std::string html_;
 };
 
-// Answers whether all blocks opened.
+// Returns whether all blocks opened.
 bool ShowBlocks(Steps &steps, const token::Opening &opening)
 {
     for (std::size_t i = 0; i < opening.blocks.size() && i < kShownBlocks; ++i) {
