@@ -92,7 +92,7 @@ class KeyCopies : public ShopCalls {};
 TEST_F(KeyCopies, TheLibraryIsBoundAtLoad)
 {
     const link_map *map = nullptr;
-    ASSERT_EQ(dlinfo(library, RTLD_DI_LINKMAP, &map), 0);
+    ASSERT_EQ(dlinfo(library, RTLD_DI_LINKMAP, static_cast<void *>(&map)), 0);
     bool now = false;
     for (const ElfW(Dyn) *entry = map->l_ld; entry->d_tag != DT_NULL; ++entry) {
         now = now || (entry->d_tag == DT_FLAGS && (entry->d_un.d_val & DF_BIND_NOW) != 0);
