@@ -115,7 +115,7 @@ int setsockopt(SOCKET socket, int level, int option, const char *value, int leng
 // The Crypt functions are a component that an image may lack: a DLL that imports
 // them would not load there. Null where they are missing.
 #define PAVONIX_CRYPT_FUNCTION(name)                                                                                   \
-    reinterpret_cast<decltype(&name)>(GetProcAddressW(GetModuleHandleW(L"coredll.dll"), L"" #name))
+    reinterpret_cast<decltype(&(name))>(GetProcAddressW(GetModuleHandleW(L"coredll.dll"), L"" #name))
 
 namespace pavonix::platform {
 

@@ -12,7 +12,7 @@
 
 // Looked up like on the device, though every desktop has them.
 #define PAVONIX_CRYPT_FUNCTION(name)                                                                                   \
-    reinterpret_cast<decltype(&name)>(reinterpret_cast<void *>(GetProcAddress(LoadLibraryW(L"advapi32.dll"), #name)))
+    reinterpret_cast<decltype(&(name))>(reinterpret_cast<void *>(GetProcAddress(LoadLibraryW(L"advapi32.dll"), #name)))
 
 namespace pavonix::platform {
 
