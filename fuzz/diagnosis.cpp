@@ -24,11 +24,11 @@ Exchange ExchangeOf(const std::string &bytes)
     exchange.call = byte(0) % 2 == 0 ? Call::kDownload : Call::kPurchase;
     exchange.end = static_cast<End>(byte(0) / 2 % 4);
     exchange.waited = std::chrono::milliseconds(exchange.end == End::kTimeOut ? 500 : 0);
-    exchange.request = messages.substr(0, byte(3) * 4);
+    exchange.request = messages.substr(0, std::size_t{byte(3)} * 4);
     exchange.reply = messages.substr(exchange.request.size());
-    exchange.firstBytes = byte(1) == 0 ? exchange.reply.size() : byte(1) * 8;
+    exchange.firstBytes = byte(1) == 0 ? exchange.reply.size() : std::size_t{byte(1)} * 8;
     exchange.segments = byte(2) % 3;
-    exchange.beyond = byte(2) / 3 % 2 * 1000;
+    exchange.beyond = byte(2) / 3 % 2 == 1 ? 1000 : 0;
     return exchange;
 }
 

@@ -41,7 +41,7 @@ std::vector<std::string> CommandLine(int, char **)
     for (int i = 1; i < count; ++i) {
         texts.push_back(Utf8Of(words[i]));
     }
-    LocalFree(words);
+    LocalFree(static_cast<void *>(words));
     return texts;
 }
 
