@@ -10,7 +10,7 @@ if ! $offline true; then
     offline=
     echo "this system allows no network namespace: built with the network on"
 fi
-$offline cmake -G Ninja -S "$source" -B "$build/repeat" "$@"
+$offline cmake --fresh -G Ninja -S "$source" -B "$build/repeat" "$@"
 $offline cmake --build "$build/repeat" --parallel 2
 for file in PAVONIX.dll trace/PAVONIX.dll PAVONIX.lib libPAVONIX.dll.a PavonixTest.exe; do
     cmp "$build/$file" "$build/repeat/$file"
