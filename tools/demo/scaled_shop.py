@@ -72,12 +72,12 @@ class ScaledShop(contextlib.ExitStack):
         self.front = self.enter_context(engines.front(self.folder, self.balancer.port, self.page_seconds))
         self.port = self.front.port
         # What the devices sent and were told, written down by an engine that has no part in it.
-        self.exchanges = self.folder / "exchanges.log"
+        self.log = self.folder / "exchanges.log"
         self.enter_context(engines.Engine(self.folder, "varnishncsa", [
-            "varnishncsa", "-n", str(self.folder / "front/run"), "-w", str(self.exchanges),
+            "varnishncsa", "-n", str(self.folder / "front/run"), "-w", str(self.log),
             "-q", "ReqURL eq '/shop/buy'", "-F", "%s %{User-Serial}i %{User-ID}i %{User-Cert}i"], None))
-        engines.wait_until(self.exchanges.exists, "the log")
         engines.wait_until(self.is_open, "the shop")
+        engines.wait_until(self.is_logged, "the log")
 
     def _run(self, program, *words):
         subprocess.run([str(BUILD / "linux" / program), *map(str, words)], check=True, stdout=subprocess.DEVNULL)
@@ -87,6 +87,15 @@ class ScaledShop(contextlib.ExitStack):
             with connection.cursor() as cursor:
                 cursor.execute(sql, values)
                 return cursor.fetchall() if cursor.description else []
+
+    def is_logged(self):
+        """Whether the log has a purchase; this one is of no device. Its file is there before it takes note."""
+        post(self.port, {}, "")
+        return self.log.exists() and self.log.stat().st_size > 0
+
+    def exchanges(self):
+        """A line for each purchase of a device that came to the front: status, serial, user id and token."""
+        return [line for line in self.log.read_text().splitlines() if line.split(" ")[1] != "-"]
 
     def is_open(self):
         """Whether the health, which is never cached, comes through."""
@@ -172,7 +181,7 @@ def examine(shop):
 def replay(shop):
     """Sends every token that came to the front to each server again, for a good that does not exist. Returns how many
     there are, and which a server would have sold something for."""
-    wrong, lines = [], shop.exchanges.read_text().splitlines()
+    wrong, lines = [], shop.exchanges()
     for line in lines:
         status, serial, user, token = line.split(" ")
         headers = {"User-Serial": serial, "User-ID": user, "User-Cert": token}

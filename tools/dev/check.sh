@@ -12,10 +12,10 @@ formatted() {
 
 # A script imports what is beside it, so each folder is checked by itself.
 python_checked() {
-  local folder
+  local folder cache=$PWD/build/check/mypy
   git ls-files -z '*.py' | xargs -0 pyflakes3 || return
   git ls-files '*.py' | xargs -n1 dirname | sort -u | while read -r folder; do
-    (cd "$folder" && mypy --ignore-missing-imports --no-error-summary ./*.py) || exit
+    (cd "$folder" && mypy --cache-dir="$cache" --ignore-missing-imports --no-error-summary ./*.py) || exit
   done
 }
 
