@@ -49,7 +49,7 @@ use_them() { # inside the layer
   systemd-analyze verify --man=no pavonix-shop.service
   systemd-analyze security --offline=true --threshold=20 pavonix-shop.service pavonix-front.service
   getent passwd pavonix-shop
-  readelf -SW /usr/lib/debug/.build-id/*/*.debug | grep -q debug_info # of the packages of debug symbols
+  readelf -SW /usr/lib/debug/.build-id/*/*.debug | grep debug_info >/dev/null # of the packages of debug symbols
   mapfile -t installed < <(dpkg-query -W -f '${Package}\n' '*pavonix*')
   dpkg -P "${installed[@]}"
 }
