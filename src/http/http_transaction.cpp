@@ -6,7 +6,7 @@ namespace pavonix {
 
 namespace {
 
-// Any non-zero value switches TCP keep-alive on. Deployed devices pass this one.
+// Any non-zero value switches TCP keep-alive on; this is the one that is passed.
 constexpr std::int32_t kKeepAliveValue = 2000000;
 
 } // namespace

@@ -14,9 +14,8 @@ namespace pavonix {
 // User-Serial, User-Id, User-No. Reading ends at a line that is too long.
 class DeviceProfile {
 public:
-    // Resets all values except the user number, which no request sends and which
-    // deployed profiles expect to survive, then reads. If the file cannot be opened,
-    // the reset values stay.
+    // Resets all values except the user number, which no request sends, then reads. If
+    // the file cannot be opened, the reset values stay.
     void Read(const WideChar *path);
     // Empties the texts; the numbers keep their values.
     void Clear();

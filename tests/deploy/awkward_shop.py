@@ -43,7 +43,7 @@ def drips(request):
 
 
 def stalls(request):
-    """Until nobody can have the patience for the rest."""
+    """Sleeps longer than any client waits."""
     yield HEAD + PAGE[:2000]
     time.sleep(60)
 

@@ -14,7 +14,7 @@ enum Probe {
     kCallKernel,     // by svc
     kAddFloats,      // by an instruction for a coprocessor
     kChangeRegister, // returns with another r11
-    kReadBelowStack, // answers a word from below the stack pointer, written before a call of the system
+    kReadBelowStack, // returns a word from below the stack pointer, written before a call of the system
     kCallDeep,       // calls the system with `value` KB of the stack in use
     kStartInEntry,   // from now on the entry starts Winsock
 };
