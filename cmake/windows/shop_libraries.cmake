@@ -1,8 +1,8 @@
 # What the shop is linked with on Windows, from Debian's source packages: there are no packages for mingw-w64.
 set(PAVONIX_SHOP_SOURCES ${PROJECT_SOURCE_DIR}/build/shop_sources)
 execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_sources.sh ${PAVONIX_SHOP_SOURCES}
-                        sqlite3 soci libxml2 libcsv prometheus-cpp COMMAND_ERROR_IS_FATAL ANY)
-foreach(package sqlite3 soci libxml2 libcsv prometheus-cpp)
+                        sqlite3 soci libxml2 libcsv COMMAND_ERROR_IS_FATAL ANY)
+foreach(package sqlite3 soci libxml2 libcsv)
   file(GLOB ${package}_source ${PAVONIX_SHOP_SOURCES}/${package}-*)
 endforeach()
 # SQLite's one large file, which its build makes of the many.
@@ -15,7 +15,6 @@ endif()
 set(generated ${CMAKE_CURRENT_BINARY_DIR}/shop_libraries)
 file(WRITE ${generated}/soci/soci-config.h "#define SOCI_HAVE_CXX11\n")
 file(WRITE ${generated}/soci_backends_config.h "#define DEFAULT_BACKENDS_PATH \"\"\n")
-file(WRITE ${generated}/prometheus/detail/core_export.h "#define PROMETHEUS_CPP_CORE_EXPORT\n")
 # libxml2: the parser and the writer, no more.
 set(BUILD_SHARED_LIBS OFF)
 foreach(feature C14N CATALOG DEBUG DOCB FTP HTML HTTP ICONV ISO8859X LEGACY LZMA MODULES PATTERN PROGRAMS PYTHON READER
@@ -26,12 +25,9 @@ add_subdirectory(${libxml2_source} ${generated}/libxml2 EXCLUDE_FROM_ALL)
 target_compile_options(LibXml2 PRIVATE -w)
 
 file(GLOB soci_files ${soci_source}/src/core/*.cpp ${soci_source}/src/backends/sqlite3/*.cpp)
-file(GLOB prometheus_files ${prometheus-cpp_source}/core/src/*.cc ${prometheus-cpp_source}/core/src/detail/*.cc)
-add_library(shop_libraries STATIC ${soci_files} ${prometheus_files} ${libcsv_source}/libcsv.c
-            ${sqlite3_source}/made/sqlite3.c)
+add_library(shop_libraries STATIC ${soci_files} ${libcsv_source}/libcsv.c ${sqlite3_source}/made/sqlite3.c)
 target_include_directories(shop_libraries SYSTEM PUBLIC ${generated} ${generated}/soci ${soci_source}/include
-                           ${soci_source}/include/private ${prometheus-cpp_source}/core/include ${libcsv_source}
-                           ${sqlite3_source}/made)
+                           ${soci_source}/include/private ${libcsv_source} ${sqlite3_source}/made)
 target_compile_definitions(shop_libraries PRIVATE SQLITE_DQS=0 SQLITE_OMIT_LOAD_EXTENSION SOCI_LIB_PREFIX=""
                            SOCI_LIB_SUFFIX="" SOCI_ABI_VERSION="")
 target_compile_options(shop_libraries PRIVATE -w)

@@ -17,7 +17,7 @@ BUILDS = {"linux": pathlib.Path(os.environ["PAVONIX_PROGRAMS"])} | {
 
 # Debian's source packages, by the beginning of the folder into which they are unpacked.
 SOURCES = {"libtommath": "libtommath-dev", "soci": "libsoci-dev", "sqlite3": "libsqlite3-dev", "libxml2": "libxml2-dev",
-           "libcsv": "libcsv-dev", "prometheus-cpp": "prometheus-cpp-dev"}
+           "libcsv": "libcsv-dev"}
 
 
 def output_of(*command, **options):

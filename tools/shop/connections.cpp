@@ -41,9 +41,9 @@ void Connections::Answer(const Request &request, const asio::any_io_executor &ex
 
 void Connections::Run(Shop &shop, const Job &job)
 {
-    state_.metrics.connectionsInUse().Increment();
+    state_.metrics.ChangeConnectionsInUse(1);
     Response response = shop.Answer(*job.request);
-    state_.metrics.connectionsInUse().Decrement();
+    state_.metrics.ChangeConnectionsInUse(-1);
     Release(shop);
     job.done(std::move(response));
 }

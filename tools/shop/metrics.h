@@ -1,14 +1,10 @@
-// The shop's metrics in Prometheus' text format.
+// The shop's metrics in Prometheus' text format. On Windows, where an author's own shop runs, nothing is counted.
 #pragma once
 
 #include "transmission.h"
 
-#include <prometheus/counter.h>
-#include <prometheus/gauge.h>
-#include <prometheus/histogram.h>
-#include <prometheus/registry.h>
-
 #include <chrono>
+#include <memory>
 #include <string>
 
 namespace shop {
@@ -17,20 +13,17 @@ namespace shop {
 class Metrics {
 public:
     Metrics();
+    ~Metrics();
 
     void CountExchange(const Request *request, const Response &response, std::chrono::duration<double> taken);
-    void CountDatabaseError() { databaseErrors_.Increment(); }
-    prometheus::Gauge &connectionsInUse() { return connectionsInUse_; }
+    void CountDatabaseError();
+    void ChangeConnectionsInUse(int difference);
 
-    [[nodiscard]] std::string Text() const;
+    [[nodiscard]] std::string Text() const; // empty if nothing is counted
 
 private:
-    prometheus::Registry registry_;
-    prometheus::Family<prometheus::Counter> &requests_;
-    prometheus::Family<prometheus::Histogram> &latency_;
-    prometheus::Counter &purchases_;
-    prometheus::Counter &databaseErrors_;
-    prometheus::Gauge &connectionsInUse_;
+    struct Counters;
+    std::unique_ptr<Counters> counters_;
 };
 
 } // namespace shop

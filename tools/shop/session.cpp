@@ -126,7 +126,9 @@ void Session::Answer()
     if (IsForWatchers(request_) && !MayWatch()) {
         Send(&request_, MakeErrorResponse(kUnknownPath, kUnknownPath.text), nullptr);
     } else if (request_.target() == "/metrics") {
-        Send(&request_, MakePlainResponse(context_.state.metrics.Text()), nullptr);
+        const std::string text = context_.state.metrics.Text();
+        Send(&request_, text.empty() ? MakeErrorResponse(kUnknownPath, kUnknownPath.text) : MakePlainResponse(text),
+             nullptr);
     } else {
         try {
             const Fault *named = TakeFault(&request_);
