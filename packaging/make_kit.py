@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Makes the kit under build/kit/: archives, the cabinet, Debian packages, the source, checksums and the SPDX list.
 
 Usage: make_kit.py [--without-debian] [FOLDER]
@@ -20,7 +20,7 @@ import zipfile
 from components import COMPONENTS, LINKED
 from contents import ARCHIVES, BUILDS, CABINETS, PAGES
 from make_cab import make_cab
-from pages import Links, is_outside, render, with_version
+from pages import render, with_version
 from spdx import document
 
 SOURCE = pathlib.Path(__file__).resolve().parents[1]
@@ -34,14 +34,13 @@ def git(*arguments):
 def place_pages(places):
     """{place: bytes} of the pages as HTML and their pictures; links lead only to what the archive holds."""
     html = {source: "html/" + pathlib.Path(source).stem.lower() + ".html" for source in PAGES}
-    pages = html | {origin: place for place, origin in places.items()}
-    made = {place: render(SOURCE, source, place, pages, VERSION) for source, place in html.items()}
+    origins = html | {origin: place for place, origin in places.items()}
     files = {}
-    for place, text in made.items():
-        for target in Links(text).targets:
-            if not is_outside(target) and target.endswith((".svg", ".png")):
-                files["html/" + target] = (SOURCE / "docs" / target).read_bytes()
-    return files | {place: text.encode() for place, text in made.items()}
+    for source, place in html.items():
+        text, pictures = render(SOURCE, source, place, origins, VERSION)
+        files[place] = text.encode()
+        files |= {"html/" + picture: (SOURCE / "docs" / picture).read_bytes() for picture in pictures}
+    return files
 
 
 def write_zip(kit, name, files, epoch):

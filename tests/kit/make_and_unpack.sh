@@ -2,7 +2,7 @@
 # make_and_unpack.sh SOURCE KIT UNPACKED: makes what needs no build of its own, and unpacks the archives to
 # UNPACKED/ce-armv4 and UNPACKED/windows.
 set -eu
-python3 -B "$1/packaging/make_kit.py" --without-debian "$2"
+/usr/bin/python3 -B "$1/packaging/make_kit.py" --without-debian "$2"
 rm -rf "$3"
 mkdir "$3"
 for flavour in ce-armv4 windows; do
