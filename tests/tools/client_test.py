@@ -196,12 +196,15 @@ class CommandTest(ClientTest):
                 self.assertEqual(run(f"{PROGRAMS}/pavonix", *arguments).returncode, expected)
 
     def test_words_that_do_not_exist_are_named(self):
-        table = [(["buuy"], 'unknown command "buuy"; did you mean buy?'), (["profile", "chek"], "did you mean check?"),
-                 (["buy", "--typ", "1"], "buy has no option --typ; did you mean --type?"),
-                 (["good", "--type", "1"], "good needs --url, --profile, --out, --id\n"),
-                 (["list", "--out", "--x", "--zzzzzz=1"], "no option --zzzzzz\n")]
-        for arguments, words in table:
-            done = run(f"{PROGRAMS}/pavonix", *arguments)
+        table = [("pavonix", ["buuy"], "unknown command buuy; did you mean buy?"),
+                 ("pavonix", ["profile", "chek"], "did you mean check?"),
+                 ("pavonix", ["profile", "check", "a", "b"], "unexpected argument b\n"),
+                 ("pavonix", ["buy", "--typ", "1"], "unknown option --typ; did you mean --type?"),
+                 ("pavonix", ["list", "--out", "--x", "--zzzzzz=1"], "unknown option --zzzzzz\n"),
+                 ("pavonix-shop", ["purchase"], "unknown command purchase; did you mean purchases?"),
+                 ("pavonix-shop", ["device", "list", "--bd", "x"], "unknown option --bd; did you mean --db?")]
+        for program, arguments, words in table:
+            done = run(f"{PROGRAMS}/{program}", *arguments)
             self.assertEqual((done.returncode, words in done.stderr), (2, True), done.stderr)
         self.assertRegex(run(f"{PROGRAMS}/pavonix", "--version").stdout, r"^pavonix \d+\.\d+\.\d+\n$")
 
@@ -213,17 +216,14 @@ class CommandTest(ClientTest):
         self.assertEqual((done.returncode, json.loads(done.stdout)["cause"]), (11, "refused"))
         self.assertEqual(("connect failed" in done.stderr, "older" in done.stderr), (True, False), done.stderr)
 
-    def test_settings(self):
-        """The command line goes before the environment, and that before the file."""
-        settings = self.write("settings", f"url = http://127.0.0.1/shop/{{}}\nport = {self.port}\nprofile = /none\n")
-        environment = {**os.environ, "PAVONIX_CONFIG": settings, "PAVONIX_PROFILE": self.profile}
+    def test_environment(self):
+        """The command line goes before the environment."""
+        environment = {**os.environ, "PAVONIX_URL": "http://127.0.0.1/shop/{}", "PAVONIX_PORT": str(self.port),
+                       "PAVONIX_PROFILE": self.profile}
         words = [f"{PROGRAMS}/pavonix", "good", "--type", "3", "--id", "5", "--out", self.target, "--force"]
         done = run(*words, env=environment)
         self.assertEqual((done.returncode, done.stderr), (0, ""))
         self.assertEqual(run(*words, "--port", "1", env=environment).returncode, 11)
-        for text in ("colour = red\n", "[good]\nport = 1\n", None):
-            environment["PAVONIX_CONFIG"] = self.write("wrong", text) if text else "/none"
-            self.assertEqual(run(*words, env=environment).returncode, 2)
 
     def test_a_full_output_is_no_success(self):
         with open("/dev/full", "w") as full:

@@ -1,13 +1,21 @@
 // The commands "list" and "good".
 #pragma once
 
-#include "exit_code.h"
+#include "shop_call.h"
 
-#include <CLI/App.hpp>
+#include <string>
 
 namespace client {
 
-// Adds both to the program; a command that runs sets *exitCode.
-void AddDownloadCommands(CLI::App &app, ExitCode *exitCode);
+struct Download {
+    ShopCall call;
+    std::string target; // the file to store
+    bool force = false;
+    GoodListRequest list{}; // for DownloadList
+    OneGoodRequest good{};  // for DownloadGood
+};
+
+ExitCode DownloadList(const Download &download);
+ExitCode DownloadGood(const Download &download);
 
 } // namespace client

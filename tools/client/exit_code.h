@@ -7,19 +7,19 @@
 namespace client {
 
 enum class ExitCode {
-    kDone = 0,            // stored, bought, written, or no fault found
-    kKept = 1,            // the target file exists and was kept
-    kUsage = 2,           // the command line is wrong
-    kNoReply = 3,         // connected, but no usable reply
-    kRefused = 4,         // a reply with another status than 200
-    kNothingWhole = 5,    // status 200, but no complete XML document was stored
-    kLocalFailure = 6,    // the library or a file of this machine cannot be used
-    kProfileProblems = 7, // the profile has problems
-    kServerProblems = 8,  // doctor found errors
-    kTimeOut = 9,         // --timeout ran out
-    kUnusableUrl = 10,    // the library cannot use the URL
-    kNoConnection = 11,   // host unknown, refused or unreachable
-    kInterrupted = 130,   // Ctrl-C
+    kDone = 0,
+    kKept = 1,
+    kUsage = 2,
+    kNoReply = 3,
+    kRefused = 4,
+    kIncompleteFile = 5,
+    kLocalFailure = 6,
+    kProfileProblems = 7,
+    kServerProblems = 8,
+    kTimeOut = 9,
+    kUnusableUrl = 10,
+    kNoConnection = 11,
+    kInterrupted = 130,
 };
 
 inline constexpr const char *kExitCodeHelp = "Exit codes:\n"
@@ -27,14 +27,14 @@ inline constexpr const char *kExitCodeHelp = "Exit codes:\n"
                                              "  1   the target file exists and was kept\n"
                                              "  2   the command line is wrong\n"
                                              "  3   the server was reached, but sent no usable reply\n"
-                                             "  4   the server replied with another status than 200\n"
+                                             "  4   the server replied with a status other than 200\n"
                                              "  5   the server replied 200, but no complete XML document was stored\n"
-                                             "  6   the library or a file of this machine cannot be used\n"
+                                             "  6   a local file cannot be read or written\n"
                                              "  7   the profile has problems\n"
-                                             "  8   doctor found errors\n"
-                                             "  9   the time given with --timeout ran out\n"
+                                             "  8   the doctor found errors\n"
+                                             "  9   the time-out expired\n"
                                              "  10  the library cannot use the URL\n"
-                                             "  11  no connection: the host is unknown, refuses or cannot be reached\n"
+                                             "  11  no connection: host unknown, refused or unreachable\n"
                                              "  130 interrupted\n";
 
 // Ends the program with a message and an exit code.

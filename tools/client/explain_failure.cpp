@@ -32,7 +32,7 @@ ExitCode ExplainNoStatus(const Outcome &outcome, Report *report)
         return ExitCode::kNoReply;
     }
     report->PrintError("no reply status (0): " + std::string(cause->rule->sentence));
-    report->json["cause"] = cause->rule->name;
+    report->SetText("cause", cause->rule->name);
     report->AddFindings(outcome.record.exchange, outcome.findings, cause);
     return CodeOf(*cause);
 }
@@ -44,7 +44,7 @@ void ShowBody(const Outcome &outcome, Report *report)
     if (device.headIsWhole() && reply.size() > device.headLength()) {
         const std::string body = diagnostics::Printable(reply.substr(device.headLength()), 400);
         report->PrintError("body: " + body);
-        report->json["body"] = body;
+        report->SetText("body", body);
     }
 }
 
@@ -54,11 +54,11 @@ void ShowReason(const Outcome &outcome, Report *report)
     const diagnostics::DeviceReading device(outcome.record.exchange);
     if (const auto code = device.Verdict("X-Error-Code")) {
         report->PrintError("error code:" + diagnostics::Printable(*code));
-        report->json["error_code"] = diagnostics::NumberIn(*code);
+        report->SetNumber("error_code", diagnostics::NumberIn(*code));
     }
     if (const auto message = device.Verdict("X-Error-Message")) {
         report->PrintError("message:" + diagnostics::Printable(*message, diagnostics::kFirstReception));
-        report->json["message"] = diagnostics::Printable(*message, diagnostics::kFirstReception);
+        report->SetText("message", diagnostics::Printable(*message, diagnostics::kFirstReception));
     }
     ShowBody(outcome, report);
 }
@@ -71,7 +71,7 @@ ExitCode ExplainStatus(const Outcome &outcome, Report *report)
     report->PrintError("status " + std::to_string(outcome.status) + ": " +
                        (known ? std::string(cause->rule->sentence) : "The server refuses the purchase."));
     if (known) {
-        report->json["cause"] = cause->rule->name;
+        report->SetText("cause", cause->rule->name);
     }
     report->AddFindings(outcome.record.exchange, outcome.findings, known ? &*cause : nullptr);
     if (outcome.record.exchange.call == diagnostics::Call::kDownload) {

@@ -73,22 +73,4 @@ ExitCode NewProfile::Write() const
     return ExitCode::kDone;
 }
 
-void AddNewProfileCommand(CLI::App &profile, ExitCode *exitCode)
-{
-    const auto made = std::make_shared<NewProfile>();
-    CLI::App *command = profile.add_subcommand("new", "Make a key pair and a profile file with it");
-    command->add_option("--out", made->file, "The profile file to write, mode 0600")->required();
-    command->add_option("--public-key", made->publicKeyFile,
-                        "The file for the public key; without it the profile's name with .pub.xml added");
-    command->add_option("--serial", made->serial, "The device's serial")->required();
-    command->add_option("--user-id", made->userId, "The user's id")->required();
-    command->add_option("--user-no", made->userNumber, "The user's number; no request sends it")->capture_default_str();
-    command->add_option("--user-agent", made->userAgent, "The user agent")->capture_default_str();
-    command->add_option("--bits", made->bits, "Size of the key, a multiple of 8; a line of the profile bounds it")
-        ->check(CLI::Range(512, 16384))
-        ->capture_default_str();
-    command->add_flag("--force", made->force, "Replace existing files");
-    command->callback([=] { *exitCode = made->Write(); });
-}
-
 } // namespace client

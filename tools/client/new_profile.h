@@ -3,8 +3,6 @@
 
 #include "exit_code.h"
 
-#include <CLI/App.hpp>
-
 #include <string>
 
 namespace client {
@@ -27,8 +25,5 @@ struct NewProfile {
 private:
     void CheckReadsBack(const std::string &text) const;
 };
-
-// Adds the command "new" to "profile"; when it runs it sets *exitCode.
-void AddNewProfileCommand(CLI::App &profile, ExitCode *exitCode);
 
 } // namespace client

@@ -1,7 +1,6 @@
 #include "purchases.h"
 
 #include "diagnostics/printable.h"
-#include "shop_call.h"
 #include "wide_text.h"
 
 #include <climits>
@@ -31,13 +30,13 @@ void ShowVerdict(const BuyGoodRoomyResult &result, Report *report)
     report->PrintError("error code: " + std::to_string(result.errorCode) +
                        (result.errorCode == 0 ? " (none readable)" : ""));
     report->PrintError("message: " + (message.empty() ? "(none)" : message));
-    report->json["error_code"] = result.errorCode;
-    report->json["message"] = message;
+    report->SetNumber("error_code", result.errorCode);
+    report->SetText("message", message);
     if (result.errorCode == 906) {
         const std::string timestamp = TextAt(result, result.serverTimestamp);
         report->PrintError("server timestamp: " + timestamp);
         report->PrintError("The clock of this device is wrong: set it and buy again.");
-        report->json["server_timestamp"] = timestamp;
+        report->SetText("server_timestamp", timestamp);
     }
 }
 
@@ -59,8 +58,8 @@ void ShowRemains(const BuyGoodRoomyResult &result, Report *report)
     report->PrintError(untouched      ? "The application's record is untouched."
                        : text.empty() ? "The application gets code 0 and no message."
                                       : "The application gets code 0 and the message \"" + text + "\".");
-    report->json["record_touched"] = !untouched;
-    report->json["message"] = text;
+    report->SetFlag("record_touched", !untouched);
+    report->SetText("message", text);
 }
 
 ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const BuyGoodRequest &request,
@@ -79,13 +78,17 @@ ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const
     }
     if (MayBeSold(outcome)) {
         report->PrintError(kMaybeSold);
-        report->json["may_be_sold"] = true;
+        report->SetFlag("may_be_sold", true);
     }
     return code;
 }
 
-ExitCode Buy(const ShopCall &call, const BuyGoodRequest &request)
+} // namespace
+
+ExitCode Buy(const Purchase &purchase)
 {
+    const ShopCall &call = purchase.call;
+    const BuyGoodRequest request{0, 0, purchase.type, purchase.id, purchase.force ? 1 : 0};
     const auto result = std::make_unique<BuyGoodRoomyResult>();
     result->errorCode = kUntouched;
     const WideText profile = call.WideProfile();
@@ -94,30 +97,9 @@ ExitCode Buy(const ShopCall &call, const BuyGoodRequest &request)
         return library.getBuyGood(profile.c_str(), &request, reinterpret_cast<BuyGoodResult *>(result.get()),
                                   url.c_str(), call.Port());
     });
-    Report report("buy", call.json);
-    report.json["status"] = outcome.status;
+    Report report(call.command, call.json);
+    report.SetNumber("status", outcome.status);
     return report.End(Explain(outcome, *result, request, &report));
-}
-
-} // namespace
-
-void AddBuyCommand(CLI::App &app, ExitCode *exitCode)
-{
-    struct Purchase {
-        ShopCall call;
-        BuyGoodRequest request{};
-        bool force = false;
-    };
-    const auto purchase = std::make_shared<Purchase>();
-    CLI::App *buy = app.add_subcommand("buy", "Buy a good");
-    purchase->call.AddOptions(*buy);
-    buy->add_option("--type", purchase->request.type, "Type of the good")->required();
-    buy->add_option("--id", purchase->request.id, "Its id")->required();
-    buy->add_flag("--force", purchase->force, "Ask the shop to sell it even if it is already owned");
-    buy->callback([=] {
-        purchase->request.force = purchase->force ? 1 : 0;
-        *exitCode = Buy(purchase->call, purchase->request);
-    });
 }
 
 } // namespace client

@@ -1,13 +1,17 @@
 // The command "buy".
 #pragma once
 
-#include "exit_code.h"
-
-#include <CLI/App.hpp>
+#include "shop_call.h"
 
 namespace client {
 
-// Adds it to the program; when it runs it sets *exitCode.
-void AddBuyCommand(CLI::App &app, ExitCode *exitCode);
+struct Purchase {
+    ShopCall call;
+    int type = 0;
+    int id = 0;
+    bool force = false;
+};
+
+ExitCode Buy(const Purchase &purchase);
 
 } // namespace client

@@ -5,8 +5,6 @@
 #include "trace_file.h"
 #include "wide_text.h"
 
-#include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
 #include <charconv>
@@ -14,32 +12,6 @@
 #include <iostream>
 
 namespace client {
-
-namespace {
-
-constexpr double kLongestTimeOut = 86400;
-
-} // namespace
-
-void ShopCall::AddOptions(CLI::App &command)
-{
-    command_ = command.get_name();
-    command
-        .add_option("--url", url,
-                    "The shop's address for this call, http://host/path without a query; {} in it stands for the "
-                    "command's name")
-        ->envname("PAVONIX_URL")
-        ->required();
-    command.add_option("--port", port, "TCP port to connect to; without it the one in the URL, or 80")
-        ->envname("PAVONIX_PORT")
-        ->check(CLI::Range(1, 65535));
-    command.add_option("--profile", profile, "The device profile file")->envname("PAVONIX_PROFILE")->required();
-    command.add_option("--timeout", seconds, "Give up after so many seconds; the library itself has no time-out")
-        ->envname("PAVONIX_TIMEOUT")
-        ->check(CLI::Range(0.001, kLongestTimeOut));
-    command.add_flag("--trace", trace, "Show the trace that the tracing library would write, and write it");
-    command.add_flag("--json", json, "Write one JSON object");
-}
 
 WideText ShopCall::WideProfile() const
 {
@@ -76,7 +48,7 @@ Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const Sho
 std::string ShopCall::Url() const
 {
     const std::size_t place = url.find("{}");
-    return place == std::string::npos ? url : std::string(url).replace(place, 2, command_);
+    return place == std::string::npos ? url : std::string(url).replace(place, 2, command);
 }
 
 int ShopCall::Port() const

@@ -7,8 +7,6 @@
 #include "shop_library.h"
 #include "wide_text.h"
 
-#include <CLI/App.hpp>
-
 #include <functional>
 #include <optional>
 #include <string>
@@ -26,15 +24,13 @@ struct Outcome {
 };
 
 struct ShopCall {
+    std::string command; // "list", "good" or "buy"
     bool trace = false;
     std::string profile;
     std::string url;
     std::optional<int> port;
     std::optional<double> seconds; // time-out
     bool json = false;
-
-    // Declares the options of a call. command is "list", "good" or "buy".
-    void AddOptions(CLI::App &command);
 
     // Writes a warning for a profile that cannot be read: the library does not
     // mind, it sends the request without an identity.
@@ -46,9 +42,6 @@ struct ShopCall {
     [[nodiscard]] std::string Url() const;
     // --port, or the port in the URL, or 80.
     [[nodiscard]] int Port() const;
-
-private:
-    std::string command_;
 };
 
 // The port in a URL, or the default.

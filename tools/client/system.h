@@ -12,11 +12,6 @@ namespace client {
 // The arguments of the command line, in UTF-8.
 [[nodiscard]] std::vector<std::string> CommandLine(int argc, char **argv);
 
-// An environment variable keeps the value that it has.
-void SetUnlessSet(const char *variable, const std::string &value);
-// The folder for settings files when no variable names it.
-[[nodiscard]] std::string SettingsFolder();
-
 // What lies at a path. Two states differ when the file was written or replaced.
 struct FileState {
     enum class Kind { kNothing, kFile, kFolder, kOther } kind = Kind::kNothing;

@@ -1,7 +1,7 @@
 // pavonix-shop: the shop, from one desk to several machines.
 #include "access_log.h"
 #include "command_line.h"
-#include "diagnostics/printable.h"
+#include "command_line/usage_error.h"
 #include "shop/database/schema.h"
 #include "server.h"
 
@@ -30,18 +30,6 @@ void Serve(const shop::Options &options)
     server.Run(threads);
 }
 
-// Returns the exit code. Most parse errors are caused by an unknown word, so report that first.
-int PrintError(const CLI::App &app, const CLI::ParseError &error)
-{
-    const std::vector<std::string> unknown = app.remaining(true);
-    if (error.get_exit_code() != 0 && !unknown.empty()) {
-        std::cerr << "pavonix-shop: unknown command or option " << diagnostics::Printable(unknown.front())
-                  << "; see --help" << std::endl;
-        return 2;
-    }
-    return app.exit(error) == 0 ? 0 : 2;
-}
-
 } // namespace
 
 int main(int argc, char **argv)
@@ -49,12 +37,13 @@ int main(int argc, char **argv)
     try {
         shop::Options options;
         CLI::App app("A goods shop: GET /shop/list and /shop/good, POST /shop/buy.\n"
-                     "Without a subcommand it serves until it is interrupted.");
+                     "Without a subcommand it serves until it is interrupted.",
+                     "pavonix-shop");
         shop::AddCommands(app, options);
         try {
             app.parse(argc, argv);
         } catch (const CLI::ParseError &error) {
-            return PrintError(app, error);
+            return command_line::Explain(app, error);
         }
         if (app.get_subcommands().empty()) {
             Serve(options);

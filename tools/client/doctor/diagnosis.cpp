@@ -1,5 +1,7 @@
 #include "doctor/diagnosis.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 namespace client {
@@ -130,7 +132,7 @@ Json Diagnosis::FindingsOf(Topic topic, std::string *text) const
 
 void Diagnosis::Show(Report *report, bool quiet) const
 {
-    Json &points = report->json["points"] = Json::array();
+    Json &points = report->json()["points"] = Json::array();
     for (const Point &point : kPoints) {
         const std::string result = Result(point.topic);
         const auto look =

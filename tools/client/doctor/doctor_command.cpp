@@ -4,28 +4,14 @@
 #include "interruption.h"
 #include "shop_call.h"
 
-#include <CLI/CLI.hpp>
-
 #include <unistd.h>
-
-#include <memory>
 
 namespace client {
 
 namespace {
 
-struct Options {
-    Examination examination;
-    std::optional<int> port;
-    double seconds = 10;
-    std::vector<int> good;
-    std::vector<int> buy;
-    bool json = false;
-    bool quiet = false;
-};
-
-// The purchase's path is next to the download's unless --buy-url gives it.
-std::string NextTo(const std::string &url)
+// Where purchases are sent unless --buy-url says otherwise.
+std::string PurchaseUrlBeside(const std::string &url)
 {
     const std::size_t slash = url.rfind('/');
     return slash == std::string::npos ? url : url.substr(0, slash + 1) + "buy";
@@ -36,25 +22,34 @@ bool HasPort(const std::string &url)
     return PortIn(url, 0) != 0;
 }
 
-void Complete(Options *options)
+Examination ExaminationOf(const DoctorOptions &options)
 {
-    Examination &examination = options->examination;
-    if (const std::size_t place = examination.url.find("{}"); place != std::string::npos) {
-        examination.buyUrl =
-            examination.buyUrl.empty() ? std::string(examination.url).replace(place, 2, "buy") : examination.buyUrl;
-        examination.url.replace(place, 2, options->good.empty() ? "list" : "good");
+    Examination examination;
+    examination.url = options.url;
+    examination.buyUrl = options.buyUrl;
+    if (const std::size_t place = options.url.find("{}"); place != std::string::npos) {
+        examination.url.replace(place, 2, options.good.empty() ? "list" : "good");
+        if (examination.buyUrl.empty()) {
+            examination.buyUrl = std::string(options.url).replace(place, 2, "buy");
+        }
     }
-    examination.port = options->port ? *options->port : PortIn(examination.url);
+    examination.port = options.port ? *options.port : PortIn(examination.url);
     examination.buyPort = HasPort(examination.buyUrl) ? PortIn(examination.buyUrl) : examination.port;
-    examination.buyUrl = examination.buyUrl.empty() ? NextTo(examination.url) : examination.buyUrl;
-    examination.patience = std::chrono::milliseconds(static_cast<int>(options->seconds * 1000));
-    examination.showSteps = !options->json && !options->quiet && isatty(STDERR_FILENO) != 0;
-    if (!options->good.empty()) {
-        examination.good = OneGoodRequest{0, 0, options->good[0], options->good[1]};
+    if (examination.buyUrl.empty()) {
+        examination.buyUrl = PurchaseUrlBeside(examination.url);
     }
-    if (!options->buy.empty()) {
-        examination.buy = {options->buy[0], options->buy[1]};
+    examination.list = {0, 0, options.type, 0, 0, 0, 10};
+    if (!options.good.empty()) {
+        examination.good = OneGoodRequest{0, 0, options.good[0], options.good[1]};
     }
+    examination.profile = options.profile;
+    if (!options.buy.empty()) {
+        examination.buy = {options.buy[0], options.buy[1]};
+    }
+    examination.tries = options.tries;
+    examination.patience = std::chrono::milliseconds(static_cast<int>(options.seconds * 1000));
+    examination.showSteps = !options.json && !options.quiet && isatty(STDERR_FILENO) != 0;
+    return examination;
 }
 
 constexpr const char *kAddProfile =
@@ -68,17 +63,17 @@ std::string MissedFaults(int downloads)
            " downloads may have been missed; --tries examines more.";
 }
 
-ExitCode ShowVerdict(const Options &options, const Doctor &doctor, const Diagnosis &diagnosis, Report *report)
+ExitCode ShowVerdict(const DoctorOptions &options, const Doctor &doctor, const Diagnosis &diagnosis, Report *report)
 {
-    const bool downloadsOnly = options.examination.profile.empty();
+    const bool downloadsOnly = options.profile.empty();
     const std::string notTested = doctor.hasBought() ? "" : downloadsOnly ? kAddProfile : kAddBuy;
-    report->json["downloads"] = diagnosis.downloads();
-    report->json["compatible"] = !diagnosis.HasErrors();
+    report->SetNumber("downloads", diagnosis.downloads());
+    report->SetFlag("compatible", !diagnosis.HasErrors());
     if (diagnosis.HasErrors()) {
         report->Print("This server is not compatible with the devices.");
         return ExitCode::kServerProblems;
     }
-    report->json["not_tested"] = notTested;
+    report->SetText("not_tested", notTested);
     report->Print(downloadsOnly        ? "Downloads from this server are compatible with the devices."
                   : doctor.hasBought() ? "This server is compatible with the devices."
                                        : "Downloads and refused purchases are compatible with the devices.");
@@ -89,19 +84,20 @@ ExitCode ShowVerdict(const Options &options, const Doctor &doctor, const Diagnos
     return ExitCode::kDone;
 }
 
-ExitCode Examine(Options options)
+} // namespace
+
+ExitCode ExamineServer(const DoctorOptions &options)
 {
-    Complete(&options);
-    const Examination &examination = options.examination;
-    if (examination.buy && examination.profile.empty()) {
+    if (!options.buy.empty() && options.profile.empty()) {
         throw Failure(ExitCode::kUsage, "--buy needs --profile");
     }
+    const Examination examination = ExaminationOf(options);
     Report report("doctor", options.json);
-    report.json["url"] = examination.url;
-    report.json["port"] = examination.port;
+    report.SetText("url", examination.url);
+    report.SetNumber("port", examination.port);
     if (!examination.profile.empty()) {
-        report.json["buy_url"] = examination.buyUrl;
-        report.json["buy_port"] = examination.buyPort;
+        report.SetText("buy_url", examination.buyUrl);
+        report.SetNumber("buy_port", examination.buyPort);
         report.Print("purchases are sent to " + examination.buyUrl + ", port " + std::to_string(examination.buyPort));
     }
     const StopRequest stop;
@@ -113,55 +109,6 @@ ExitCode Examine(Options options)
         return report.End(ExitCode::kInterrupted);
     }
     return report.End(ShowVerdict(options, doctor, diagnosis, &report));
-}
-
-void AddOptions(CLI::App &doctor, Options &options)
-{
-    Examination &examination = options.examination;
-    doctor.add_option("url", examination.url, "The address of a download, http://host/path without a query")
-        ->envname("PAVONIX_URL")
-        ->required();
-    doctor.add_option("--port", options.port, "TCP port; without it the one in the URL, or 80")
-        ->envname("PAVONIX_PORT")
-        ->check(CLI::Range(1, 65535));
-    examination.list = {0, 0, 1, 0, 0, 0, 10};
-    doctor.add_option("--type", examination.list.type, "Type of goods of the requested page")->capture_default_str();
-    doctor.add_option("--good", options.good, "TYPE,ID: download one good instead of a page of the catalogue")
-        ->delimiter(',')
-        ->expected(2);
-    doctor.add_option(
-        "--profile", examination.profile,
-        "A device profile, its public key registered in the shop: also try purchases, of a good that does "
-        "not exist");
-    doctor.add_option("--buy", options.buy, "TYPE,ID: try the purchases with this good, and buy it")
-        ->delimiter(',')
-        ->expected(2);
-    doctor.add_option(
-        "--buy-url", examination.buyUrl,
-        "The address of purchases; without it the URL with \"buy\" for its last part. Without a port in it "
-        "the port of the downloads");
-    doctor
-        .add_option("--tries", examination.tries,
-                    "How many downloads to examine; up to ten times as many while there is no fault and two "
-                    "seconds have not passed")
-        ->check(CLI::Range(1, 1000))
-        ->capture_default_str();
-    doctor.add_option("--timeout", options.seconds, "Seconds to wait for a connection and for each exchange")
-        ->envname("PAVONIX_TIMEOUT")
-        ->check(CLI::Range(0.05, 3600.0))
-        ->capture_default_str();
-    doctor.add_flag("--quiet", options.quiet, "Print only what is wrong, and the verdict");
-    doctor.add_flag("--json", options.json, "Write one JSON object");
-}
-
-} // namespace
-
-void AddDoctorCommand(CLI::App &app, ExitCode *exitCode)
-{
-    const auto options = std::make_shared<Options>();
-    CLI::App *doctor = app.add_subcommand("doctor", "Examine a server: is it compatible with the devices?");
-    AddOptions(*doctor, *options);
-    doctor->callback([=] { *exitCode = Examine(*options); });
 }
 
 } // namespace client

@@ -5,26 +5,13 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 
 namespace client {
 
 std::vector<std::string> CommandLine(int argc, char **argv)
 {
     return {argv + 1, argv + argc};
-}
-
-void SetUnlessSet(const char *variable, const std::string &value)
-{
-    setenv(variable, value.c_str(), 0);
-}
-
-std::string SettingsFolder()
-{
-    const char *home = std::getenv("HOME");
-    return std::string(home == nullptr ? "" : home) + "/.config";
 }
 
 FileState StateOf(const char *path)

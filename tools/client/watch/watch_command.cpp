@@ -7,11 +7,10 @@
 #include "watch/relay.h"
 #include "wire/segments.h"
 
-#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include <charconv>
 #include <iostream>
-#include <memory>
 #include <mutex>
 #include <semaphore>
 #include <thread>
@@ -21,15 +20,6 @@ namespace client {
 namespace {
 
 constexpr int kMostAtOnce = 64;
-
-struct Options {
-    int listen = 0;
-    std::string address = "0.0.0.0";
-    std::string to;
-    double seconds = 60;
-    int exchanges = 0;
-    bool json = false;
-};
 
 Address ServerOf(const std::string &to)
 {
@@ -51,19 +41,20 @@ Address ServerOf(const std::string &to)
     return address;
 }
 
-Socket ListenFor(const Options &options)
+Socket ListenFor(const WatchOptions &options)
 {
     Address address;
     if (LookUpIpv4(options.address, &address) != 0 || Dotted(address) != options.address) {
         throw Failure(ExitCode::kUsage, "--address must be an IPv4 address");
     }
-    address.port = static_cast<std::uint16_t>(options.listen);
+    address.port = static_cast<std::uint16_t>(options.port);
     Socket listener = Listen(&address, kMostAtOnce);
     if (listener.get() < 0) {
         throw Failure(ExitCode::kLocalFailure,
-                      "port " + std::to_string(options.listen) + ": " + NetworkErrorText(LastSocketError()));
+                      "port " + std::to_string(options.port) + ": " + NetworkErrorText(LastSocketError()));
     }
-    (options.json ? std::cerr : std::cout) << "watching port " << address.port << " for " << options.to << std::endl;
+    (options.json ? std::cerr : std::cout)
+        << "watching port " << address.port << " for " << options.server << std::endl;
     return listener;
 }
 
@@ -115,14 +106,14 @@ nlohmann::ordered_json ToJson(const Seen &seen, const diagnostics::ExchangeView 
 
 class Watch {
 public:
-    explicit Watch(const Options &options) : options_(options), server_(ServerOf(options.to)) {}
+    explicit Watch(const WatchOptions &options) : options_(options), server_(ServerOf(options.server)) {}
 
     void Run();
 
 private:
     void Carry(Socket device, Seen seen);
 
-    const Options &options_;
+    const WatchOptions &options_;
     Address server_;
     ArrivalTimes times_;
     std::counting_semaphore<kMostAtOnce> free_{kMostAtOnce};
@@ -172,27 +163,10 @@ void Watch::Carry(Socket device, Seen seen)
 
 } // namespace
 
-void AddWatchCommand(CLI::App &app, ExitCode *exitCode)
+ExitCode WatchExchanges(const WatchOptions &options)
 {
-    const auto options = std::make_shared<Options>();
-    CLI::App *watch =
-        app.add_subcommand("watch", "Relay between a device and its server, and show and diagnose each exchange");
-    watch->add_option("--listen", options->listen, "Port to listen on, for the device; 0 picks a free one")
-        ->check(CLI::Range(0, 65535))
-        ->required();
-    watch->add_option("--to", options->to, "The server, HOST:PORT")->required();
-    watch->add_option("--address", options->address, "IPv4 address to listen on")->capture_default_str();
-    watch->add_option("--timeout", options->seconds, "End an exchange after so many seconds of silence")
-        ->check(CLI::Range(0.05, 3600.0))
-        ->capture_default_str();
-    watch->add_option("--exchanges", options->exchanges, "End after so many exchanges; 0 for no end")
-        ->check(CLI::Range(0, 1000000))
-        ->capture_default_str();
-    watch->add_flag("--json", options->json, "Write one JSON object a line for each exchange");
-    watch->callback([=] {
-        Watch(*options).Run();
-        *exitCode = ExitCode::kDone;
-    });
+    Watch(options).Run();
+    return ExitCode::kDone;
 }
 
 } // namespace client

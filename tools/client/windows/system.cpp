@@ -8,9 +8,6 @@
 
 #include <shellapi.h>
 
-#include <cstdlib>
-#include <filesystem>
-
 namespace client {
 
 namespace {
@@ -43,19 +40,6 @@ std::vector<std::string> CommandLine(int, char **)
     }
     LocalFree(static_cast<void *>(words));
     return texts;
-}
-
-void SetUnlessSet(const char *variable, const std::string &value)
-{
-    if (std::getenv(variable) == nullptr) {
-        _putenv_s(variable, value.c_str());
-    }
-}
-
-std::string SettingsFolder()
-{
-    const wchar_t *folder = _wgetenv(L"APPDATA");
-    return folder == nullptr ? "" : Utf8Of(folder);
 }
 
 FileState StateOf(const char *path)

@@ -1,18 +1,15 @@
-#include "profile_commands.h"
+#include "profile_check.h"
 
 #include "diagnostics/printable.h"
 #include "path.h"
 #include "profile_keys.h"
 #include "profile_text.h"
 
-#include <CLI/CLI.hpp>
-
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <map>
-#include <memory>
 
 namespace client {
 
@@ -25,7 +22,9 @@ std::string Shown(const std::string &key, const std::string &value)
                                  : diagnostics::PrintableText(value);
 }
 
-ExitCode Check(const std::string &path)
+} // namespace
+
+ExitCode CheckProfile(const std::string &path)
 {
     std::ifstream file(PathOf(path), std::ios::binary);
     if (!file || !std::filesystem::is_regular_file(PathOf(path))) {
@@ -51,19 +50,6 @@ ExitCode Check(const std::string &path)
     }
     std::cout << (profile.problems.empty() ? std::string(kNoProblems) + "\n" : "");
     return profile.problems.empty() ? ExitCode::kDone : ExitCode::kProfileProblems;
-}
-
-} // namespace
-
-CLI::App *AddProfileCommands(CLI::App &app, ExitCode *exitCode)
-{
-    CLI::App *profile = app.add_subcommand("profile", "Device profile files");
-    profile->require_subcommand(1);
-    const auto path = std::make_shared<std::string>();
-    CLI::App *check = profile->add_subcommand("check", "Show the values of a profile file and what is wrong with them");
-    check->add_option("file", *path, "The profile file")->required();
-    check->callback([=] { *exitCode = Check(*path); });
-    return profile;
 }
 
 } // namespace client
