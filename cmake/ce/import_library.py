@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Makes an import library for a system DLL from its .def file.
 
     import_library.py TOOLS DEF LIBRARY

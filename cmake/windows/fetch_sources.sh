@@ -10,6 +10,9 @@ set -eu
 
 directory=$1
 shift
+mkdir -p "$(dirname "$directory")"
+exec 9>"$directory.lock" # of builds that run at the same time, one fetches
+flock 9
 if [ -e "$directory/stamp" ]; then
     exit 0
 fi

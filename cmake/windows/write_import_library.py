@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Writes an import library as Microsoft's linkers expect it, from a .def file.
 
     write_import_library.py MACHINE DEF LIBRARY     MACHINE: thumb, x64 or x86
