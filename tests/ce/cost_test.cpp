@@ -10,7 +10,7 @@ namespace pavonix::ce {
 
 namespace {
 
-class Cost : public DeviceTest {
+class WatchedCost : public DeviceTest {
 protected:
     // The instructions inside the DLL of a process that asks for `purchases`.
     // Nobody listens on the port, so a purchase is its token and little more.
@@ -31,7 +31,7 @@ protected:
     }
 };
 
-TEST_F(Cost, OfAToken)
+TEST_F(WatchedCost, OfAToken)
 {
     const long one = InstructionsOf(1), three = InstructionsOf(3);
     const long token = (three - one) / 2;

@@ -5,6 +5,7 @@
 #include "support/hex.h"
 
 #include <filesystem>
+#include <span>
 
 namespace pavonix::ce {
 
@@ -33,6 +34,25 @@ protected:
     std::string Path(const std::string &name) const
     {
         return Wide(e2e::LibraryPath(e2e::Flavour::kCe, folder_.path() + "/" + name));
+    }
+
+    // What an image does, and how the program ends.
+    struct Crime {
+        const char *imports;
+        Probe probe;
+        int value;
+        const char *complaint; // none: this device can do it
+    };
+
+    static void ExpectTheEnds(std::span<const Crime> rows, const std::vector<std::string> &emulator)
+    {
+        for (const Crime &row : rows) {
+            SCOPED_TRACE(std::string(row.imports) + " " + std::to_string(row.probe));
+            const OtherRunner runner(ThePrograms().probe, emulator, {std::string("--imports=") + row.imports});
+            EXPECT_EQ(row.complaint[0] == 0, AskProbe(row.probe, row.value).has_value());
+            EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find(row.complaint))
+                << e2e::TheSuite().caller->Complaints();
+        }
     }
 
     // What the probe answers; nullopt when the runner died of it.
@@ -210,43 +230,35 @@ TEST_F(System, NoDeviceForgivesTheseCalls)
     }
 }
 
-// What an image does that ends the program.
 TEST_F(System, NoDeviceForgives)
 {
-    struct Crime {
-        const char *plugin, *imports;
-        Probe probe;
-        int value;
-        const char *complaint; // none: this device can do it
-    };
     const Crime rows[] = {
-        {"", "arm", kUseStack, 60, "the stack of 56 KB is used up"},
-        {"watch_image", "arm", kUseStack, 40, ""},
-        {"", "arm", kCallDeep, 50, ""},
-        {"", "arm", kCallDeep, 53, "a system call with less than 4 KB of the stack left"},
-        {"", "arm", kChangeRegister, 0, "a function changed a register of r4 to r11"},
-        {"", "thumb", kChangeRegister, 0, "a function changed a register of r4 to r11"},
-        {"watch_image", "arm", kLoadUnaligned, 0, "an unaligned access"},
-        {"watch_image", "arm", kLoadHalfUnaligned, 0, "an unaligned access"},
-        {"watch_image", "arm", kCountZeros, 0, "not in version 4T"},
-        {"watch_image", "arm", kCallKernel, 0, "a coprocessor or a kernel is called"},
-        {"watch_image", "arm", kAddFloats, 0, "a coprocessor or a kernel is called"},
-        {"watch_image", "arm", kCallSystem, 0, ""},
-        {"watch_image", "thumb", kCallSystem, 0, "must change to THUMB state"},
-        {"", "thumb", kCountZeros, 0, ""},
-        {"", "thumb", kCallSystem, 0, ""},
+        {"arm", kUseStack, 60, "the stack of 56 KB is used up"},
+        {"arm", kCallDeep, 50, ""},
+        {"arm", kCallDeep, 53, "a system call with less than 4 KB of the stack left"},
+        {"arm", kChangeRegister, 0, "a function changed a register of r4 to r11"},
+        {"thumb", kChangeRegister, 0, "a function changed a register of r4 to r11"},
+        {"thumb", kCountZeros, 0, ""},
+        {"thumb", kCallSystem, 0, ""},
     };
-    for (const Crime &row : rows) {
-        SCOPED_TRACE(std::string(row.plugin) + " " + row.imports + " " + std::to_string(row.probe));
-        std::vector<std::string> emulator = {"-cpu", "arm926"};
-        if (row.plugin[0] != 0) {
-            emulator.insert(emulator.end(), {"-plugin", OtherRunner::Plugin(row.plugin)});
-        }
-        const OtherRunner runner(ThePrograms().probe, emulator, {std::string("--imports=") + row.imports});
-        EXPECT_EQ(row.complaint[0] == 0, AskProbe(row.probe, row.value).has_value());
-        EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find(row.complaint))
-            << e2e::TheSuite().caller->Complaints();
-    }
+    ExpectTheEnds(rows, {"-cpu", "arm926"});
+}
+
+class WatchedSystem : public System {};
+
+TEST_F(WatchedSystem, NoDeviceForgives)
+{
+    const Crime rows[] = {
+        {"arm", kUseStack, 40, ""},
+        {"arm", kLoadUnaligned, 0, "an unaligned access"},
+        {"arm", kLoadHalfUnaligned, 0, "an unaligned access"},
+        {"arm", kCountZeros, 0, "not in version 4T"},
+        {"arm", kCallKernel, 0, "a coprocessor or a kernel is called"},
+        {"arm", kAddFloats, 0, "a coprocessor or a kernel is called"},
+        {"arm", kCallSystem, 0, ""},
+        {"thumb", kCallSystem, 0, "must change to THUMB state"},
+    };
+    ExpectTheEnds(rows, {"-cpu", "arm926", "-plugin", OtherRunner::Plugin("watch_image")});
 }
 
 } // namespace
