@@ -19,17 +19,18 @@ import urllib.request
 
 BUILD = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
 WINDOWS = pathlib.Path(os.environ["PAVONIX_UNPACKED"], "windows")
-OWN_NETWORK = ["unshare", "--map-root-user", "--net"]
+OWN_NETWORKS = ["unshare", "--net"], ["unshare", "--map-root-user", "--net"]  # for root, also in a chroot; for others
 
 
 def enter_own_network():
     """Starts this program again where no other has a socket."""
     if "PAVONIX_OWN_NETWORK" not in os.environ:
-        if subprocess.run([*OWN_NETWORK, "true"], check=False).returncode != 0:
+        allowed = [own for own in OWN_NETWORKS if subprocess.run([*own, "true"], check=False).returncode == 0]
+        if not allowed:
             print("skipped: this system allows no network namespace, and the page's port may be in use")
-            sys.exit(77)
+            sys.exit(1 if "PAVONIX_SKIPS_FAIL" in os.environ else 77)
         os.environ["PAVONIX_OWN_NETWORK"] = "1"
-        os.execvp(OWN_NETWORK[0], [*OWN_NETWORK, sys.executable, "-B", __file__])
+        os.execvp("unshare", [*allowed[0], sys.executable, "-B", __file__])
     with socket.socket() as any_socket:
         fcntl.ioctl(any_socket, 0x8914, struct.pack("16sH14x", b"lo", 1))  # SIOCSIFFLAGS, IFF_UP
 
