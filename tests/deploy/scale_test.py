@@ -60,17 +60,17 @@ class ScaleTest(unittest.TestCase):
         rush = Rush(shop, FLAVOURS)
         rush.run(one.kill, one.start, shop.database.restart)
         self.assertEqual(audit(shop, rush), [])
-        told = sum(map(len, rush.told.values()))
-        engines.wait_until(lambda: len(shop.exchanges()) >= told, "the front's log")
+        calls = sum(map(len, rush.results.values()))
+        engines.wait_until(lambda: len(shop.exchanges()) >= calls, "the front's log")
         count, wrong = replay(shop)
         self.assertEqual(wrong, [])
-        self.assertEqual(count, told, "every purchase came to the front once")
+        self.assertEqual(count, calls, "the front received every purchase once")
 
     def test_nobody_notices_a_restart_in_turn(self):
         shop = self.start(4, 60)
         rush = Rush(shop)
         rush.run(shop.restart_in_turn)
-        self.assertEqual({tuple(told) for told in rush.told.values()}, {(200,)})
+        self.assertEqual({tuple(results) for results in rush.results.values()}, {(200,)})
         self.assertEqual(audit(shop, rush), [])
 
     def test_what_a_device_gets_when_parts_fail(self):

@@ -13,7 +13,7 @@ COMMANDS = {
 
 
 class Record(NamedTuple):
-    """What a refused purchase left; a text that was not written is None."""
+    """The record of a refused purchase; a text that was not written is None."""
 
     code: int
     message: str
@@ -21,7 +21,7 @@ class Record(NamedTuple):
 
 
 def _wide(text):
-    """A text as a caller takes it: UTF-16 units of four hex digits."""
+    """A text as a caller reads it: UTF-16 units of four hex digits."""
     return text.encode("utf-16-be").hex() or '""'
 
 
@@ -37,7 +37,7 @@ def _wide_text(record, offset):
 
 
 class Caller:
-    """A device: its calls all carry the same profile. Use it in a with statement."""
+    """A device, whose calls all have the same profile. Use it in a with statement."""
 
     def __init__(self, flavour, profile):
         self.profile = profile
@@ -51,10 +51,10 @@ class Caller:
         self.process.communicate("quit\n")
 
     def _expect(self, word):
-        answer = self.process.stdout.readline().split()
-        if answer[:1] != [word]:
-            raise RuntimeError(f"the caller answered {answer}")
-        return answer[1:]
+        reply = self.process.stdout.readline().split()
+        if reply[:1] != [word]:
+            raise RuntimeError(f"the caller printed {reply}, not {word}")
+        return reply[1:]
 
     def _call(self, name, *words):
         self.process.stdin.write(" ".join([name, _path(self.profile), "0 0", *map(str, words)]) + "\n")
@@ -62,14 +62,14 @@ class Caller:
         return self._expect("result")
 
     def list(self, url, port, target, values, force=True):
-        """values: type, category, sort, start and max. Returns what the library returned."""
+        """values: type, category, sort, start and max. Returns the library's result."""
         return int(self._call("list", *values, _path(target), int(force), _wide(url), port)[0])
 
     def good(self, url, port, target, type_id, force=True):
         return int(self._call("good", *type_id, _path(target), int(force), _wide(url), port)[0])
 
     def buy(self, url, port, type_id, force=False):
-        """Returns what the library returned, and the record."""
+        """Returns the library's result and the record."""
         status, record = self._call("buy", *type_id, int(force), _wide(url), port)
         record = bytes.fromhex(record)
         code = struct.unpack_from("<i", record, 8)[0]

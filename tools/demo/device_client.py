@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Makes one shop call through the Windows CE image: the commands list, good and
-buy of the command-line client, run by the image runner under qemu-arm."""
+"""The client's commands list, good and buy, as calls of the Windows CE image under qemu-arm."""
 
 import argparse
 import sys
@@ -8,7 +7,7 @@ from pathlib import Path
 
 from caller import COMMANDS, Caller
 
-WORDS = {0: "failed: no reply status was obtained", 1: "kept: the file exists, nothing was sent", 200: "the server answered 200"}
+RESULTS = {0: "no usable reply", 1: "the file exists and was kept", 200: "the server returned 200"}
 
 
 def parse():
@@ -42,7 +41,7 @@ def main():
             status, record = device.buy(call.url, call.port, numbers, call.force)
         else:
             status = getattr(device, call.command)(call.url, call.port, call.out, numbers, call.force)
-    print(f"{WORDS.get(status, 'the server refused')} ({status})")
+    print(f"{RESULTS.get(status, 'the server refused')} ({status})")
     if call.command == "buy" and status not in (0, 200):
         show_refusal(record)
     if call.command != "buy" and status == 200:

@@ -16,7 +16,7 @@ DEPLOY = ROOT / "deploy"
 
 
 def free_port():
-    """Below the range from which outgoing connections take theirs: a server that is started again needs it free."""
+    """A port below those of outgoing connections, so that a server that is restarted finds it free."""
     while True:
         try:
             with socket.create_server(("127.0.0.1", random.randrange(15000, 32000))) as listener:
@@ -26,11 +26,11 @@ def free_port():
 
 
 def wait_until(ready, what, seconds=30):
-    """Polls; a process that never gets there is an error that names it."""
+    """Polls until ready() is true; raises an error that names what it waited for."""
     end = time.monotonic() + seconds
     while not ready():
         if time.monotonic() > end:
-            raise TimeoutError(f"waited in vain for {what}")
+            raise TimeoutError(f"timed out waiting for {what}")
         time.sleep(0.02)
 
 
@@ -41,7 +41,7 @@ def listens(port):
 
 class Engine:
     """One process in a group of its own, so that its children end with it. Its output goes to NAME.log. It is up when
-    it listens at its port, if it has one."""
+    it listens on its port, if it has one."""
 
     def __init__(self, folder, name, command, port, **options):
         self.name, self.command, self.port, self.options = name, command, port, options
@@ -72,7 +72,7 @@ class Engine:
     def kill(self):
         self.signal(signal.SIGKILL)
         self.process.wait()
-        # Its children hold the port a moment longer.
+        # Its children may keep the port a moment longer.
         wait_until(lambda: self.port is None or not listens(self.port), f"the end of {self.name}")
 
     def stop(self):
@@ -91,21 +91,21 @@ class Engine:
 
 
 def unit_command(name, here):
-    """The command line of a systemd unit of deploy/, with the texts that are different here replaced."""
+    """The command line of a systemd unit of deploy/, with the texts in `here` replaced."""
     unit = (DEPLOY / f"systemd/{name}.service").read_text().replace("\\\n", "")
     return replace(re.search("^ExecStart=(.*)$", unit, re.M)[1], here).split()
 
 
 def replace(text, here):
-    """Each text must be there, so that no test runs with an address that it did not choose."""
+    """Fails if a text is not there, so that no test runs with an address that it did not choose."""
     for word in here:
         if word not in text:
-            raise ValueError(f"{word} is not in the file any more")
+            raise ValueError(f"{word} is no longer in the file")
     return re.sub("|".join(map(re.escape, here)), lambda written: here[written[0]], text)
 
 
 def front(folder, shop_port, page_seconds=10, limits=None):
-    """Varnish as pavonix-front.service starts it, with the shop at the port; a page is fresh for page_seconds."""
+    """Varnish as pavonix-front.service starts it, before the shop at a port; a page is fresh for page_seconds."""
     home, port = Path(folder) / "front", free_port()
     (home / "run").mkdir(parents=True, exist_ok=True)
     state = "/var/lib/pavonix-front"
@@ -122,7 +122,7 @@ def front(folder, shop_port, page_seconds=10, limits=None):
 
 
 def nginx_front(folder, shop_port, page_seconds=10):
-    """nginx with deploy/front/nginx.conf before the port given."""
+    """nginx with deploy/front/nginx.conf, before the shop at a port."""
     port, path = free_port(), Path(folder) / "nginx.conf"
     (Path(folder) / "run").mkdir(exist_ok=True)
     text = replace((DEPLOY / "front/nginx.conf").read_text(), {
@@ -137,14 +137,14 @@ def haproxy(folder, name, file, port, here):
     """HAProxy with a file of deploy/. Its log is NAME.log, and its statistics are at NAME.sock."""
     path = Path(folder) / f"{name}.cfg"
     here |= {"/dev/log": "stdout format raw", "/run/haproxy/admin.sock": str(Path(folder) / f"{name}.sock")}
-    if os.getuid() != 0:  # which cannot change to another user
+    if os.getuid() != 0:  # only root can change to another user
         here |= {f"    {line}\n": "" for line in ("user haproxy", "group haproxy", "chroot /var/lib/haproxy")}
     path.write_text(replace((DEPLOY / file).read_text(), here))
     return Engine(folder, name, ["haproxy", "-db", "-f", str(path)], port)
 
 
 def balancer(folder, shop_ports, authority):
-    """The balancer before two servers whose certificates come from authority; metrics are at its port_of_metrics."""
+    """The balancer before two servers with certificates of the authority; its metrics are at port_of_metrics."""
     port, metrics = free_port(), free_port()
     engine = haproxy(folder, "haproxy", "haproxy/balancer.cfg", port, {
         "maxconn 20000": "maxconn 1000", "127.0.0.1:8081": f"127.0.0.1:{port}", "127.0.0.1:8405": f"127.0.0.1:{metrics}",
@@ -188,7 +188,7 @@ def shop(folder, name, database, *options):
 
 
 class PostgreSQL:
-    """A cluster of its own in the folder, reached through a socket there. As root, it runs as the user postgres."""
+    """A cluster in the folder, with a socket there. If started by root, it runs as the user postgres."""
 
     PROGRAMS = sorted(Path("/usr/lib/postgresql").glob("*/bin"))
 
@@ -216,7 +216,7 @@ class PostgreSQL:
         self._control("start")
 
     def restart(self):
-        """As after a loss of power: nobody is asked to finish first."""
+        """As after a loss of power: without a clean shutdown."""
         self._control("restart", "-m", "immediate")
 
     def stop(self):
@@ -229,4 +229,4 @@ class PostgreSQL:
         try:
             self.stop()
         except subprocess.CalledProcessError:
-            pass  # it was stopped before
+            pass  # it had been stopped

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""A shop that has outgrown one machine, on this one: devices browse and buy while a server is killed and the database
-restarted; then what they were told is compared with the database. Run by ./dev demo scale [ce]."""
+"""The shop of several machines on this one: devices browse and buy while servers are killed and the database is
+restarted; then their results are compared with the database. Run by ./dev demo scale [ce]."""
 
 import sys
 import tempfile
@@ -13,8 +13,7 @@ from scaled_shop import Rush, ScaledShop, audit, examine, replay
 
 
 def step(words):
-    bold = ("\033[1m", "\033[0m") if sys.stdout.isatty() else ("", "")
-    print(f"\n{bold[0]}{words}{bold[1]}", flush=True)
+    print(f"\n\033[1m{words}\033[0m", flush=True)
 
 
 def browse(shop, flavour):
@@ -25,19 +24,18 @@ def browse(shop, flavour):
     return status == 200
 
 
-def trouble(words, *actions):
-    def make():
+def fault(words, *actions):
+    def cause():
         print(f"   {words}", flush=True)
         for action in actions:
             action()
-    return make
+    return cause
 
 
-def tell(rush, seconds):
-    answers = Counter(status for told in rush.told.values() for status in told)
-    again = answers.total() - len(rush.told)
-    print(f"   {len(rush.told)} purchases in {seconds:.1f} s: {answers[200]} answered with 200, {answers[908]} found to "
-          f"be sold when the device asked again; {again} answers were lost or were errors, and were asked for again")
+def summarise(rush, seconds):
+    counts = Counter(result for results in rush.results.values() for result in results)
+    print(f"   {len(rush.results)} purchases in {seconds:.1f} s: {counts[200]} returned 200, {counts[908]} were found sold "
+          f"when the device repeated them; {counts.total() - len(rush.results)} calls failed and were repeated")
 
 
 def main(flavour="linux"):
@@ -49,17 +47,17 @@ def main(flavour="linux"):
             good = browse(shop, flavour)
             verdict = examine(shop)
             print("   pavonix doctor: " + next(line for line in verdict.stdout.splitlines() if "compatible" in line))
-            step("3. 20 devices buy 25 goods each, and the shop has a bad day")
+            step("3. 20 devices buy 25 goods each while parts of the shop fail")
             one, two = shop.servers
             rush, start = Rush(shop, [flavour]), time.monotonic()
-            rush.run(trouble("server one is killed with -9 and started again", one.kill, one.start),
-                     trouble("PostgreSQL is restarted as after a loss of power", shop.database.restart),
-                     trouble("server two is killed with -9 and started again", two.kill, two.start),
-                     trouble("both servers are restarted in turn, as for an upgrade", shop.restart_in_turn))
-            tell(rush, time.monotonic() - start)
-            step("4. What the devices were told, against the database")
+            rush.run(fault("server one is killed with -9 and started again", one.kill, one.start),
+                     fault("PostgreSQL is restarted as after a loss of power", shop.database.restart),
+                     fault("server two is killed with -9 and started again", two.kill, two.start),
+                     fault("both servers are restarted in turn, as for an upgrade", shop.restart_in_turn))
+            summarise(rush, time.monotonic() - start)
+            step("4. The devices' results against the database")
             wrong = audit(shop, rush)
-            print("   " + ("\n   ".join(wrong) or "one row for each, none sold twice, every balance is right"))
+            print("   " + ("\n   ".join(wrong) or "one row for each purchase, none sold twice, every balance right"))
             step("5. Every token once more, to each server")
             count, accepted = replay(shop)
             print("   " + ("\n   ".join(accepted) or f"{count} tokens: each refused"))

@@ -71,7 +71,7 @@ class ScaledShop(contextlib.ExitStack):
         self.tls = tls
         self.front = self.enter_context(engines.front(self.folder, self.balancer.port, self.page_seconds))
         self.port = self.front.port
-        # What the devices sent and were told, written down by an engine that has no part in it.
+        # An independent record of what the devices sent and received.
         self.log = self.folder / "exchanges.log"
         self.enter_context(engines.Engine(self.folder, "varnishncsa", [
             "varnishncsa", "-n", str(self.folder / "front/run"), "-w", str(self.log),
@@ -89,24 +89,23 @@ class ScaledShop(contextlib.ExitStack):
                 return cursor.fetchall() if cursor.description else []
 
     def is_logged(self):
-        """Whether the log has a purchase; this one is of no device. Its file is there before it takes note."""
+        """Whether the log has this purchase, of no device: varnishncsa makes its file before it logs."""
         post(self.port, {}, "")
         return self.log.exists() and self.log.stat().st_size > 0
 
     def exchanges(self):
-        """A line for each purchase of a device that came to the front: status, serial, user id and token."""
+        """A line for each purchase of a device at the front: status, serial, user id and token."""
         return [line for line in self.log.read_text().splitlines() if line.split(" ")[1] != "-"]
 
     def is_open(self):
-        """Whether the health, which is never cached, comes through."""
+        """Whether /health, which is never cached, returns 200."""
         connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=30)
         with contextlib.closing(connection):
             connection.request("GET", "/health")
             return connection.getresponse().status == 200
 
     def restart_in_turn(self):
-        """The servers one after the other, without a purchase that notices: no new requests, the end of those under
-        way, the restart, requests again."""
+        """Restarts one server after the other, each without requests, so that no purchase fails."""
         for server in self.servers:
             names = [f"{backend}/{server.name}" for backend in ("catalogue", "purchases")]
             self.console("; ".join(f"set server {name} state drain" for name in names))
@@ -128,12 +127,12 @@ class ScaledShop(contextlib.ExitStack):
 
 
 class Rush:
-    """Every device buys every good, all devices at once, each in a process of its own; what fails is tried again
-    without force, as an application on a device would. told holds each answer that a device got, in their order."""
+    """Every device buys every good, all devices at once, each in a process of its own. A purchase that fails is repeated
+    without force, as an application should. results has all results of a purchase in order: status, or code."""
 
     def __init__(self, shop, flavours=("linux",)):
         self.shop, self.lock, self.failures = shop, threading.Lock(), []
-        self.told = {(serial, good): [] for serial in shop.devices for good in shop.goods}
+        self.results = {(serial, good): [] for serial in shop.devices for good in shop.goods}
         self.bought = 0
         self.threads = [threading.Thread(target=self._device, args=(flavour, serial))
                         for flavour, serial in zip(itertools.chain(flavours, itertools.repeat("linux")), shop.devices)]
@@ -143,14 +142,14 @@ class Rush:
             with Caller(flavour, self.shop.devices[serial]) as device:
                 for good in self.shop.goods:
                     self._buy(device, serial, good)
-        except Exception as failure:  # shown by run, not lost with the thread
+        except Exception as failure:  # raised again by run
             self.failures.append(f"{serial}: {failure!r}")
 
     def _buy(self, device, serial, good):
         end = time.monotonic() + 120
         while time.monotonic() < end:
             status, record = device.buy(BUY, self.shop.port, (TYPE, good))
-            self.told[serial, good].append(200 if status == 200 else record.code if status not in TRY_AGAIN else status)
+            self.results[serial, good].append(200 if status == 200 else record.code if status not in TRY_AGAIN else status)
             if status not in TRY_AGAIN:
                 with self.lock:
                     self.bought += 1
@@ -158,14 +157,14 @@ class Rush:
             time.sleep(0.1)
         raise TimeoutError(f"good {good} could not be bought")
 
-    def run(self, *troubles):
-        """Makes the troubles one after the other while the devices buy."""
+    def run(self, *faults):
+        """Causes the faults one after the other while the devices buy."""
         for thread in self.threads:
             thread.start()
-        for i, trouble in enumerate(troubles, 1):
-            while self.bought < len(self.told) * i / (len(troubles) + 1) and any(t.is_alive() for t in self.threads):
+        for i, cause in enumerate(faults, 1):
+            while self.bought < len(self.results) * i / (len(faults) + 1) and any(t.is_alive() for t in self.threads):
                 time.sleep(0.01)
-            trouble()
+            cause()
         for thread in self.threads:
             thread.join()
         if self.failures:
@@ -173,37 +172,36 @@ class Rush:
 
 
 def examine(shop):
-    """Asks pavonix doctor for a verdict on the front; it ends with 0 when there is no error."""
+    """Has pavonix doctor examine the front; it ends with 0 if it finds no error."""
     return subprocess.run([BUILD / "linux/pavonix", "doctor", "http://127.0.0.1/shop/list", "--port", str(shop.port),
                            "--profile", next(iter(shop.devices.values()))], capture_output=True, text=True)
 
 
 def replay(shop):
-    """Sends every token that came to the front to each server again, for a good that does not exist. Returns how many
-    there are, and which a server would have sold something for."""
+    """Sends each token that the front received to each server again, for a good that does not exist. Returns their
+    number, and a line for each that was accepted."""
     wrong, lines = [], shop.exchanges()
     for line in lines:
         status, serial, user, token = line.split(" ")
         headers = {"User-Serial": serial, "User-ID": user, "User-Cert": token}
         codes = [post(server.port, headers, f"type={TYPE}&id=999999&force=0") for server in shop.servers]
-        # One whose purchase failed may never have been judged: then the first server judges it now.
+        # The token of a failed purchase may not have been used: then the first server uses it now.
         unused = [903, 907] if int(status) in TRY_AGAIN else None
         if codes not in ([905, 905], [906, 906], [907, 907], unused):
-            wrong.append(f"a token of {serial}, told {status}, brought {codes}")
+            wrong.append(f"a token of {serial}, with status {status}, now gives {codes}")
     return len(lines), wrong
 
 
 def audit(shop, rush):
-    """Compares what the devices were told with the database. Returns what is wrong, nothing if all is well."""
+    """Compares the devices' results with the database. Returns a line for each difference."""
     rows = Counter((serial, good) for serial, good in shop.query("SELECT serial, id FROM purchase"))
     wrong = [f"{key} was sold {count} times" for key, count in rows.items() if count != 1]
-    for key, answers in rush.told.items():
-        sold_at_once = answers[-1] == 200
-        found_out = answers[-1] == 908 and any(status in TRY_AGAIN for status in answers)
-        if not (sold_at_once or found_out) or not set(answers[:-1]) <= set(TRY_AGAIN):
-            wrong.append(f"{key} was told {answers}")
+    for key, results in rush.results.items():
+        sold_unseen = results[-1] == 908 and any(status in TRY_AGAIN for status in results)
+        if not (results[-1] == 200 or sold_unseen) or not set(results[:-1]) <= set(TRY_AGAIN):
+            wrong.append(f"{key} had the results {results}")
         if key not in rows:
-            wrong.append(f"{key} was told {answers} and is not in the database")
+            wrong.append(f"{key} had the results {results} and is not in the database")
     left = shop.balance - len(shop.goods) * PRICE
     wrong += [f"{serial} has {balance} left, not {left}"
               for serial, balance in shop.query("SELECT serial, balance FROM device") if balance != left]
