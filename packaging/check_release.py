@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Checks whether a commit can be released.
+"""Checks whether a commit can be released; if not, exits with 1 and prints a line for each reason.
 
-Usage: check_release.py SOURCE VERSION: if not, exits with 1 and prints a line for each reason.
+Usage: check_release.py SOURCE VERSION
 """
 
 import datetime

@@ -1,5 +1,5 @@
-"""The components whose code the kit ships: upstream name, licence, and the Debian packages that hold it.
-tests/kit/licences_test.py compares this with what compiler and linker used."""
+"""The components whose code is in the kit: name, licence, and Debian packages.
+tests/kit/licences_test.py compares this with the files that compiler and linker used."""
 
 import dataclasses
 import re
@@ -8,9 +8,9 @@ import re
 @dataclasses.dataclass(frozen=True)
 class Component:
     licence: str           # an SPDX expression
-    packages: str          # the Debian packages that hold it
-    text: str = ""         # the package with the text that its licence wants to be passed on
-    loaded: bool = False   # on Linux a program loads it from a package of its own
+    packages: str          # the Debian packages that have it
+    text: str = ""         # the package with the text that its licence requires us to pass on
+    loaded: bool = False   # on Linux it is a shared library of another package
 
 
 COMPONENTS = {
@@ -36,7 +36,7 @@ NOT_LINKED = {"libc6", "libc6-dev", "linux-libc-dev", "libnewlib-dev", "libicu-d
 
 _RUN_TIME = {"GCC's run-time libraries", "LibTomMath"}
 _DLL = _RUN_TIME | {"mingw-w64"}
-# Build and file, and the components whose code it holds or loads.
+# The components whose code each file of a build contains or loads.
 LINKED = {
     ("linux", "libpavonix.so"): _RUN_TIME,
     ("linux", "libpavonix-trace.so"): _RUN_TIME,
@@ -68,6 +68,6 @@ def component_of(package):
 
 
 def components_of(build, files=None):
-    """The names of what is in these files of a build, or in all of them."""
+    """The names of the components of these files of a build, or of all its files."""
     return sorted(set().union(*(names for (place, file), names in LINKED.items()
                                 if place == build and (files is None or file in files))))

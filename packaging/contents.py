@@ -1,4 +1,4 @@
-"""The files of each archive of the kit: path in the archive, and origin, in the source tree unless absolute."""
+"""The files of each archive of the kit: path in the archive to origin, which is in the source tree unless absolute."""
 
 from components import COMPONENTS, components_of
 
@@ -18,14 +18,14 @@ CMAKE_PACKAGE = {"cmake/PavonixConfig.cmake": "packaging/windows/PavonixConfig.c
 
 
 def library(folder, build):
-    """The DLL of one build with what links to it."""
+    """The DLL of one build, its map and import libraries, and the tracing DLL."""
     names = ["PAVONIX.dll", "PAVONIX.lib", "libPAVONIX.dll.a", "PAVONIX.def", "PAVONIX.map", "trace/PAVONIX.dll",
              "trace/PAVONIX.map"]
     return {folder + name: f"build/{build}/{name}" for name in names}
 
 
 def licences(*builds):
-    """Our licence, and the texts that others want to be passed on with the files of these builds."""
+    """Our licence, and those that must be passed on with the files of these builds."""
     names = {name for build in builds for name in components_of(build)}
     return {"LICENSE": "LICENSE", "licenses/LibTomMath.txt": "licenses/LibTomMath.txt"} | {
         f"licenses/{name}.txt": f"/usr/share/doc/{COMPONENTS[name].text}/copyright"
@@ -49,7 +49,7 @@ ARCHIVES = {
         "examples/cpp/Shop.vcproj": "packaging/vs2005/Shop.vcproj",
         "examples/csharp/Shop.csproj": "packaging/vs2005/Shop.csproj"},
 }
-# Cabinet of each application: what it installs into \Windows, and into the application's own folder.
+# Each application's cabinet: the end of its name, the files for \Windows, and those for the application's own folder.
 _LICENCES = ["LICENSE", "licenses/LibTomMath.txt"]
 CABINETS = {
     "Pavonix": ("ce-armv4", ["build/ce-armv4/PAVONIX.dll"], _LICENCES),

@@ -1,6 +1,6 @@
-"""Makes a cabinet that a handheld installs by a tap.
+"""Makes a cabinet, which a handheld installs when it is tapped.
 
-make_cab: shared libraries go to \\Windows, where every application finds them, other files to the application's folder.
+Libraries go to \\Windows, where every application finds them, other files to the application's folder.
 The files' times are SOURCE_DATE_EPOCH, so that the same files give the same cabinet.
 """
 
@@ -16,7 +16,7 @@ WINDOWS, PROGRAMS = "%CE2%", "%CE1%"
 
 
 def name_in_cabinet(name, number):
-    """Eight characters and the file's number: the container knows the files by these only."""
+    """Eight characters and the file's number, by which the setup record finds the file."""
     return name.split(".")[0].replace("-", "")[:8].rjust(8, "0") + ".%03d" % number
 
 
@@ -32,7 +32,7 @@ def make_cab(cab, application, libraries, own_files):
         moment = int(os.environ["SOURCE_DATE_EPOCH"])
         for part in parts:
             os.utime(part, (moment, moment))
-        in_order = [parts[0], *reversed(parts[1:])]  # the record first, then by falling number
+        in_order = [parts[0], *reversed(parts[1:])]  # the record first, then by descending number
         cab.unlink(missing_ok=True)
         subprocess.run(["gcab", "--create", "--nopath", cab, *in_order], check=True,
                        env={**os.environ, "TZ": "UTC"})

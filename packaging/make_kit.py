@@ -2,8 +2,8 @@
 """Makes the kit under build/kit/: archives, the cabinet, Debian packages, the source, checksums and the SPDX list.
 
 Usage: make_kit.py [--without-debian] [FOLDER]
-FOLDER, build/kit by default, is made anew. --without-debian leaves out the packages, which are a build of their own.
-The DLLs are in build/ already. The same commit gives the same bytes: every time is that of the commit.
+It replaces FOLDER, build/kit by default. --without-debian omits the packages, which are a build of their own.
+The DLLs must be in build/. The same commit gives the same bytes: every time stamp is that of the commit.
 """
 
 import argparse
@@ -32,7 +32,7 @@ def git(*arguments):
 
 
 def place_pages(places):
-    """{place: bytes} of the pages as HTML and their pictures; links lead only to what the archive holds."""
+    """{place: bytes} of the pages, as HTML, and their pictures; links lead only to files of the archive."""
     html = {source: "html/" + pathlib.Path(source).stem.lower() + ".html" for source in PAGES}
     origins = html | {origin: place for place, origin in places.items()}
     files = {}
@@ -53,7 +53,7 @@ def write_zip(kit, name, files, epoch):
 
 
 def list_components(flavour):
-    """Which file of the archive holds whose code, by licence."""
+    """The text that names the components of each file of an archive, and their licences."""
     lines = ["Pavonix itself: MIT, see LICENSE.", ""]
     for (build, file), names in LINKED.items():
         if build in BUILDS[flavour]:
@@ -66,13 +66,13 @@ def make_archives(kit, epoch):
         files = {place: (SOURCE / origin).read_bytes() for place, origin in places.items()}
         texts = {place: files[place].decode() for place in files if place.endswith(".txt") and "/" not in place}
         texts["licenses/CONTENTS.txt"] = list_components(flavour)
-        # the oldest editors of Windows show no line that ends in a line feed only
+        # old editors of Windows need CR LF
         files |= {place: with_version(text, VERSION).replace("\n", "\r\n").encode() for place, text in texts.items()}
         write_zip(kit, f"pavonix-{VERSION}-{flavour}", files | place_pages(places), epoch)
 
 
 def make_source(kit, epoch):
-    """Makes the source archive; returns it before it was packed."""
+    """Makes the source archive, and returns it uncompressed."""
     name = f"pavonix-{VERSION}"
     tar = git("archive", "--format=tar", f"--prefix={name}/", "HEAD")
     with open(kit / f"{name}.tar.gz", "wb") as target:

@@ -1,4 +1,4 @@
-"""Markdown pages as HTML that reads without a network."""
+"""Renders Markdown pages as HTML that needs no network."""
 
 import pathlib
 import posixpath
@@ -19,7 +19,7 @@ def with_version(text, version):
 
 
 def _point_into_the_kit(link, page, place, places):
-    """Adapts a link to the kit; one that leads to what the kit lacks keeps only its words."""
+    """Adapts a link to the kit; if its target is not in the kit, only its words stay."""
     target, _, anchor = link.attrs["href"].partition("#")
     if not target or re.match("[a-z]+:", target):
         return

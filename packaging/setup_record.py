@@ -1,11 +1,11 @@
-"""The setup record of a Windows CE installation cabinet (its first file, *.000): tells the device's installer
-where each file of the cabinet goes. All numbers are little-endian, texts ASCII with a counted terminator.
+"""The setup record of a Windows CE installation cabinet (its first file, *.000), by which the device's installer
+places the other files. All numbers are little-endian, texts ASCII with a counted terminator.
 """
 
 import struct
 
 HEADER_SIZE = 100
-STRONGARM = 2577  # the processor type of ARM handhelds; the installer refuses others by itself
+STRONGARM = 2577  # the processor type of ARM handhelds; installers of other devices refuse the cabinet
 LOWEST_CE, HIGHEST_CE = (5, 0), (6, 99)
 NO_BUILD_LIMIT = 0
 
@@ -28,7 +28,7 @@ def _strings(texts):
 
 
 def _directories(folders, texts):
-    """A folder is a list of strings that the device joins with a backslash."""
+    """Each folder is a list of strings, which the device joins with backslashes."""
     ids = [[texts.index(part) + 1 for part in folder] + [0] for folder in folders]
     return b"".join(_sized(number, struct.pack("<%dH" % len(parts), *parts)) for number, parts in enumerate(ids, 1))
 

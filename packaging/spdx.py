@@ -1,4 +1,4 @@
-"""What is inside the kit, as an SPDX 2.3 document (ISO/IEC 5962) in its tag-value form."""
+"""The kit's components as an SPDX 2.3 document (ISO/IEC 5962) in tag-value form."""
 
 import hashlib
 import re
@@ -23,7 +23,7 @@ def _identifier(component):
 
 
 def _versions():
-    """The versions of the components as this machine has them, by name."""
+    """The versions of the components on this machine, by name."""
     listed = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}\n"], check=True, stdout=subprocess.PIPE,
                             text=True).stdout
     found = {}
@@ -33,7 +33,7 @@ def _versions():
 
 
 def _inside(name):
-    """The components whose code a file of the kit holds, and those that its programs load."""
+    """The components whose code is in a file of the kit, and those that its programs load."""
     if name.endswith(".deb"):
         package = name.partition("_")[0].removesuffix("-dbgsym")
         used = components_of("linux", DEBIAN_PACKAGES[package])
@@ -44,7 +44,7 @@ def _inside(name):
 
 
 def document(version, epoch, files):
-    """files: name to path of each file of the kit."""
+    """Returns the document; files: name to path of each file of the kit."""
     created = time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(epoch))
     text = ("SPDXVersion: SPDX-2.3\nDataLicense: CC0-1.0\nSPDXID: SPDXRef-DOCUMENT\n"
             f"DocumentName: pavonix-{version}\nDocumentNamespace: urn:pavonix:{version}:{epoch}\n"

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Writes debian/PACKAGE.copyright for each package: our licence, what else is in the package, and the texts that want
-to be passed on, from the packages that the build used.
+"""Writes debian/PACKAGE.copyright for each package: our licence, the package's other components, and the licences that
+must be passed on with it, from the packages that the build used.
 
 Usage: write_copyright.py, in the source's top folder
 """

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Finds the links of the Markdown pages that lead to no file."""
+"""Finds links of the Markdown pages to files that do not exist."""
 
 import re
 import subprocess

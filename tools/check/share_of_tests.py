@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Counts lines of code, without blanks and comments, and fails when more than a third of them are tests."""
+"""Counts lines of code, without blank lines and comments; fails if more than a third of them are tests."""
 
 import collections
 import json
@@ -9,7 +9,7 @@ from pathlib import Path
 
 SOURCE = Path(__file__).resolve().parents[2]
 LANGUAGES = "C++,C/C++ Header,C,C#,Python,Bourne Shell,Bourne Again Shell,CMake,SQL,Lua,HTML,CSS,JavaScript"
-CONFIGURATIONS = ("vcl", "cfg", "conf", "gnuplot")  # cloc does not know them; their comments are the shell's
+CONFIGURATIONS = ("vcl", "cfg", "conf", "gnuplot")  # unknown to cloc; their comments are like the shell's
 TESTS = ("tests", "fuzz")
 
 counted = json.loads(subprocess.run(

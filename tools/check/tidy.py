@@ -16,7 +16,7 @@ from pathlib import Path
 SOURCE = Path(__file__).resolve().parents[2]
 FOLDER = SOURCE / "build/check"
 TIDY = "clang-tidy-19"  # the newest that Debian 12 and Debian 13 both have
-# clang takes its target from the name of the compiler it replaces; that of the device's it does not know.
+# clang is told the target that a compiler of this name has.
 TARGETS = {"arm-mingw32ce-gcc": "armv4t-none-eabi -fshort-wchar -fsigned-char -D_WIN32 -D_WIN32_WCE=0x600 -DUNDER_CE",
            "x86_64-w64-mingw32-g++-posix": "x86_64-w64-mingw32", "arm-linux-gnueabi-g++": "arm-linux-gnueabi"}
 RULE = f"""rule tidy

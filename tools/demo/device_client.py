@@ -34,7 +34,7 @@ def show_refusal(record):
 
 def main():
     call = parse()
-    print("  through the image:", " ".join(Path(word).name for word in COMMANDS["ce"]))
+    print("  with the image:", " ".join(Path(word).name for word in COMMANDS["ce"]))
     numbers = [getattr(call, number) for number in call.numbers]
     with Caller("ce", call.profile) as device:
         if call.command == "buy":

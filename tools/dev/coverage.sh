@@ -1,4 +1,4 @@
-#: coverage                  lines and branches of each room that the tests on Linux reach; details in build/coverage/html/
+#: coverage                  the tests' coverage of lines and branches on Linux, by folder; details in build/coverage/html/
 install_for_linux
 install_missing "${coverage_packages[@]}"
 configure coverage

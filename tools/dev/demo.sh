@@ -1,7 +1,7 @@
-# The demonstration, with no more built than it shows.
-#: demo [ce]                 install what is missing, build, and show the shop working for real
-#:                           (ce: through the Windows CE image, under qemu-arm)
-#: demo scale [ce]           the shop of several machines on this one, parts of it killed while devices buy
+# Builds only what the demonstration needs.
+#: demo [ce]                 install missing packages, build, and buy in a sample shop
+#:                           (ce: with the Windows CE image, under qemu-arm)
+#: demo scale [ce]           the shop of several machines on this one, while parts of it fail
 scale=
 if [ "${1:-}" = scale ]; then
   scale=yes

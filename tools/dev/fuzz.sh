@@ -1,4 +1,4 @@
-#: fuzz [MINUTES]            build the fuzzers and run all of them, 7 minutes together unless told
+#: fuzz [MINUTES]            build and run all fuzzers, for 7 minutes together by default
 install_for_linux
 install_missing "${fuzz_packages[@]}"
 configure fuzz

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""summary.py JUNIT-FILE: why tests of a ctest run were skipped, and as its last line the counts of the run."""
+"""summary.py JUNIT-FILE: prints why tests of a ctest run were skipped, and as the last line the counts of the run."""
 
 import re
 import sys
@@ -13,7 +13,7 @@ for test in ElementTree.parse(sys.argv[1]).getroot().iter("testcase"):
     elif skipped is not None and skipped.get("message", "").startswith("SKIP_"):
         result = "skipped"
         reasons = re.findall(r"^skipped: (.*)", test.findtext("system-out", ""), re.M)
-        print(f"skipped {test.get('name')}: {'; '.join(dict.fromkeys(reasons)) or 'it gave no reason'}")
+        print(f"skipped {test.get('name')}: {'; '.join(dict.fromkeys(reasons)) or 'no reason given'}")
     else:
         result = "failed"  # or not found, or timed out
     counts[result] += 1
