@@ -1,4 +1,4 @@
-// How much of the heap a call holds.
+// The heap that a call uses.
 #include "harness/heap.h"
 #include "harness/shop.h"
 #include "harness/table.h"
@@ -38,8 +38,8 @@ void Expect(bool done)
     }
 }
 
-// The largest heap of a call; one like it goes before, because the component keeps
-// its key and its last log from call to call.
+// The largest heap of a call, after an equal one, because the component keeps its key
+// and its last log between calls.
 std::size_t DownloadPeak(Shop *shop, std::size_t size)
 {
     Expect(shop->GetGood(kShort) == PAVONIX_OK);
@@ -58,7 +58,7 @@ std::size_t PurchasePeak(Shop *shop)
 
 } // namespace pavonix::bench
 
-int main() // NOLINT(bugprone-exception-escape): what was thrown is shown then, and that will do
+int main() // NOLINT(bugprone-exception-escape): the run-time library reports an uncaught exception
 {
     using namespace pavonix::bench;
     Shop shop;

@@ -4,7 +4,7 @@
 set -euo pipefail
 programs="$(cd "$(dirname "$0")/.." && pwd)/build/linux/bench"
 
-# Downloaded files go into memory where there is enough, so that no disk is measured.
+# Downloaded files go into memory if there is enough, so that no disk is measured.
 base=$programs
 if [ -w /dev/shm ] && [ "$(df --output=avail -B1M /dev/shm | tail -n1)" -gt 500 ]; then base=/dev/shm; fi
 TMPDIR=$(mktemp -d "$base/pavonix-bench-XXXXXX")

@@ -1,4 +1,4 @@
-// A token against the arithmetic that it cannot do without.
+// A token against the arithmetic that it needs.
 #include "bare/crt_arithmetic.h"
 #include "harness/compare.h"
 #include "harness/key.h"
@@ -14,7 +14,7 @@ void Token(benchmark::State &state, int bits)
 {
     TokenMaker maker(KeyXml(bits));
     const CrtArithmetic arithmetic(KeyXml(bits));
-    // as a big-endian number has it, without the leading zero
+    // without the leading zero, as in a big-endian number
     const std::string block = PaddedBlock(bits).substr(1);
     ZtString token;
     bool made = false;

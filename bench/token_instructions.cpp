@@ -1,5 +1,5 @@
-// To be run under callgrind: counts tokens and the arithmetic alone, each in a
-// dump of its own that bears its name.
+// Run under callgrind: counts tokens and the arithmetic alone, each in a dump with its
+// name.
 #include "bare/crt_arithmetic.h"
 #include "harness/key.h"
 #include "harness/token.h"

@@ -1,5 +1,5 @@
-# What `cmake --install` puts where, by the GNU conventions: the library with its
-# header, manual pages, pkg-config file and CMake package.
+# Install rules, by the GNU conventions, of the library with its header, manual
+# pages, pkg-config file and CMake package.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -9,8 +9,8 @@ install(TARGETS pavonix EXPORT PavonixTargets
 install(FILES ${PROJECT_SOURCE_DIR}/include/pavonix/pavonix.h
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/pavonix COMPONENT development)
 
-# Relative to the file, so that --prefix and a moved tree stay right. The system's own
-# tree is never moved, and only its absolute folders are left out of the flags.
+# Relative to the file, so that --prefix and moving the tree work. The system's own tree
+# is never moved, and pkg-config omits only its absolute folders from the flags.
 set(pkgconfig_prefix /usr)
 if(NOT CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   file(RELATIVE_PATH up /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)

@@ -1,7 +1,7 @@
-# What `cmake --install` adds for the programs: their pages and completion, and the tracing library.
+# Install rules of the programs, their manual pages and completion, and the tracing library.
 include(GNUInstallDirs)
 install(TARGETS pavonix-cli pavonix-shop RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
-# not for linking: the client loads it by itself
+# in a folder of its own: it is loaded at run time, not linked
 install(TARGETS pavonix_trace LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/pavonix COMPONENT tools)
 file(GLOB man_pages ${PROJECT_SOURCE_DIR}/docs/man/*.1)
 install(FILES ${man_pages} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)

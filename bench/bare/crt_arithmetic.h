@@ -1,4 +1,4 @@
-// The private operation of RSA called straight on LibTomMath.
+// The private operation of RSA, directly on LibTomMath.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace pavonix::bench {
 
-// What a token costs at the very least: the exponentiation by the Chinese
-// remainder form, its operands made and freed, and the bytes converted.
+// The least that a token costs: the exponentiation by the Chinese remainder theorem,
+// with its operands made and freed, and the bytes converted.
 class CrtArithmetic {
 public:
     explicit CrtArithmetic(const std::string &keyXml);
@@ -17,7 +17,7 @@ public:
 
     // block^d mod N, big-endian; empty when the arithmetic failed.
     std::string Apply(const std::string &block) const;
-    // cipher^e mod N, to see that Apply did its work.
+    // cipher^e mod N, to check Apply.
     std::string Undo(const std::string &cipher) const;
 
 private:

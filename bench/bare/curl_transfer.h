@@ -1,4 +1,4 @@
-// libcurl's easy interface doing what the library does.
+// The library's transfers with libcurl's easy interface.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 namespace pavonix::bench {
 
-// One GET into a file, on a handle and a connection of its own. The status, 0 on
+// One GET into a file, on a handle and a connection of its own. Returns the status, 0 on
 // failure.
 long CurlDownload(const std::string &url, const std::string &path);
 
-// One POST with these header lines. The status, 0 on failure.
+// One POST with these header lines. Returns the status, 0 on failure.
 long CurlPost(const std::string &url, const std::vector<std::string> &headers, const std::string &form);
 
 } // namespace pavonix::bench

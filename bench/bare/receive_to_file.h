@@ -1,4 +1,4 @@
-// A download without a library: connect, ask, recv(1024) and fwrite.
+// A download without a library: connect, send, recv(1024) and fwrite.
 #pragma once
 
 #include <cstdint>

@@ -6,18 +6,17 @@
 
 namespace pavonix::bench {
 
-// One way. `run` is timed; `check` is not: it tells whether the work was really
-// done, and clears it away.
+// One way. `run` is timed. `check` is not: it returns whether the work was done, and
+// removes its results.
 struct Way {
     std::function<void()> run;
     std::function<bool()> check;
 };
 
-// Each iteration measures one pair, our way and theirs, now the one first, now
-// the other, so that what else the machine does hits both alike. The counters
-// "ours" and "theirs" (seconds), "ratio" and "cpu" (the ratio by the processor
-// time of the calling thread) are medians over the pairs; "aim" is the largest
-// ratio that is good, 0 for none.
+// Each iteration measures one pair, our way and theirs, in alternating order, so that
+// other load affects both alike. The counters "ours" and "theirs" (seconds), "ratio"
+// and "cpu" (the ratio by the processor time of the calling thread) are medians over
+// the pairs; "aim" is the largest good ratio, 0 without one.
 void Compare(benchmark::State &state, const Way &ours, const Way &theirs, double aim);
 
 // Shows a comparison as a row of the table.

@@ -1,5 +1,5 @@
-// Counts what a piece of work holds of the heap, whoever asks for it: the
-// library, LibTomMath or the C library below them.
+// Measures the heap that a piece of work uses, in the library, LibTomMath and the C
+// library together.
 #pragma once
 
 #include <cstddef>

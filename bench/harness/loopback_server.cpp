@@ -74,7 +74,7 @@ LoopbackServer::~LoopbackServer()
 void LoopbackServer::Run()
 {
     for (int client = accept(listener_, nullptr, nullptr); client >= 0; client = accept(listener_, nullptr, nullptr)) {
-        Answer(client);
+        Reply(client);
         char rest[256];
         while (recv(client, rest, sizeof rest, 0) > 0) {
         }
@@ -82,7 +82,7 @@ void LoopbackServer::Run()
     }
 }
 
-void LoopbackServer::Answer(int client)
+void LoopbackServer::Reply(int client)
 {
     const std::string request = ReadRequest(client);
     std::this_thread::sleep_for(std::chrono::microseconds(pause_));

@@ -1,4 +1,4 @@
-// A shop on loopback that costs as little as possible: its replies stand ready.
+// A shop on loopback that costs as little as possible: its replies are prepared.
 #pragma once
 
 #include <atomic>
@@ -20,13 +20,13 @@ public:
     LoopbackServer &operator=(const LoopbackServer &) = delete;
 
     int port() const { return port_; }
-    // Has each reply wait so long.
+    // Delays each reply.
     void Pause(std::chrono::microseconds pause) { pause_ = pause.count(); }
     std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/shop"; }
 
 private:
     void Run();
-    void Answer(int client);
+    void Reply(int client);
     bool SendBody(int client, std::size_t count);
 
     int listener_ = -1;

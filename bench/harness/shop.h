@@ -35,7 +35,7 @@ public:
         const BuyGoodRequest request = {.reserved0 = 0, .reserved1 = 0, .type = 1, .id = 2, .force = 0};
         return GetBuyGood(profilePath_.c_str(), &request, nullptr, url_.c_str(), server.port());
     }
-    // Removes the target file; whether it was there with `size` bytes.
+    // Removes the target file; returns whether it had `size` bytes.
     bool TakeTarget(std::size_t size)
     {
         std::error_code absent;

@@ -1,4 +1,4 @@
-// The RSA component set up as a purchase sets it up.
+// The RSA component, set up as by a purchase.
 #pragma once
 
 #include "rsa/cipher/zt_rsa.h"

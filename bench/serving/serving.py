@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Pages a second, and what they cost: the shop alone, the front with pages that it does not have and that it has, and
+"""Pages a second and their processor time: the shop alone, the front with pages that are not cached and that are, and
 nginx with a file; then purchases with one key and with a thousand. Run by ./dev bench serving [PICTURE.svg]."""
 
 import getpass
@@ -21,12 +21,12 @@ import engines
 from scaled_shop import SERVER, TYPE, ScaledShop, post
 from shop_fixture import Key, time_text
 
-GOODS, PAGES = 40000, 1000  # the catalogue, and the different pages that are asked for again and again
+GOODS, PAGES = 40000, 1000  # the catalogue, and the number of different pages that are requested repeatedly
 SECONDS, ROUNDS, CONNECTIONS, PURCHASES = 4, 3, 16, 1000
 
 
 class DeviceKey(Key):
-    """Made without a process of its own, for there are many."""
+    """A key made in this process, because there are many."""
 
     def __init__(self):
         private = rsa.generate_private_key(65537, 1024)
@@ -53,7 +53,7 @@ def file_server(folder, page):
 
 
 def processor_seconds(parts):
-    """What each part has used: the processes named, those in their groups, and their children."""
+    """The processor time that each part has used: its processes, their groups and children."""
     used = dict.fromkeys(parts, 0)
     for stat in Path("/proc").glob("[0-9]*/stat"):
         try:
@@ -67,7 +67,7 @@ def processor_seconds(parts):
 
 
 def cost(parts, work):
-    """Returns what the work returns, and the processor microseconds of each part for each of the things it counts."""
+    """Returns the work's result, and the processor microseconds of each part for each thing that the work counts."""
     before = processor_seconds(parts)
     result, count = work()
     after = processor_seconds(parts)
@@ -75,7 +75,7 @@ def cost(parts, work):
 
 
 def load(port, *words):
-    """Returns pages a second and the latencies by percentile, and how many pages there were."""
+    """Returns pages a second, the latencies by percentile, and the number of pages."""
     output = subprocess.run(["wrk", "-t1", f"-c{CONNECTIONS}", f"-d{SECONDS}s", "-s", str(HERE / "pages.lua"),
                              f"http://127.0.0.1:{port}", "--", *map(str, words)],
                             check=True, stdout=subprocess.PIPE, text=True).stdout
@@ -87,7 +87,7 @@ def load(port, *words):
 
 
 def measure_pages(shop, alone, file, parts):
-    """Each round has each way once. Cold pages differ from round to round."""
+    """Measures each way once in each round. Pages that are not cached differ between rounds."""
     def cold(i):
         return PAGES + i * (GOODS - PAGES) // ROUNDS, (GOODS - PAGES) // ROUNDS
 

@@ -1,11 +1,8 @@
 #!/bin/sh
-# build_toolchain.sh [FOLDER]: builds assembler, linker and friends for Windows CE
-# on ARM (arm-mingw32ce) from Debian's binutils-source package, which still knows
-# that target.
-#
-# FOLDER/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...} stand when it
-# succeeds; FOLDER is build/toolchain-ce unless given. A finished tool chain of the
-# same version is kept.
+# build_toolchain.sh [FOLDER]: builds the GNU binutils for Windows CE on ARM
+# (arm-mingw32ce) from Debian's package binutils-source, which still has that target,
+# as FOLDER/bin/arm-mingw32ce-{as,ld,ar,dlltool,objdump,windres,...}; FOLDER is
+# build/toolchain-ce by default. A finished tool chain of the same version is kept.
 # Needs: binutils-source gcc make flex bison m4 xz-utils.
 set -eu
 

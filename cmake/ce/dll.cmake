@@ -1,5 +1,5 @@
-# What only the device's DLL needs: its entry, its subsystem, and import
-# libraries for the system's own DLLs.
+# For the device's DLL only: its entry, its subsystem, and import libraries of the
+# system's DLLs.
 string(REGEX REPLACE "dlltool$" "" binutils ${CMAKE_DLLTOOL})
 set(import_library ${CMAKE_CURRENT_LIST_DIR}/import_library.py)
 foreach(system coredll ws2)

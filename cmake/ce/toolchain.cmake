@@ -1,11 +1,11 @@
-# Windows CE 6.0 on ARM. The compiler is Debian's bare-metal ARM gcc behind a
-# driver that makes COFF of its output; the rest is built by build_toolchain.sh.
+# Windows CE 6.0 on ARM. The compiler is a driver that converts the output of Debian's
+# bare-metal ARM gcc to COFF; build_toolchain.sh builds the rest.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR armv4t)
 set(PAVONIX_FLAVOUR ce)
 
 set(PAVONIX_CE_TOOLCHAIN ${CMAKE_CURRENT_LIST_DIR}/../../build/toolchain-ce CACHE PATH
-    "Where build_toolchain.sh put assembler and linker")
+    "The folder that build_toolchain.sh made")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES PAVONIX_CE_TOOLCHAIN)
 set(tools ${PAVONIX_CE_TOOLCHAIN}/bin)
 cmake_path(NORMAL_PATH tools)

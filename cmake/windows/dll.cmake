@@ -1,5 +1,5 @@
-# PAVONIX.dll: what its three Windows flavours share, and where they differ. The
-# results are at the top of the build folder: the DLL, its .def and map, and
+# PAVONIX.dll in its three Windows flavours. The results are at the top of the build
+# folder: the DLL, its .def and map, and
 # its import libraries for GNU tools (libPAVONIX.dll.a) and for Microsoft's
 # linkers (PAVONIX.lib).
 set(definition ${CMAKE_CURRENT_LIST_DIR}/pavonix.def)
@@ -14,8 +14,8 @@ endif()
 include(${CMAKE_CURRENT_LIST_DIR}/version.cmake)
 configure_file(${definition} ${PROJECT_BINARY_DIR}/PAVONIX.def COPYONLY)
 
-# Sections by function let the linker leave out what is not reached; without
-# time stamps the same sources give the same bytes.
+# Sections by function let the linker drop unreachable code; without time stamps the
+# same sources give the same bytes.
 set(parts pavonix_rooms pavonix_calls tommath)
 if(PAVONIX_TOOLS)
   list(APPEND parts pavonix_telling pavonix_tracing)

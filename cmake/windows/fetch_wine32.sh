@@ -1,10 +1,9 @@
 #!/bin/sh
-# fetch_wine32.sh FOLDER: 32-bit Wine beside the system, out of Debian's packages
-# for i386, for the tests of the 32-bit DLL.
+# fetch_wine32.sh FOLDER: unpacks 32-bit Wine from Debian's packages for i386, for the
+# tests of the 32-bit DLL. FOLDER/wine32 then runs 32-bit Windows programs.
 #
-# FOLDER/wine32 runs 32-bit Windows programs when it succeeds. apt works in a state
-# of its own and the packages are only unpacked, so that nothing installed is
-# touched and the machine needs no second architecture. A finished fetch is kept.
+# The packages are only unpacked, with an apt state of their own, so that the system
+# stays unchanged and needs no second architecture. A finished fetch is kept.
 # Needs: apt dpkg patchelf.
 set -eu
 
@@ -41,8 +40,8 @@ TEXT
 } >"$folder/log" 2>&1 || { tail -n 20 "$folder/log"; exit 1; }
 rm -rf "$folder/apt"
 
-# What the packages would do when installed: mark zlib1.dll as one of Wine's own,
-# without which user32 does not load, and find the loader of 32-bit programs.
+# As the packages' installation would: mark zlib1.dll as Wine's own, or user32 does
+# not load, and find the loader of 32-bit programs.
 zlib=i686-w64-mingw32/lib/zlib1.dll
 {
     head -c 64 "$root/usr/$zlib"

@@ -1,11 +1,11 @@
-# What the shop is linked with on Windows, from Debian's source packages: there are no packages for mingw-w64.
+# The shop's libraries for Windows, from Debian's source packages: there are no packages for mingw-w64.
 set(PAVONIX_SHOP_SOURCES ${PROJECT_SOURCE_DIR}/build/shop_sources)
 execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/fetch_sources.sh ${PAVONIX_SHOP_SOURCES}
                         sqlite3 soci libxml2 libcsv COMMAND_ERROR_IS_FATAL ANY)
 foreach(package sqlite3 soci libxml2 libcsv)
   file(GLOB ${package}_source ${PAVONIX_SHOP_SOURCES}/${package}-*)
 endforeach()
-# SQLite's one large file, which its build makes of the many.
+# SQLite's amalgamation, one large file.
 if(NOT EXISTS ${sqlite3_source}/made/sqlite3.c)
   file(MAKE_DIRECTORY ${sqlite3_source}/made)
   execute_process(COMMAND sh -c "CC=cc ../configure --disable-tcl --disable-readline && make sqlite3.c sqlite3.h"

@@ -1,5 +1,5 @@
-# add_version_resource(TARGET FILE_NAME DESCRIPTION [SPECIAL_BUILD]): what Windows shows as the properties of a file.
-# SPECIAL_BUILD says how it differs from the file that is shipped under the same name.
+# add_version_resource(TARGET FILE_NAME DESCRIPTION [SPECIAL_BUILD]): the properties of a file that Windows shows.
+# SPECIAL_BUILD distinguishes it from the ordinary file of the same name.
 function(add_version_resource target file_name description)
   get_target_property(type ${target} TYPE)
   set(file_type 2) # a DLL

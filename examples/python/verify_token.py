@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""What a shop server does with the header "User-Cert" of a purchase; only the standard library is needed.
+"""Verifies the header "User-Cert" of a purchase, as a shop server does, with the standard library alone.
 
 Usage: verify_token.py PUBLIC-KEY.xml TOKEN [SECONDS]
 
-Ends with 0 when the token was made with the private key that belongs to the public key, by a device whose clock is
-off by no more than SECONDS (300); with 1 when it was not made with that key; with 3 when the clock is off.
+Exits with 0 if the token was made with the private key of that public key, by a device whose clock is off by at most
+SECONDS (300); with 1 if it was not made with that key; with 3 if the clock is off.
 """
 
 import base64
@@ -69,14 +69,14 @@ def open_token(token, modulus, exponent):
 
 
 def parse_time(text):
-    """The device's local time, to the second: the three digits at the end, which may be negative, are not time.
-    No other number has leading zeros."""
+    """The device's local time, to the second: the last three digits, which may be negative, are not part of the time.
+    Other numbers have no leading zeros."""
     number = "(0|[1-9][0-9]*)"
     match = re.fullmatch(rf"{number}-{number}-{number} {number}:{number}:{number}\.(?!-000)-?[0-9]{{3}}", text)
     try:
         return datetime.datetime(*map(int, match.groups()))
     except (AttributeError, ValueError, OverflowError):
-        raise NotGenuine("the text is no time") from None
+        raise NotGenuine("the text is not a time") from None
 
 
 def main(key_file, token, seconds="300"):
