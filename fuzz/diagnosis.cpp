@@ -67,7 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     diagnosis.AddDownload(findings);
     client::Report report("doctor", true);
     diagnosis.Show(&report, false);
-    DemandPrintable(report.json.dump());
+    DemandPrintable(report.json().dump());
 
     const std::string text = PrintableText(bytes);
     Demand(shop::Html(text).find_first_of("<\"'") == std::string::npos &&
