@@ -9,6 +9,8 @@
 #include "diagnostics/printable.h"
 #include "shop/window/html.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 
 using namespace diagnostics;
