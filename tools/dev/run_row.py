@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""run_row.py NAME FLAVOUR: plays one scenario of the end-to-end table, in each way that ctest plays the flavour's."""
+"""run_row.py NAME FLAVOUR: plays one scenario of the end-to-end table in each way in which ctest plays the flavour.
+
+A row that fails is played again with the flavour's tracing build, which shows its trace.
+"""
 
 import difflib
 import json
@@ -7,18 +10,23 @@ import subprocess
 import sys
 
 name, flavour = sys.argv[1:]
+prefix = "e2e.trace.linux" if flavour == "trace" else "e2e." + flavour
 known = json.loads(subprocess.check_output(["ctest", "--test-dir", "build/linux", "--show-only=json-v1"], text=True))
-tests = [test for test in known["tests"] if test["name"].startswith("e2e." + flavour)
-         and test.get("command", [""])[0].endswith("/e2e_tests")]
-listing = subprocess.check_output([*tests[0]["command"], "--gtest_list_tests", "--gtest_filter=*"], text=True)
+tests = {test["name"]: test for test in known["tests"] if test.get("command", [""])[0].endswith("/e2e_tests")}
+chosen = [test for test in tests if test.startswith(prefix)]
+listing = subprocess.check_output([*tests[chosen[0]]["command"], "--gtest_list_tests", "--gtest_filter=*"], text=True)
 rows = [line.strip() for line in listing.splitlines() if line.startswith("  ")]
 if name not in rows:
     sys.exit(f"no row {name}; near it: {', '.join(difflib.get_close_matches(name, rows, 5, 0.5)) or 'none'}")
 
-failed = False
-for test in tests:
-    properties = {entry["name"]: entry["value"] for entry in test["properties"]}
-    environment = properties.get("ENVIRONMENT", [])
-    print(f"== {test['name']}", flush=True)
-    failed |= subprocess.call(["env", *environment, *test["command"], "--gtest_brief=1", f"--gtest_filter=*.{name}"]) != 0
-sys.exit(failed)
+
+def passes(test: str) -> bool:
+    print(f"== {test}", flush=True)
+    environment = {entry["name"]: entry["value"] for entry in tests[test]["properties"]}.get("ENVIRONMENT", [])
+    return subprocess.call(["env", *environment, *tests[test]["command"], "--gtest_brief=1", f"--gtest_filter=*.{name}"]) == 0
+
+
+failed = [test for test in chosen if not passes(test)]
+if failed and f"e2e.trace.{flavour}" in tests:
+    passes(f"e2e.trace.{flavour}")
+sys.exit(bool(failed))

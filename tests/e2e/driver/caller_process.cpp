@@ -2,6 +2,7 @@
 
 #include <boost/process.hpp>
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <poll.h>
@@ -25,9 +26,15 @@ struct CallerProcess::Running {
     std::string pending;
 };
 
+bool WaitsForever()
+{
+    return std::getenv("PAVONIX_NO_TIMEOUT") != nullptr;
+}
+
 CallerProcess::CallerProcess(std::vector<std::string> command, std::string errorFile)
     : command_(std::move(command)), errorFile_(std::move(errorFile))
 {
+    command_.insert(command_.begin(), "/usr/bin/env"); // which reports a missing program on standard error
 }
 
 CallerProcess::~CallerProcess() = default;
@@ -69,7 +76,8 @@ std::optional<std::string> CallerProcess::ReadLine(std::chrono::seconds patience
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         pollfd ready = {output, POLLIN, 0};
-        if (left.count() <= 0 || poll(&ready, 1, static_cast<int>(left.count())) != 1) {
+        const int wait = WaitsForever() ? -1 : static_cast<int>(std::max<std::int64_t>(left.count(), 0));
+        if (poll(&ready, 1, wait) != 1) {
             return std::nullopt;
         }
         char bytes[8192];

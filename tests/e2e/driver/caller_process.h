@@ -10,9 +10,12 @@
 
 namespace pavonix::e2e {
 
+// True if PAVONIX_NO_TIMEOUT is set: a caller may be stopped in a debugger.
+bool WaitsForever();
+
 class CallerProcess {
 public:
-    // What the program writes to standard error goes into errorFile.
+    // The program is looked up in PATH. Its standard error goes into errorFile.
     CallerProcess(std::vector<std::string> command, std::string errorFile);
     ~CallerProcess();
     CallerProcess(const CallerProcess &) = delete;

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <iostream>
 
 namespace pavonix::e2e {
 
@@ -46,12 +47,32 @@ void CheckRequest(const Scenario &row, const Exchange &seen)
     }
 }
 
+// The file that the tracing build writes; it is shown if the row fails.
+class TraceFile {
+public:
+    explicit TraceFile(const std::string &profile) : path_(profile + ".trace.txt") {}
+    ~TraceFile()
+    {
+        if (exists() && testing::Test::HasFailure()) {
+            std::cout << ReadFile(path_) << std::endl;
+        }
+    }
+    TraceFile(const TraceFile &) = delete;
+    TraceFile &operator=(const TraceFile &) = delete;
+
+    bool exists() const { return std::filesystem::exists(path_); }
+
+private:
+    std::string path_;
+};
+
 } // namespace
 
 void RunScenario(const Scenario &row)
 {
     const RowFolder folder(TheSuite().scratch);
     const std::string targets = folder.path() + "/targets", profile = folder.path() + "/profile.txt";
+    const TraceFile trace(profile);
     std::filesystem::create_directory(targets);
     WriteTree(targets, row.before);
     if (row.profile) {
@@ -76,8 +97,7 @@ void RunScenario(const Scenario &row)
     EXPECT_EQ(row.result, answer->result);
     CheckRequest(row, seen);
     EXPECT_EQ("", Differences(row.after, ReadTree(targets)));
-    std::filesystem::remove(profile + ".trace.txt"); // the tracing build may leave this, and no other file
-    EXPECT_EQ(row.profile.has_value() ? 2 : 1,
+    EXPECT_EQ(1 + row.profile.has_value() + trace.exists(),
               std::distance(std::filesystem::directory_iterator(folder.path()), std::filesystem::directory_iterator()))
         << "files beside the targets";
     if (row.function == Export::kBuy) {

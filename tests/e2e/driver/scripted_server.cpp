@@ -1,5 +1,7 @@
 #include "scripted_server.h"
 
+#include "caller_process.h"
+
 #include <arpa/inet.h>
 #include <chrono>
 #include <cstdlib>
@@ -59,7 +61,7 @@ long UnreadAtClient(int clientPort, int serverPort)
 void WaitUntilTaken(int client)
 {
     const int clientPort = PortOf(client, getpeername), serverPort = PortOf(client, getsockname);
-    for (int i = 0; i < 4000; ++i) {
+    for (int i = 0; i < 4000 || WaitsForever(); ++i) {
         int unsent = 0;
         ioctl(client, SIOCOUTQ, &unsent);
         const long unread = UnreadAtClient(clientPort, serverPort);
@@ -141,7 +143,7 @@ void ScriptedServer::Run()
     const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
     const int on = 1;
     setsockopt(client, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    const timeval patience = {5, 0};
+    const timeval patience = {WaitsForever() ? 0 : 5, 0}; // 0: no limit
     setsockopt(client, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     setsockopt(client, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
     ReadRequest(client);
