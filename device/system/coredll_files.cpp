@@ -43,6 +43,12 @@ FILE *Wfopen(const WideChar *path, const WideChar *mode)
     return stream;
 }
 
+int Setvbuf(FILE *stream, char *buffer, int mode, std::uint32_t size)
+{
+    constexpr int kNoBuffer = 4; // the only mode in use
+    return mode == kNoBuffer ? std::setvbuf(CheckedStream(stream), buffer, _IONBF, size) : -1;
+}
+
 std::uint32_t Fread(void *bytes, std::uint32_t size, std::uint32_t count, FILE *stream)
 {
     return std::fread(bytes, size, count, CheckedStream(stream));
@@ -109,6 +115,7 @@ int DeleteFile(const WideChar *path)
 void AddFileImports(std::vector<Import> &table)
 {
     table.push_back(Failing<&Wfopen, 0>(kCoreDll, "_wfopen"));
+    table.push_back(Failing<&Setvbuf, -1>(kCoreDll, "setvbuf"));
     table.push_back(Failing<&Fread, 0>(kCoreDll, "fread"));
     table.push_back(Failing<&Fwrite, 0>(kCoreDll, "fwrite"));
     table.push_back(Failing<&Fflush, EOF>(kCoreDll, "fflush"));

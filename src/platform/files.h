@@ -42,9 +42,8 @@ void EndFind(FindHandle *search);
 // SetLastError, on the calling thread.
 void SetThreadError(std::uint32_t error);
 
-// Opens a file as a byte stream. Null on failure. What is read may be a key: a port
-// should read without a buffer that is freed with the key in it. The POSIX port does;
-// those for Windows read through the C library's buffer.
+// Opens a file as a byte stream. Null on failure. The content may be a key: reading must
+// not use a buffer that is freed with the key in it.
 Stream *OpenStream(const WideChar *path, StreamMode mode);
 // Bytes read; less than `length` only at the end of the file or on an error.
 std::uint32_t ReadStream(Stream *stream, void *bytes, std::uint32_t length);

@@ -31,7 +31,14 @@ void SetThreadError(std::uint32_t error)
 
 Stream *OpenStream(const WideChar *path, StreamMode mode)
 {
-    return reinterpret_cast<Stream *>(OpenShared(path, mode == StreamMode::kRead ? L"rb" : L"ab"));
+    if (mode == StreamMode::kAppend) {
+        return reinterpret_cast<Stream *>(OpenShared(path, L"ab"));
+    }
+    std::FILE *file = OpenShared(path, L"rb");
+    if (file != nullptr) {
+        DisableBuffer(file); // it would be freed with the key in it
+    }
+    return reinterpret_cast<Stream *>(file);
 }
 
 std::uint32_t ReadStream(Stream *stream, void *bytes, std::uint32_t length)

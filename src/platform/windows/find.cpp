@@ -30,7 +30,7 @@ int LengthWithoutSeparators(const wchar_t *path)
 }
 
 // The system's search, which finds neither a root nor, on most systems, a
-// folder whose path ends in a separator: that is searched for without it.
+// folder whose path ends in a separator: the search is made without it.
 HANDLE Search(const wchar_t *path, int barePathLength, WIN32_FIND_DATAW *found)
 {
     const HANDLE search = FindFirstFileW(path, found);

@@ -95,7 +95,7 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, const char *bytes, int lengt
 HMODULE GetModuleHandleW(const wchar_t *name);
 void *GetProcAddressW(HMODULE module, const wchar_t *name);
 
-// Never imported; see PAVONIX_CRYPT_FUNCTION.
+// Never imported; see PAVONIX_OPTIONAL_FUNCTION.
 BOOL CryptAcquireContextW(HCRYPTPROV *provider, const wchar_t *container, const wchar_t *name, DWORD type, DWORD flags);
 BOOL CryptGenRandom(HCRYPTPROV provider, DWORD length, std::uint8_t *bytes);
 BOOL CryptReleaseContext(HCRYPTPROV provider, DWORD flags);
@@ -112,9 +112,10 @@ int setsockopt(SOCKET socket, int level, int option, const char *value, int leng
 
 } // extern "C"
 
-// The Crypt functions are a component that an image may lack: a DLL that imports
-// them would not load there. Null where they are missing.
-#define PAVONIX_CRYPT_FUNCTION(name)                                                                                   \
+// Functions that an image may lack: a DLL that imports them would not load there. Null
+// where they are missing.
+#define PAVONIX_CRYPT_FUNCTION PAVONIX_OPTIONAL_FUNCTION
+#define PAVONIX_OPTIONAL_FUNCTION(name)                                                                                \
     reinterpret_cast<decltype(&(name))>(GetProcAddressW(GetModuleHandleW(L"coredll.dll"), L"" #name))
 
 namespace pavonix::platform {
@@ -123,6 +124,15 @@ namespace pavonix::platform {
 inline std::FILE *OpenShared(const wchar_t *path, const wchar_t *mode)
 {
     return _wfopen(path, mode);
+}
+
+// For a stream that was just opened. Without setvbuf it keeps its buffer.
+inline void DisableBuffer(std::FILE *stream)
+{
+    constexpr int kNoBuffer = 4; // the system's _IONBF, which is not that of the compiler's headers
+    if (const auto setBuffer = PAVONIX_OPTIONAL_FUNCTION(setvbuf); setBuffer != nullptr) {
+        setBuffer(stream, nullptr, kNoBuffer, 0);
+    }
 }
 
 // One tree, without drives and shares.

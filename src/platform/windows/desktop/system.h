@@ -22,6 +22,12 @@ inline std::FILE *OpenShared(const wchar_t *path, const wchar_t *mode)
     return _wfsopen(path, mode, _SH_DENYNO);
 }
 
+// For a stream that was just opened.
+inline void DisableBuffer(std::FILE *stream)
+{
+    std::setvbuf(stream, nullptr, _IONBF, 0);
+}
+
 // The length of the root that a path begins with: 3 for a drive, as in "C:\", that of
 // "\\server\share\" for a share, 0 for neither.
 inline int RootLength(const wchar_t *path)
@@ -42,8 +48,8 @@ inline int RootLength(const wchar_t *path)
     return 0;
 }
 
-// Whether the path is the root of a drive or of a share that exists. No search finds
-// one, because it is an entry of no folder.
+// True for the root of an existing drive or share, which no search finds because it is
+// not an entry of a folder.
 inline bool IsRoot(const wchar_t *path)
 {
     const int length = RootLength(path);
