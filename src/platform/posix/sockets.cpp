@@ -1,6 +1,7 @@
 // The socket contract over POSIX sockets.
 #include "platform/sockets.h"
 
+#include <arpa/inet.h>
 #include <cerrno>
 #include <fcntl.h>
 #include <netdb.h>
@@ -15,7 +16,7 @@ namespace pavonix::platform {
 
 namespace {
 
-// A connect that a signal interrupted continues by itself; wait for its result.
+// A connect interrupted by a signal continues in the background: waits for its result.
 int FinishConnect(int fd)
 {
     pollfd waiting = {fd, POLLOUT, 0};
@@ -59,7 +60,12 @@ int CloseSocket(Socket socket)
 const HostEntry *ResolveHost(const char *name)
 {
     static thread_local HostEntry entry;
-    const hostent *found = gethostbyname(name); // IPv4 addresses, one at least, or nothing
+    in_addr address = {};
+    if (name[std::strspn(name, "0123456789.")] == 0 && inet_aton(name, &address) != 0) { // needs no resolver
+        std::memcpy(entry.firstAddress, &address, sizeof entry.firstAddress);
+        return &entry;
+    }
+    const hostent *found = gethostbyname(name); // null, or at least one IPv4 address
     if (found == nullptr) {
         return nullptr;
     }
