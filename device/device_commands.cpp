@@ -81,7 +81,7 @@ std::string Release(std::istream &)
 
 } // namespace
 
-std::string AnswerDeviceCommand(const std::string &command, std::istream &words)
+std::string RunDeviceCommand(const std::string &command, std::istream &words)
 {
     static const std::map<std::string, std::string (*)(std::istream &)> kCommands = {
         {"stats", Stats},     {"count", Count}, {"fail", Fail},       {"calm", Calm},

@@ -1,4 +1,4 @@
-// In what devices differ, and what a test may choose.
+// The differences between devices that a test can select.
 #pragma once
 
 #include <set>
@@ -8,7 +8,7 @@ namespace pavonix::device {
 
 struct DeviceOptions {
     // A search for a path that ends in a separator, or for the root, finds
-    // nothing. The desktop does so; for the device nobody says.
+    // nothing. The desktop does so; it is not documented for the device.
     bool searchRejectsTrailing = true;
     // The system's functions, and the application, are THUMB code.
     bool systemIsThumb = false;
@@ -18,14 +18,14 @@ struct DeviceOptions {
     unsigned ansiCodePage = 1252;
     // Functions of the system that this device's image lacks.
     std::set<std::string> missing; // or a library, "provider", "1252", "utf-8"
-    // The folder of this machine that is the device's root, and one that has no room.
+    // The folder of this machine that is the device's root, and one on a full medium.
     std::string root, fullFolder;
 };
 
 inline DeviceOptions deviceOptions;
 
 // Takes an option of the runner's command line, such as "--imports=thumb"; false
-// for one that there is not.
+// for an unknown one.
 bool TakeOption(const char *argument);
 
 // All options in one line, for the runner's usage.

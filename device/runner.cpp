@@ -2,8 +2,8 @@
 // ce_runner [OPTION...] PROGRAM.exe: runs a program of the device.
 // It runs on ARM, or under an emulator of it.
 //
-// When the DLL is unloaded and something is still held, says what and ends with
-// exit code 3; when the DLL does what no system forgives, with 70.
+// Exit code 3: the DLL was unloaded with handles still open, which are printed. 70: the
+// DLL misused a function of the system.
 #include "caller/call_loop.h"
 #include "trampoline/trampoline.h"
 #include "device_commands.h"
@@ -51,23 +51,23 @@ public:
         image_.reset();
         CheckFreedBlocks();
         if (!openHandles.Empty()) {
-            std::cerr << "left behind: " << openHandles.Text() << std::endl;
+            std::cerr << "still open: " << openHandles.Text() << std::endl;
             leaked_ = true;
         }
     }
 
-    std::string AnswerOther(const std::string &command, std::istream &words) override
+    std::string RunOther(const std::string &command, std::istream &words) override
     {
         if (command == "system") {
             return CallSystem(words, [this](std::uint32_t function, const CallWords &arguments) {
                 return Call(function, arguments);
             });
         }
-        return AnswerDeviceCommand(command, words);
+        return RunDeviceCommand(command, words);
     }
 
-    // The call as an application makes it: from its first thread, or from one that
-    // comes and goes, which the DLL is told.
+    // The call as an application makes it: from its first thread, or from a new one, of
+    // which the DLL is notified.
     std::uint32_t Call(std::uint32_t function, const CallWords &words)
     {
         if (!deviceOptions.ownThreads) {

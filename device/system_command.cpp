@@ -72,11 +72,11 @@ try {
     call(ResolveImport(kCoreDll, "SetLastError"), {0});
     const auto result = static_cast<std::int32_t>(call(ResolveImport(gate->Library(), name), arguments.words()));
     const std::uint32_t error = call(ResolveImport(kCoreDll, "GetLastError"), {});
-    std::string answer = "system " + std::to_string(result) + " " + std::to_string(error);
+    std::string output = "system " + std::to_string(result) + " " + std::to_string(error);
     for (const std::string &room : arguments.rooms()) {
-        answer.append(" ").append(ToHex(room));
+        output.append(" ").append(ToHex(room));
     }
-    return answer;
+    return output;
 } catch (const std::exception &) {
     return "error an argument is no number";
 }

@@ -3,9 +3,9 @@
 //   system NAME ARGUMENT...  ->  system RESULT ERROR ROOM...
 //
 // An argument is a number (0x for hexadecimal ones), `=HEX` for the address of these
-// bytes, or `?N` for the address of a room of N zero bytes. RESULT is what the
-// function left in r0, as a signed number, ERROR the last error of a thread that had
-// none before, and each ROOM is shown as HEX after the call.
+// bytes, or `?N` for the address of a buffer of N zero bytes. RESULT is the
+// function's r0 as a signed number, ERROR the thread's last error, which was 0 before,
+// and each ROOM is a buffer's content after the call, as HEX.
 #pragma once
 
 #include "trampoline/trampoline.h"

@@ -1,9 +1,9 @@
 """The image's table of functions, by which the system unwinds the stack.
 
-Each function has 8 bytes: where it starts; then, counted in instructions, 8 bits
+Each function has 8 bytes: its address; then, counted in instructions, 8 bits
 for its prologue and 22 for its length, a bit for 32-bit instructions and one for a
-handler, which none has. The system walks out of a frame by undoing the prologue,
-so that is the run of instructions at a function's start that move the stack pointer.
+handler, which no function has. The system leaves a frame by undoing the prologue: the
+instructions at a function's start that move the stack pointer.
 """
 import os
 import struct
@@ -39,7 +39,7 @@ def prologue_length(code):
 
 
 def unwind_table(tools, image, anchor):
-    """Assembly lines of the section .pdata for a linked `image`; starts are told from the function `anchor`."""
+    """Assembly lines of the section .pdata for a linked `image`; addresses are written relative to the function `anchor`."""
     names, end = functions(tools, image)
     starts, code = sorted(set(names.values())), instructions(tools, image)
     yield '\t.section .pdata,"dr"\n'

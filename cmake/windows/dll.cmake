@@ -18,7 +18,7 @@ configure_file(${definition} ${PROJECT_BINARY_DIR}/PAVONIX.def COPYONLY)
 # same sources give the same bytes.
 set(parts pavonix_rooms pavonix_calls tommath)
 if(PAVONIX_TOOLS)
-  list(APPEND parts pavonix_telling pavonix_tracing)
+  list(APPEND parts pavonix_hooked_calls pavonix_tracing)
 endif()
 foreach(target IN LISTS parts)
   target_compile_options(${target} PRIVATE -ffunction-sections -fdata-sections ${no_tables})

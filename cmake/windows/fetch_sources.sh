@@ -1,6 +1,6 @@
 #!/bin/sh
-# fetch_sources.sh FOLDER PACKAGE...: fetches Debian's source packages, for the
-# builds that Debian has no libraries for.
+# fetch_sources.sh FOLDER PACKAGE...: fetches Debian's source packages, for targets
+# without Debian libraries.
 #
 # On success the sources are in FOLDER/PACKAGE-VERSION. The packages come from the
 # machine's own package sources, read as source entries from a private list, so

@@ -1,8 +1,8 @@
-// LibTomMath as a DLL needs it; compiled in front of each of its files.
+// Trims LibTomMath for a DLL; included before each of its files.
 //
-// Left out is what numbers of up to 2240 bits never reach, or what only special
-// moduli gain by: the other ways to the same results are still there. Only a
-// negative exponent has no other way, and no key has one.
+// Leaves out algorithms that numbers of up to 2240 bits never use, or that only help
+// special moduli: the general ones give the same results. Only negative exponents are
+// no longer supported, and no key has one.
 #pragma once
 
 #include "tommath_private.h"
@@ -22,7 +22,7 @@
 #undef BN_MP_INVMOD_C
 
 // A sum of products has an array of this many digits on the stack; at 28 bits a
-// digit that is for moduli of up to 3108 bits, and larger ones go the slow way.
+// digit that is for moduli of up to 3108 bits, and larger ones use the slow algorithm.
 // With it no frame exceeds the 4096 bytes of a page: the system commits stack page
 // by page, and does not handle exceptions in larger frames.
 #undef MP_WARRAY

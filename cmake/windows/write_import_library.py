@@ -65,7 +65,7 @@ def descriptor_objects(machine, library):
 
 
 def short_import(machine, library, name, ordinal):
-    """One function, taken by name; x86's decoration goes off on the way to the DLL."""
+    """One function, imported by name; x86's decoration is removed in the DLL's name for it."""
     symbol = ("_" + name if machine == "x86" else name).encode()
     name_type = 3 if machine == "x86" else 1
     data = symbol + b"\0" + library.encode() + b"\0"

@@ -96,7 +96,7 @@ std::string CallBuy(const ShopExports &shop, std::istream &words)
            Hex(reinterpret_cast<const unsigned char *>(record.get()), sizeof *record);
 }
 
-std::string Answer(LibraryLoader &loader, const ShopExports &shop, const std::string &command, std::istream &words)
+std::string RunCommand(LibraryLoader &loader, const ShopExports &shop, const std::string &command, std::istream &words)
 {
     if (command == "list") {
         return CallList(shop, words);
@@ -107,8 +107,8 @@ std::string Answer(LibraryLoader &loader, const ShopExports &shop, const std::st
     if (command == "buy") {
         return CallBuy(shop, words);
     }
-    const std::string answer = loader.AnswerOther(command, words);
-    return answer.empty() ? "error unknown command " + command : answer;
+    const std::string output = loader.RunOther(command, words);
+    return output.empty() ? "error unknown command " + command : output;
 }
 
 } // namespace
@@ -128,7 +128,7 @@ int RunCallLoop(LibraryLoader &loader)
             break;
         }
         if (command != "reload") {
-            std::cout << Answer(loader, shop, command, words) << std::endl;
+            std::cout << RunCommand(loader, shop, command, words) << std::endl;
             continue;
         }
         loader.Unload();

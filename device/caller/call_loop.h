@@ -11,8 +11,8 @@
 //
 // Texts are UTF-16 units of four hex digits each, most significant first; `-` is
 // a null pointer and `""` the empty text. HEX is the whole purchase record after
-// the call, byte by byte; it was filled with 0xA5 before. A line that cannot be
-// understood is answered with `error` and the reason.
+// the call, byte by byte; it was filled with 0xA5 before. The reply to a
+// malformed line is `error` and the reason.
 #pragma once
 
 #include <pavonix/pavonix.h>
@@ -28,17 +28,17 @@ struct ShopExports {
     decltype(&::GetBuyGood) getBuyGood = nullptr;
 };
 
-// How one flavour brings the library into the process and out of it again.
+// Loads and unloads one flavour of the library.
 class LibraryLoader {
 public:
     virtual ~LibraryLoader() = default;
     // Fills all three exports. False when the library or one of them is missing;
-    // the loader then says why on standard error.
+    // the loader then prints the reason on standard error.
     virtual bool Load(ShopExports *exports) = 0;
     // Runs the library's clean-up; the exports of the last Load are gone.
     virtual void Unload() = 0;
-    // The answer to a command that only this flavour knows, "" for an unknown one.
-    virtual std::string AnswerOther(const std::string &, std::istream &) { return ""; }
+    // Runs a command of this flavour alone. Returns its output, "" for an unknown command.
+    virtual std::string RunOther(const std::string &, std::istream &) { return ""; }
 };
 
 // Loads the library, prints `ready` and serves commands until `quit` or the end

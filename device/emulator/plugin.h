@@ -1,5 +1,5 @@
-// The emulator's plug-in interface, version 1, as far as it is used here. What its
-// functions do is in the emulator's qemu-plugin.h.
+// The emulator's plug-in interface, version 1, as far as it is used here. The
+// emulator's qemu-plugin.h describes its functions.
 #pragma once
 
 #include <cstddef>
@@ -45,7 +45,7 @@ __attribute__((visibility("default"), used)) inline int qemu_plugin_version = 1;
 
 namespace pavonix::device {
 
-// Whether an address lies in the DLL's image. The runner is linked to the lowest
+// True for an address in the DLL's image. The runner is linked to the lowest
 // addresses, images are mapped far above them, and the kernel's helpers are at
 // the top.
 inline bool IsInImage(std::uint64_t address)
@@ -53,7 +53,7 @@ inline bool IsInImage(std::uint64_t address)
     return address >= 0x10000000 && address < 0xFFFF0000;
 }
 
-// Ends the program: the image did what the device's processor cannot do.
+// Ends the program: the image used something that the device's processor lacks.
 [[noreturn]] inline void Forbid(const char *what, std::uint64_t instruction)
 {
     std::cerr << "misuse: " << what << ", by the instruction at 0x" << std::hex << instruction << std::endl;

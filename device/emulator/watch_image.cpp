@@ -1,16 +1,14 @@
-// A plug-in of the emulator: holds the DLL's image to what every processor of the
-// device can do, whichever one is emulated. It ends the program at
+// A plug-in of the emulator: checks that the DLL's image runs on every processor of the
+// device, independent of the emulated one. It ends the program at
 //
 // - an instruction that version 4T of the architecture lacks (the emulator has such a
 //   processor, but the runner's own C library needs version 5),
 // - a load into pc of a THUMB address, which changes state from version 5 on only,
-// - a call of a kernel or an instruction for a coprocessor, of which devices have none,
-// - an address that is no multiple of the access's size: devices fault there, or read
-//   something else.
+// - a call of a kernel or an instruction for a coprocessor, which devices lack,
+// - an unaligned access: devices fault there, or read something else.
 //
 // When the program ends, the emulator's log gets "accesses N stack BYTES step BYTES":
-// how deep the image's own stack became, and how far below its deepest place so far it
-// ever reached.
+// the image's deepest stack, and its largest single step below the deepest place so far.
 #include "trampoline/image_stack.h"
 #include "emulator/plugin.h"
 
@@ -108,7 +106,7 @@ void OnAccess(unsigned, std::uint32_t info, std::uint64_t address, void *data)
 
 void OnArmInstruction(qemu_plugin_insn *watched)
 {
-    // kept for good: the emulator may run the block at any time
+    // never freed: the emulator may run the block at any time
     const std::uint32_t code = *static_cast<const std::uint32_t *>(qemu_plugin_insn_data(watched));
     auto *instruction = new Instruction{qemu_plugin_insn_vaddr(watched), code};
     if (ReasonAgainst(code) != nullptr) {

@@ -56,10 +56,10 @@ const Function *FunctionTable::Find(std::uint32_t address)
 {
     const std::lock_guard lock(tablesLock);
     for (const std::vector<Function> *table : tables) {
-        const auto behind = std::upper_bound(table->begin(), table->end(), address,
-                                             [](std::uint32_t at, const Function &one) { return at < one.start; });
-        if (behind != table->begin() && address < (behind - 1)->end) {
-            return &*(behind - 1);
+        const auto next = std::upper_bound(table->begin(), table->end(), address,
+                                           [](std::uint32_t at, const Function &one) { return at < one.start; });
+        if (next != table->begin() && address < (next - 1)->end) {
+            return &*(next - 1);
         }
     }
     return nullptr;

@@ -53,7 +53,7 @@ void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader
     std::uint32_t end = header.headersSize;
     for (const SectionHeader &section : sections) {
         Require(section.rva % kPageSize == 0, "a section does not start on a page");
-        Require(section.rva >= end, "a section overlaps what stands before it");
+        Require(section.rva >= end, "a section overlaps the one before it");
         Require(section.rva <= header.imageSize && section.virtualSize <= header.imageSize - section.rva,
                 "a section reaches beyond the image");
         Require((section.characteristics & kSectionIsReadable) != 0, "a section cannot be read");
@@ -65,7 +65,7 @@ void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader
                                                   [&](const SectionHeader &section) {
                                                       return IsCode(section) && Contains(section, header.entryPoint);
                                                   }),
-            "its entry lies outside its code");
+            "its entry is outside its code");
 }
 
 } // namespace pavonix::device

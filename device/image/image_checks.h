@@ -1,4 +1,4 @@
-// What the device's loader asks of a file before it takes it for a DLL.
+// The checks that the device's loader makes before it accepts a file as a DLL.
 #pragma once
 
 #include "image/image_memory.h"
@@ -13,7 +13,7 @@ constexpr std::uint32_t kPageSize = 4096;
 // Throws ImageError with `otherwise` unless it holds.
 void Require(bool holds, const char *otherwise);
 
-// Throw ImageError with what is wrong.
+// Throw ImageError with the reason.
 void CheckHeaders(const PeHeaders &headers, bool isDll);
 void CheckSections(const OptionalHeader &header, const std::vector<SectionHeader> &sections);
 

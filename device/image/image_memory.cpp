@@ -11,7 +11,7 @@ unsigned char *MapAnywhere(std::uint32_t size)
 {
     void *bytes = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (bytes == MAP_FAILED) {
-        throw ImageError("no memory for an image of " + std::to_string(size) + " bytes");
+        throw ImageError("out of memory for an image of " + std::to_string(size) + " bytes");
     }
     return static_cast<unsigned char *>(bytes);
 }

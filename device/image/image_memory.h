@@ -17,7 +17,7 @@ struct ImageError : std::runtime_error {
 class ImageMemory {
 public:
     // Maps `size` zeroed bytes, readable and writable, anywhere but at `avoided`.
-    // Throws ImageError when the system has no room.
+    // Throws ImageError when the system has no memory.
     ImageMemory(std::uint32_t size, std::uint32_t avoided);
     ~ImageMemory();
     ImageMemory(const ImageMemory &) = delete;
@@ -31,7 +31,7 @@ public:
     T *At(std::uint32_t rva, std::uint32_t count = 1)
     {
         if (rva > size_ || count > (size_ - rva) / sizeof(T)) {
-            throw ImageError("an address in the image lies outside it: " + std::to_string(rva));
+            throw ImageError("an address is outside the image: " + std::to_string(rva));
         }
         return reinterpret_cast<T *>(bytes_ + rva);
     }

@@ -1,4 +1,4 @@
-// Base relocation: makes an image right for the address it was mapped to.
+// Base relocation: adapts an image to the address it was mapped to.
 #pragma once
 
 #include "image/image_memory.h"

@@ -18,7 +18,7 @@ std::string BindLibrary(ImageMemory &image, const ImportDescriptor &descriptor, 
             return missing;
         }
         const bool hasName = (lookup & kImportByOrdinal) == 0;
-        // the name stands behind a 16-bit hint
+        // the name follows a 16-bit hint
         const std::string name = hasName ? image.TextAt(lookup + 2) : std::to_string(lookup & 0xFFFF);
         const std::uint32_t address = hasName ? resolve(library, name) : 0;
         if (address == 0) {

@@ -16,7 +16,7 @@ using ImportResolver = std::uint32_t (*)(const std::string &library, const std::
 // import without a function, as a device would refuse to load the image.
 void BindImports(ImageMemory &image, const OptionalHeader &header, ImportResolver resolve);
 
-// Throws ImageError unless the names are sorted: the device searches them by halves.
+// Throws ImageError unless the names are sorted: the device uses a binary search.
 void CheckExports(ImageMemory &image, const OptionalHeader &header);
 
 // The address of an exported function, 0 when there is none.

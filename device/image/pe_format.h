@@ -1,4 +1,4 @@
-// The parts of a PE32 file that the runner reads, as they lie in the file.
+// The parts of a PE32 file that the runner reads, with the file's layout.
 #pragma once
 
 #include <cstdint>

@@ -14,7 +14,7 @@
 
 namespace pavonix::device {
 
-// Why the system calls an image's entry; the values are the system's.
+// The reason for a call of an image's entry; the values are the system's.
 enum class EntryReason : std::uint32_t { kProcessDetach, kProcessAttach, kThreadAttach, kThreadDetach };
 
 enum class ImageKind { kDll, kProgram };
@@ -35,7 +35,7 @@ public:
     std::uint32_t Export(const std::string &name) { return FindExport(*memory_, headers_.optional, name); }
     std::uint32_t Export(std::uint32_t ordinal) { return FindExport(*memory_, headers_.optional, ordinal); }
 
-    // False when the entry answers so.
+    // Returns the entry's result.
     bool CallEntry(EntryReason reason);
     // Runs a program; returns what its entry returns, if it does.
     int Run();

@@ -1,4 +1,4 @@
-// The code pages that a device may have as its ANSI one.
+// The ANSI code pages that a device may have.
 #pragma once
 
 #include "platform/wide_char.h"

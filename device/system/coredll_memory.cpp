@@ -1,6 +1,6 @@
 // coredll.dll: the heap. Every block is fenced, so that a write past its end, a
-// write after it was freed or a second free ends the run, and fresh and freed bytes
-// hold patterns, so that nothing works on their former content by luck.
+// write after it was freed or a second free ends the run, and new and freed bytes
+// hold patterns, so that no code works by luck on their former content.
 #include "system/coredll.h"
 #include "system/open_handles.h"
 

@@ -111,7 +111,7 @@ bool LoadedImages::Unload(const void *module)
     return true;
 }
 
-void LoadedImages::TellThread(EntryReason reason)
+void LoadedImages::NotifyOfThread(EntryReason reason)
 {
     for (const auto &image : images_) {
         image->CallEntry(reason);

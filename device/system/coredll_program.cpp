@@ -1,5 +1,5 @@
-// coredll.dll: what a program needs beside what the DLL does: files by handle, threads,
-// facts about the device, and a message box, which goes to standard output.
+// coredll.dll: functions for programs: files by handle, threads, facts about the device,
+// and a message box, which goes to standard output.
 #include "device_options.h"
 #include "platform/code_pages.h"
 #include "system/coredll.h"
@@ -130,13 +130,13 @@ std::uint32_t CreateThread(const void *, std::uint32_t, std::uint32_t start, std
                            std::uint32_t *)
 {
     std::packaged_task<void()> task([=] {
-        loadedImages.TellThread(EntryReason::kThreadAttach);
+        loadedImages.NotifyOfThread(EntryReason::kThreadAttach);
         CallImage(start, {argument});
-        loadedImages.TellThread(EntryReason::kThreadDetach);
+        loadedImages.NotifyOfThread(EntryReason::kThreadDetach);
     });
     Object object;
     object.thread = task.get_future();
-    std::thread(std::move(task)).detach(); // it ends with the process, if not before
+    std::thread(std::move(task)).detach(); // it ends with the process at the latest
     return AddObject(std::move(object));
 }
 

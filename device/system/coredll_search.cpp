@@ -27,11 +27,11 @@ struct FindData {
 };
 static_assert(sizeof(FindData) == 560 && offsetof(FindData, name) == 40);
 
-// The paths that a running search has not told yet.
+// The paths that a running search has not returned yet.
 using Search = std::deque<std::string>;
 
-// Writes the whole record, as the device does, so that a shorter one is overrun and found out.
-void TellNext(Search *search, FindData *data)
+// Writes the whole record, as the device does, so that a shorter one is overrun and noticed.
+void WriteNextRecord(Search *search, FindData *data)
 {
     const std::string found = std::move(search->front());
     search->pop_front();
@@ -73,7 +73,7 @@ Search *FindFirstFile(const WideChar *path, FindData *data)
     if (search->empty()) {
         return FailWith(kErrorFileNotFound, none);
     }
-    TellNext(search.get(), data);
+    WriteNextRecord(search.get(), data);
     openHandles.searches.Add(search.get());
     return search.release();
 }
@@ -86,7 +86,7 @@ int FindNextFile(Search *search, FindData *data)
     if (search->empty()) {
         return FailWith(kErrorNoMoreFiles, 0);
     }
-    TellNext(search, data);
+    WriteNextRecord(search, data);
     return 1;
 }
 

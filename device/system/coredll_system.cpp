@@ -83,14 +83,14 @@ void DeleteCriticalSection(CriticalSection *section)
     openHandles.sections.Remove(section);
 }
 
-// Without a container nothing is kept, and the caller must say that it knows.
+// Without a container no key is kept, and the caller must pass the flag for that.
 constexpr std::uint32_t kVerifyContext = 0xF0000000;
 constexpr std::uint32_t kKnownFlags = kVerifyContext | 0x78; // new, delete, machine's, silent
 constexpr std::uint32_t kFullRsa = 1;
 constexpr char16_t kBaseProvider[] = u"Microsoft Base Cryptographic Provider v1.0";
 constexpr char16_t kEnhancedProvider[] = u"Microsoft Enhanced Cryptographic Provider v1.0";
 
-// Why such a provider is not to be had; 0 when it is.
+// The reason for refusing such a provider; 0 if it exists.
 std::uint32_t ReasonAgainst(std::u16string_view name, std::uint32_t type, std::uint32_t flags)
 {
     if ((flags & ~kKnownFlags) != 0) {

@@ -22,7 +22,7 @@ constexpr int (*kStrncmp)(const char *, const char *, std::size_t) = std::strncm
 constexpr const char *(*kStrstr)(const char *, const char *) = std::strstr;
 constexpr const char *(*kStrchr)(const char *, int) = std::strchr;
 
-// The compiler copies objects onto themselves, which every memcpy can do.
+// The compiler copies objects onto themselves, which every memcpy supports.
 void *Memcpy(void *to, const void *from, std::uint32_t size)
 {
     const auto target = reinterpret_cast<std::uintptr_t>(to), source = reinterpret_cast<std::uintptr_t>(from);
@@ -47,7 +47,7 @@ bool IsMissing(std::uint32_t codePage)
     return deviceOptions.missing.count(codePage == platform::kUtf8CodePage ? "utf-8" : std::to_string(codePage)) != 0;
 }
 
-// Nothing may be asked for in a conversion from or to UTF-8.
+// A conversion from or to UTF-8 accepts no flags and no replacement.
 bool IsKnown(std::uint32_t codePage, std::uint32_t flags, std::uint32_t known)
 {
     return (flags & ~(codePage == platform::kUtf8CodePage ? 0 : known)) == 0;

@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kLongestPath = 260; // units, with the terminator
 
-// Letters of Latin-1 stand for the others: no test needs more.
+// Letters of Latin-1 only: no test needs others.
 std::u16string WithoutCase(const std::string &name)
 {
     std::u16string text(name.size(), 0);
@@ -29,7 +29,7 @@ std::u16string WithoutCase(const std::string &name)
     return text;
 }
 
-// The entry of a folder that is called so; `name` itself when there is none.
+// The folder's entry of that name; `name` itself if there is none.
 std::string FindEntry(const std::string &folder, const std::string &name)
 {
     struct stat ignored;

@@ -1,5 +1,5 @@
-// What is in front of every function that the DLL imports: it counts the
-// calls and makes the ones fail that a test asked for.
+// A gate before every function that the DLL imports: it counts the calls and makes
+// those fail that a test selects.
 #pragma once
 
 #include "system/last_error.h"
@@ -9,14 +9,14 @@
 
 namespace pavonix::device {
 
-// Whether this thread runs an image's entry, from which few functions may be called.
+// True while this thread runs an image's entry, from which few functions may be called.
 inline thread_local bool entryRuns = false;
 
 class ImportGate {
 public:
     ImportGate(const char *library, const char *name, bool canFail);
 
-    // True for a call that is to fail.
+    // True for a call that must fail.
     bool NextCallFails();
 
     const char *Library() const { return library_; }
@@ -36,14 +36,14 @@ private:
     bool canFail_;
     unsigned calls_ = 0;
     unsigned faults_ = 0;
-    unsigned untilFault_ = 0; // 0: none to come
+    unsigned untilFault_ = 0; // 0: no fault is set
     bool failsEver_ = false;
 };
 
 // One row of the import table.
 struct Import {
     ImportGate *gate;
-    std::uint32_t address; // of the function behind its gate
+    std::uint32_t address; // of the gate
 };
 
 template <auto Function, auto Failure>
@@ -80,8 +80,8 @@ private:
     static inline ImportGate *gate_ = nullptr;
 };
 
-// A function whose documented failure is to answer `Failure` and set the last
-// error; or, when failing also does something, a function `Failure` that does it.
+// A function whose documented failure is to return `Failure` and set the last error.
+// `Failure` may also be a function, for a failure with side effects.
 template <auto Function, auto Failure>
 Import Failing(const char *library, const char *name)
 {

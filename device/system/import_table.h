@@ -14,7 +14,7 @@ const std::vector<Import> &ImportTable();
 // names compare without regard to case, as the device's loader compares them.
 std::uint32_t ResolveImport(const std::string &library, const std::string &name);
 
-// The gate of a function, by its name alone; null when there is none.
+// The gate of a function, found by its name alone; null if there is none.
 ImportGate *FindGate(const std::string &name);
 
 } // namespace pavonix::device

@@ -11,14 +11,14 @@ namespace pavonix::device {
 
 class LoadedImages {
 public:
-    // A handle, null if there is no such DLL; standard error says why.
+    // Returns a handle, or null with the reason on standard error.
     const void *Load(const std::string &path);
-    // False for a handle that is none.
+    // False for an invalid handle.
     bool Unload(const void *module);
     PeImage *Find(const void *module);
 
-    // Tells each that a thread begins, or ends.
-    void TellThread(EntryReason reason);
+    // Calls each DLL's entry for a thread that starts or ends.
+    void NotifyOfThread(EntryReason reason);
 
     std::string programPath; // of this machine
 

@@ -1,4 +1,4 @@
-// Which files are open, and who keeps others from them.
+// The open files, and the locks on them.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace pavonix::device {
 
-// Why a file may not be opened for writing, or deleted; 0 when it may.
+// The error for opening a file for writing, or deleting it; 0 if that is allowed.
 std::uint32_t ReasonAgainst(std::uint32_t attributes, bool isFree);
 
 class OpenFiles {
@@ -27,16 +27,16 @@ public:
         written_.erase(stream);
     }
 
-    // Another program has the file open, for all to read and for none to write.
+    // Another program has the file open and denies writing to others.
     void Hold(const std::string &name) { held_.insert(name); }
     void Release(const std::string &name) { held_.erase(name); }
     void ReleaseAll() { held_.clear(); }
 
     // One stream at a time may write to a file.
     bool MayWrite(const std::string &name) const;
-    // Whether the medium of a stream's file has no room for more.
+    // True if the medium of a stream's file is full.
     bool IsFull(std::FILE *stream) const;
-    // No open file can be deleted, whoever has it open.
+    // An open file cannot be deleted.
     bool MayDelete(const std::string &name) const;
 
 private:

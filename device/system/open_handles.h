@@ -1,4 +1,4 @@
-// What the DLL has taken from the system and not given back.
+// The handles and blocks that the DLL has open.
 #pragma once
 
 #include <cstdint>
@@ -47,21 +47,21 @@ private:
 
 struct OpenHandles {
     Handles files, searches, sections, providers, sockets;
-    unsigned winsockStarts = 0;     // not yet cleaned up, whoever made them
+    unsigned winsockStarts = 0;     // not yet cleaned up, the application's included
     unsigned applicationStarts = 0; // that the application made for itself
     unsigned heapBytes = 0, heapBlocks = 0;
     unsigned heapPeak = 0; // the most bytes at any time since the last restart
 
     // "heap=0 blocks=0 peak=0 files=0 searches=0 sections=0 providers=0 sockets=0 winsock=0"
     std::string Text() const;
-    // Nothing is left, as it must be after detaching.
+    // True if nothing is open, as is required after detaching.
     bool Empty() const;
 };
 
 extern OpenHandles openHandles;
 
-// Ends the process: the DLL did what no system forgives (a block freed twice,
-// a lock used before its initialisation).
+// Ends the process: the DLL misused a function of the system (freed a block twice, used
+// a lock before its initialisation).
 [[noreturn]] void Fatal(const std::string &what);
 
 } // namespace pavonix::device

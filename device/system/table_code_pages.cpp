@@ -1,5 +1,5 @@
-// The code-page contract by table: a static program has no iconv modules. Knows
-// UTF-8 and what the device may have as its ANSI code page.
+// The code-page contract by table: a static program has no iconv modules. It has
+// UTF-8 and the device's possible ANSI code pages.
 #include "device_options.h"
 #include "platform/code_pages.h"
 #include "system/ansi_page.h"
@@ -96,7 +96,7 @@ std::u16string FromUtf8(const std::uint8_t *bytes, int length)
     return text;
 }
 
-// Hands the converted text over, or only its length when there is no room at all.
+// Writes the converted text, or returns only its length if the room is 0.
 template <typename Text>
 int Deliver(const Text &converted, typename Text::value_type *target, int room)
 {

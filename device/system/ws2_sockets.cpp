@@ -1,4 +1,4 @@
-// ws2.dll, with Winsock's records and its strictness: no call before the start.
+// ws2.dll, with Winsock's records; every call before the start fails.
 #include "system/coredll.h"
 #include "system/open_handles.h"
 #include "platform/sockets.h"
@@ -67,9 +67,9 @@ int Start(std::uint32_t version, WsaData *data)
     return result;
 }
 
-// The library cleans up more often than it starts. What is too much takes a start
-// away from the application, and is refused when there is none left. The last one
-// resets the sockets that are open, also under a call that waits for one.
+// The library cleans up more often than it starts. A surplus clean-up uses up a start of
+// the application, and fails if none is left. The last one resets the open sockets, even
+// while a call waits on one.
 int Cleanup()
 {
     if (openHandles.winsockStarts == 0) {
@@ -122,7 +122,7 @@ const Host *Resolve(const char *name)
     return &host;
 }
 
-// The thread error of a call that the system under this one failed.
+// Sets the thread error from this machine's errno.
 int WithError(int result)
 {
     if (result == kSocketError) {

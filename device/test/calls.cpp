@@ -13,7 +13,7 @@ namespace {
 
 constexpr unsigned kPatience = 60; // seconds for a call that involves no network
 
-// Whether the ANSI code page has the character; the library stores no file otherwise.
+// True if the ANSI code page has the character; otherwise the library stores no file.
 bool IsInAnsiPage(wchar_t character)
 {
     const auto toBytes = FindFunction<decltype(WideCharToMultiByte)>(L"coredll.dll", L"WideCharToMultiByte");
@@ -61,8 +61,8 @@ void RemoveProfiles(const Test &test)
 
 namespace {
 
-// Tenths of a millisecond that a call takes. Its URL is refused when all but the
-// connection is done: the profile is read, its keys imported and the token made.
+// Tenths of a millisecond that a call takes. Its URL is rejected only after the profile is
+// read, its keys are imported and the token is made.
 int TimeCall(Test *test, Export function, Profile profile)
 {
     constexpr int kCalls = 5;
@@ -185,7 +185,7 @@ void TryLongName(Test *test, int port)
     Try(test, kTrial, path.Add(".xml"), port);
 }
 
-// What the library's own search copes with either way, as its authors would like to know.
+// The library's search works in either case; the result is for its authors.
 void ReportSearch(Test *test, const char *what, const wchar_t *path)
 {
     WIN32_FIND_DATAW found;

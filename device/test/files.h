@@ -1,4 +1,4 @@
-// Whole files of the device.
+// Reads and writes whole files of the device.
 #pragma once
 
 #include "test/system.h"
@@ -9,7 +9,7 @@
 namespace pavonix::device_test {
 
 // Reads at most `room` bytes; an empty result for a file that cannot be read.
-// *found tells whether it could be.
+// *found is set to whether it could be.
 std::string_view ReadWhole(const wchar_t *path, char *room, unsigned size, bool *found = nullptr);
 
 // False if the file cannot be created or written in full.

@@ -50,7 +50,7 @@ void ReportMemory(Report *report)
     report->Note(Join("memory: ", memory.dwAvailPhys / 1024, " of ", memory.dwTotalPhys / 1024, " KB free"));
 }
 
-// Whether the character and the bytes convert to each other.
+// True if the character and the bytes convert to each other.
 bool Converts(UINT codePage, wchar_t character, std::string_view bytes)
 {
     const auto toWide = FindFunction<decltype(MultiByteToWideChar)>(L"coredll.dll", L"MultiByteToWideChar");
@@ -66,7 +66,7 @@ bool Converts(UINT codePage, wchar_t character, std::string_view bytes)
            std::memcmp(back, bytes.data(), bytes.size()) == 0;
 }
 
-// Null when random bytes come, else what fails.
+// Null if random bytes are available, otherwise the failed step.
 const char *ProviderFault()
 {
     constexpr DWORD kFullRsa = 1, kVerifyContext = 0xF0000000;

@@ -12,7 +12,7 @@ struct Exports {
 
 Exports exports;
 
-// Static, because a call that is given up may still go on.
+// Static, because an abandoned call may still be running.
 struct Running {
     Call call;
     Path url;

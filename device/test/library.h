@@ -1,4 +1,4 @@
-// PAVONIX.dll, and calls into it that cannot hold up the test.
+// PAVONIX.dll, and calls into it with a time-out.
 #pragma once
 
 #include "pavonix/pavonix.h"
@@ -32,7 +32,7 @@ public:
     bool Load(const Path &path);
     bool Unload();
 
-    // Makes a call on a thread of its own and waits at most so long for its end. A call
+    // Makes a call on a thread of its own and waits for its end, at most for that time. A call
     // that does not end is cancelled; if even that fails, usable() is false from then on.
     CallResult Make(const Call &call, unsigned seconds);
 

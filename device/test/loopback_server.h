@@ -5,13 +5,13 @@
 
 namespace pavonix::device_test {
 
-// Starts it on a thread of its own, for the rest of the program's life. Every
-// request is answered with a status of 200 and kLoopbackBody. Returns the port, or 0
+// Starts it on a thread of its own, for the rest of the program's life. It
+// replies to every request with status 200 and kLoopbackBody. Returns the port, or 0
 // if there is no Winsock or no loopback interface.
 int StartLoopbackServer();
 
-// To be called before each call of the library, which may clean Winsock up twice too
-// often: the server would be gone then.
+// Call it before each call of the library, which may clean up Winsock twice too often
+// and so end the server.
 void KeepWinsock();
 
 std::string_view LoopbackBody();

@@ -1,5 +1,5 @@
-// Memory and text functions for the test program's own use: an image that lacks one
-// of coredll's is to be reported, not to keep the program from starting.
+// Memory and text functions for the test program's own use: the program must start
+// and report an image that lacks one of coredll's.
 #include <cstddef>
 
 // The compiler must not recognise these loops as the functions that they define.

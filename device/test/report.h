@@ -1,5 +1,5 @@
 // The report: a text file that grows line by line, so that it shows how far the
-// test came even if the device does not survive it.
+// test got even if the device crashes.
 #pragma once
 
 #include "test/system.h"
@@ -30,7 +30,7 @@ public:
 
     // Why the last Open failed.
     DWORD error() const { return error_; }
-    // False once a line could not be written.
+    // False after a line could not be written.
     bool complete() const { return complete_; }
     const Path &path() const { return path_; }
 

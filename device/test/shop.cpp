@@ -91,7 +91,7 @@ private:
         return result;
     }
 
-    // Each returns the outcome in the words of the shop's table of faults.
+    // Each returns the outcome as the shop's table of faults words it.
     Line List(const char *fault, bool plain) { return Download(Export::kList, fault, plain); }
 
     Line Download(Export function, const char *fault, bool plain)

@@ -16,7 +16,7 @@ struct Test {
 // The system, its processor, memory, code pages and cryptographic provider.
 void ReportImage(Report *report);
 
-// Whether the image has each function that the DLL imports; false if not all are there.
+// Checks that the image has each function that the DLL imports; false if one is missing.
 bool ReportImports(Test *test, const Path &dll);
 
 // Loads and unloads the DLL ten times, and leaves it loaded.

@@ -25,7 +25,7 @@ unsigned char *Map(std::uint32_t size, int protection)
 {
     void *bytes = mmap(nullptr, size, protection, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (bytes == MAP_FAILED) {
-        Fatal("no memory for a thread's stack");
+        Fatal("out of memory for a thread's stack");
     }
     return static_cast<unsigned char *>(bytes);
 }

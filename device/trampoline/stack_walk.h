@@ -1,5 +1,5 @@
-// The walk over the image's stack that the system does for an exception: out of one
-// function after the other, by undoing its prologue.
+// Walks the image's stack as the system does for an exception: leaves one function after
+// the other by undoing its prologue.
 #pragma once
 
 #include <cstdint>

@@ -13,8 +13,8 @@
 // pointer in the last word of that stack, and has the image return to `returnAddress`,
 // which is ReturnToArm or ReturnToThumb.
 //
-// LeaveImage is where all veneers lead: it changes to this side's stack, takes four
-// words of arguments along and calls the function in r12.
+// All veneers jump to LeaveImage: it changes to this side's stack, copies four words of
+// arguments and calls the function in r12.
 asm(R"(
     .arm
     .balign 4
@@ -85,7 +85,7 @@ std::uint32_t EnterImage(std::uint32_t function, const std::uint32_t *words, std
 void LeaveImage();
 extern const char ReturnToArm[], ReturnToThumb[];
 
-// What a function must keep: r4 to r11.
+// The registers that a function must preserve: r4 to r11.
 extern const std::uint32_t keptRegisters[8];
 const std::uint32_t keptRegisters[8] = {0x4E455304, 0x4E455305, 0x4E455306, 0x4E455307,
                                         0x4E455308, 0x4E455309, 0x4E45530A, 0x4E45530B};
@@ -110,7 +110,7 @@ std::uint32_t ReturnAddress()
     return deviceOptions.systemIsThumb ? AddressOf(ReturnToThumb) + 1 : AddressOf(ReturnToArm);
 }
 
-// Code, made at run time. In THUMB state it is entered at its begin.
+// Code, made at run time. In THUMB state it is entered at its start.
 struct Veneer {
     std::uint16_t toArm[2] = {0x4778, 0x46C0};        // bx pc; nop
     std::uint32_t code[2] = {0xE59FC000, 0xE59FF000}; // ldr r12, function; ldr pc, leave
@@ -119,8 +119,8 @@ struct Veneer {
 };
 static_assert(sizeof(Veneer) == 20);
 
-// In this program's own memory, so that a measuring emulator does not take them
-// for the image.
+// In this program's own memory, so that the emulator's plug-ins do not count them as
+// part of the image.
 constexpr std::uint32_t kPage = 4096;
 alignas(kPage) Veneer veneers[kPage / sizeof(Veneer)];
 static_assert(sizeof veneers <= kPage);
@@ -138,7 +138,7 @@ extern "C" void OnReturn(const std::uint32_t *found)
     }
 }
 
-// The image calls the system; `saved` are its r4 to r11 and lr, which stand on its stack.
+// The image calls the system; `saved` are its r4 to r11 and lr, stored on its stack.
 extern "C" void OnSystemCall(std::uint32_t *saved)
 {
     const ImageStack &stack = ImageStack::OfThisThread();
@@ -146,7 +146,7 @@ extern "C" void OnSystemCall(std::uint32_t *saved)
     if (bottom < stack.Bottom() + kSystemsShare) {
         Fatal("a system call with less than 4 KB of the stack left");
     }
-    std::memset(saved - kOverwritten / sizeof *saved, 0x5C, kOverwritten); // no system keeps what is below the stack
+    std::memset(saved - kOverwritten / sizeof *saved, 0x5C, kOverwritten); // a system may overwrite these bytes
     ImageRegisters registers = {};
     std::copy_n(saved, 8, registers.words + 4);
     registers.sp() = bottom + 36;

@@ -1,7 +1,6 @@
-// The two ways between the system's side, which is this program, and the image's:
-// each side has its own stack, and each may be in ARM or in THUMB state. The run ends
-// when the image changes a register that it must keep, or when its stack cannot be
-// walked from a call of the system.
+// Calls between this program, which is the system, and the image. Each side has its own
+// stack and may be in ARM or THUMB state. The run ends when the image changes a register
+// that it must preserve, or when its stack cannot be walked from a call of the system.
 #pragma once
 
 #include <array>
@@ -12,7 +11,7 @@ namespace pavonix::device {
 using CallWords = std::array<std::uint32_t, 8>;
 
 // Calls a function of the image with up to eight words of arguments, on the image's
-// stack of this thread, and returns what it left in r0.
+// stack of this thread, and returns its r0.
 std::uint32_t CallImage(std::uint32_t function, const CallWords &words);
 
 // An address for the image at which `function` of this program can be called with

@@ -5,7 +5,7 @@
 #include <stdio.h>
 #include <string.h>
 
-/* Whether the file ends with the tag that closes its root element. */
+/* Returns whether the file ends with the tag that closes its root element. */
 static int is_complete(const char *file, const char *tag)
 {
     char end[65] = "";
@@ -30,7 +30,7 @@ int main(void)
         return 1;
     }
     if (!is_complete("list.xml", "</goods>")) {
-        printf("list.xml is missing or incomplete, though the server answered 200\n");
+        printf("list.xml is missing or incomplete, though the status was 200\n");
         return 1;
     }
     printf("stored list.xml\n");

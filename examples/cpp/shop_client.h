@@ -45,7 +45,7 @@ public:
         return true;
     }
 
-    // Whether the file exists and ends with this tag, which a result of 200 does not say.
+    // True if the file exists and ends with this tag; a result of 200 does not guarantee it.
     static bool IsComplete(const wchar_t *file, const char *closingTag)
     {
         const HANDLE stored = CreateFileW(file, GENERIC_READ, FILE_SHARE_READ, NULL, OPEN_EXISTING, 0, NULL);
@@ -90,8 +90,8 @@ private:
     typedef int(PAVONIX_CALL *BuyFunction)(const wchar_t *, const BuyGoodRequest *, BuyGoodResult *, const wchar_t *,
                                            int);
 
-    // A call that stores or sells nothing may call WSACleanup once or twice too often. Two
-    // more starts than the program needs keep its own sockets open through that.
+    // An unsuccessful call may call WSACleanup once or twice too often. Two more starts than
+    // the program needs keep its own sockets open.
     static void KeepWinsock()
     {
         WSADATA data;

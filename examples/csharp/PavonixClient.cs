@@ -1,9 +1,9 @@
 // The shop client for managed applications: .NET Compact Framework 2.0 and later, the
 // desktop's .NET Framework, and Mono. Written in C# 2.0, which Visual Studio 2005 has.
 //
-// Records cross as arrays of numbers and bytes, not as marshalled structures: arrays
-// of plain values are handed over as they are by every one of these runtimes, while
-// what each makes of a text inside a structure differs.
+// Records are passed as arrays of numbers and bytes, not as marshalled structures: all
+// these runtimes pass arrays of plain values unchanged, but differ in texts inside a
+// structure.
 using System;
 using System.IO;
 using System.Runtime.InteropServices;
@@ -15,7 +15,7 @@ namespace Pavonix
     public class Verdict
     {
         public int Status;             // what the call returned
-        public int ErrorCode;          // 0: the server sent none
+        public int ErrorCode;          // 0: no code was sent
         public string Message;
         public string ServerTimestamp; // for code 906, otherwise empty
     }
@@ -65,8 +65,8 @@ namespace Pavonix
             return verdict;
         }
 
-        // A call that stores or sells nothing may call WSACleanup once or twice too often.
-        // Two more starts than the program needs keep its own sockets open through that.
+        // An unsuccessful call may call WSACleanup once or twice too often. Two more starts
+        // than the program needs keep its own sockets open.
         static bool winsockIsKept = false;
 
         static void KeepWinsock()
@@ -99,7 +99,7 @@ namespace Pavonix
             return path.Replace('\\', Path.DirectorySeparatorChar);
         }
 
-        // Whether the file exists and ends with this tag, which a result of 200 does not say.
+        // True if the file exists and ends with this tag; a result of 200 does not guarantee it.
         public static bool IsComplete(string file, string closingTag)
         {
             file = NativePath(file);

@@ -23,8 +23,8 @@
 #define PAVONIX_VERSION_NUMBER 0x010100
 
 /* PavonixChar: one UTF-16 code unit, 16 bits, in the machine's byte order. It is
- * wchar_t wherever that has 16 bits, which gcc -fshort-wchar brings to Linux: texts
- * can then be written L"so".
+ * wchar_t if that has 16 bits, as with gcc -fshort-wchar on Linux: texts can then be
+ * written L"so".
  */
 #if defined(_WIN32) || defined(_WIN32_WCE) || (defined(__SIZEOF_WCHAR_T__) && __SIZEOF_WCHAR_T__ == 2)
 #include <stddef.h>
@@ -33,8 +33,8 @@ typedef wchar_t PavonixChar;
 typedef char16_t PavonixChar;
 #else
 typedef unsigned short PavonixChar;
-/* L"so" has 32-bit units here, and a call that is given it finds no file and no
- * host. Newer compilers refuse it by themselves. Compile with -fshort-wchar, or
+/* L"so" has 32-bit units here, and a call that receives it finds no file and
+ * no host. Newer compilers refuse it by themselves. Compile with -fshort-wchar, or
  * write u"so" (C11).
  */
 #if defined(__GNUC__) && !defined(__cplusplus)
@@ -111,15 +111,15 @@ typedef struct BuyGoodResult {
     PavonixChar serverTimestamp[PAVONIX_TIMESTAMP_ROOM];
 } BuyGoodResult;
 
-/* The address of a BuyGoodRoomyResult, and of nothing else, as GetBuyGood takes it. */
+/* The address of a BuyGoodRoomyResult, checked by the compiler, as GetBuyGood takes it. */
 #define PAVONIX_RESULT(roomy) ((BuyGoodResult *)(1 ? (roomy) : (BuyGoodRoomyResult *)0))
 
 /* Return values of all three calls. Any other value is the HTTP status as the
- * server sent it; a server that answers status 0 or 1 cannot be told apart.
+ * server sent it; a server that sends the status 0 or 1 cannot be recognised.
  */
 #define PAVONIX_FAILED 0 /* no reply status was obtained; no file was touched */
 #define PAVONIX_KEPT 1   /* downloads: force was 0 and the target file exists; nothing was sent */
-#define PAVONIX_OK 200   /* the server answered 200; a download may still be cut short or not be storable */
+#define PAVONIX_OK 200   /* the status was 200; a download may still be cut short or not stored */
 
 /* Stores one page of the catalogue, as XML, in the file targetPath.
  *

@@ -1,4 +1,4 @@
-// How a reply's start is received.
+// Sizes of the first reception of a reply.
 #pragma once
 
 #include <cstdint>

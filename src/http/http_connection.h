@@ -17,8 +17,8 @@ namespace pavonix {
 // error text. Every socket call blocks without a time-out. An object
 // belongs to one thread.
 //
-// Order of use: SetUserAgent, AddHeader, AddFormField as needed, then Get or
-// Post; on 1, the accessors of the reply and Receive; then Close or destruction.
+// Order of use: SetUserAgent, AddHeader, AddFormField as needed, then Get or Post; if
+// that returned 1, the reply's accessors and Receive; then Close or destruction.
 class HttpConnection {
 public:
     HttpConnection() = default;

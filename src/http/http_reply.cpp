@@ -15,7 +15,7 @@ const char *HttpConnection::ReceiveHead()
         return headArea_;
     }
     char area[kFirstReception + 1] = {};
-    // The byte count is not kept: what did not arrive counts as zeros from here on.
+    // The byte count is not kept: missing bytes count as zeros from here on.
     platform::ReceiveSocket(socket_, area, kFirstReception);
     const std::int32_t blankLine = FindText(area, "\r\n\r\n", 0);
     headLength_ = blankLine < 0 ? kHeadLengthWithoutEnd : static_cast<std::uint32_t>(blankLine) + 4;

@@ -20,7 +20,7 @@ constexpr int kIpProtoTcp = 6;
 HttpConnection::~HttpConnection()
 {
     // Calls WSACleanup once more if Close has run already. That is intended: each
-    // connection object ends with one WSACleanup, whatever happened before.
+    // connection object ends with one WSACleanup in any case.
     Close();
 }
 
@@ -83,7 +83,7 @@ int HttpConnection::Send(ZtString text)
 int HttpConnection::SendText(const ZtString &text)
 {
     if (!text.complete()) {
-        return 0; // without memory for all of it, it could ask for something else
+        return 0; // a request that lost a piece could ask for something else
     }
     return platform::SendSocket(socket_, text.c_str(), text.length()) == platform::kSocketError ? 0 : 1;
 }

@@ -92,8 +92,8 @@ constexpr bool BeginsLikeHttp(std::string_view reply)
     return reply.starts_with(kName) || kName.starts_with(reply);
 }
 
-// reply: all that was seen of it. atOnce: how many of these bytes the first reception
-// got. ended: whether nothing follows them.
+// reply: the bytes seen so far. atOnce: the number of them in the first reception.
+// ended: no more bytes follow.
 constexpr HeadFault FindHeadFault(std::string_view reply, std::size_t atOnce, bool ended)
 {
     constexpr std::string_view kEnd = "\r\n\r\n";
@@ -123,8 +123,8 @@ constexpr HeadFault FindHeadFault(std::string_view reply, std::size_t atOnce, bo
     return end == reply.npos && ended ? HeadFault::kWithoutEnd : HeadFault::kInPieces;
 }
 
-// How the first reception's share of a body comes about. headLength and announced:
-// as the library has them. arrived: bytes of the first reception.
+// The part of a body that the library takes from the first reception. headLength and
+// announced: as the library has read them. arrived: bytes of the first reception.
 struct BodyStart {
     constexpr BodyStart(std::size_t headLength, std::uint32_t announced, std::size_t arrived)
         : taken(std::min<std::size_t>(announced == 0 ? kFirstReception : announced, kFirstReception - headLength)),
@@ -135,11 +135,11 @@ struct BodyStart {
 
     std::size_t taken; // body bytes that the library takes from the first reception
     std::size_t bytes; // body bytes that arrived in it
-    std::size_t zeros; // taken although they had not arrived: the last ones of `taken`
+    std::size_t zeros; // the last ones of `taken`, which had not arrived
 };
 
-// The library's view of a reply. Names are found as they are spelled, anywhere, the
-// first one counts, and all texts end at the first zero byte.
+// The library's view of a reply. Names are case-sensitive and found anywhere; the first
+// match counts. All texts end at the first zero byte.
 class ReplyFacts {
 public:
     // received: the bytes of the first reception, which must outlive the object.
@@ -206,7 +206,7 @@ private:
     }
 
     std::string_view received_;
-    std::string_view text_; // what names are looked up in
+    std::string_view text_; // in which names are looked up
     bool headIsWhole_ = false;
     std::size_t headLength_ = 0;
     std::uint32_t announced_ = 0;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kScheme = "http://"; // the one there is
 
-// The "C" locale's letters and digits, whatever locale the process has set.
+// The "C" locale's letters and digits, independent of the process's locale.
 bool IsDigit(char c)
 {
     return c >= '0' && c <= '9';

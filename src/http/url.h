@@ -10,7 +10,7 @@ namespace pavonix {
 // "http://host[:port]/path[?query]", or the same without the scheme. The pieces
 // view the text they were cut from.
 struct UrlParts {
-    bool valid = false;      // false: another scheme, no host (a port only is none), or no "/" after it
+    bool valid = false;      // false: another scheme, no host (a port alone is not one), or no "/" after it
     std::string_view host;   // with its port suffix, as the Host line carries it
     std::string_view target; // from the first "/" after the host; empty when that is all there is
 };

@@ -1,6 +1,5 @@
-// The short way through the code pages for ASCII, which nearly all texts of a
-// call are. The ports convert other texts one character at a time, with calls of
-// the system's converter for each.
+// Fast conversion of ASCII, which nearly all texts of a call are. The ports convert other
+// texts one character at a time, with calls of the system's converter for each.
 #pragma once
 
 #include "platform/code_pages.h"
@@ -9,7 +8,7 @@
 
 namespace pavonix::platform {
 
-// Whether all units are ASCII and the code page is known to have ASCII as it is.
+// True if all units are ASCII and the code page is known to contain ASCII unchanged.
 template <typename Unit>
 bool IsAscii(std::uint32_t codePage, const Unit *text, int length)
 {

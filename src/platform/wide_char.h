@@ -1,5 +1,5 @@
 // The one UTF-16 code unit type of the library, 16 bits on every platform, and
-// how units make characters.
+// the number of units of a character.
 #pragma once
 
 namespace pavonix {
@@ -12,7 +12,7 @@ using WideChar = char16_t;
 
 static_assert(sizeof(WideChar) == 2, "wide text is UTF-16 on every platform");
 
-// How many of `length` units the first character takes: 2 for a pair of surrogates.
+// The units that the first character of `length` units takes: 2 for a surrogate pair.
 inline int UnitsOfCharacter(const WideChar *text, int length)
 {
     return length > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00 ? 2 : 1;

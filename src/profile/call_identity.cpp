@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int32_t kFractionDivisor = 999; // not 1000: servers in the field expect 000 to 998
 
-// What the engine did last, for the tracing build.
+// The log of the engine's last operation, for the tracing build.
 [[maybe_unused]] ZtString LogOf(ZtRsa *rsa)
 {
     ZtString log;
@@ -24,9 +24,9 @@ void SetUp(ZtRsa *rsa, const DeviceProfile &profile)
     rsa->put_OAEP(true);
     rsa->put_EncodingMode("base64");
     (void)rsa->ImportPublicKey(profile.publicKeyXml().c_str());
-    PAVONIX_TRACE_HOOK(TellEngine(LogOf(rsa).c_str()));
+    PAVONIX_TRACE_HOOK(WriteEngineLog(LogOf(rsa).c_str()));
     (void)rsa->ImportPrivateKey(profile.privateKeyXml().c_str());
-    PAVONIX_TRACE_HOOK(TellEngine(LogOf(rsa).c_str()));
+    PAVONIX_TRACE_HOOK(WriteEngineLog(LogOf(rsa).c_str()));
 }
 
 // The local time, "2010-3-5 9:7:3.042". The three digits are the tick count modulo
@@ -50,8 +50,8 @@ CallIdentity::CallIdentity(const WideChar *profilePath)
 {
     DeviceProfile &profile = Profile();
     profile.Read(profilePath);
-    PAVONIX_TRACE_HOOK(TellProfile({profile.userId(), profile.userSerial().length(), profile.userAgent().length(),
-                                    profile.publicKeyXml().length(), profile.privateKeyXml().length()}));
+    PAVONIX_TRACE_HOOK(WriteProfile({profile.userId(), profile.userSerial().length(), profile.userAgent().length(),
+                                     profile.publicKeyXml().length(), profile.privateKeyXml().length()}));
     SetUp(&Rsa(), profile);
 }
 
@@ -82,7 +82,7 @@ ZtString CallIdentity::UserCert() const
     ZtString token; // also empty if memory runs out midway
     ZtRsa &rsa = Rsa();
     (void)rsa.EncryptStringENC(MakeTimestamp().c_str(), true, &token);
-    PAVONIX_TRACE_HOOK(TellEngine(LogOf(&rsa).c_str()));
+    PAVONIX_TRACE_HOOK(WriteEngineLog(LogOf(&rsa).c_str()));
     return token;
 }
 

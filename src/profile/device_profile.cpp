@@ -9,8 +9,8 @@ namespace pavonix {
 namespace {
 
 // The value of the key at `position`: the text after the next ": ", or the whole line
-// when there is none.
-const char *ValueBehind(const char *line, std::int32_t position)
+// without one.
+const char *ValueAfter(const char *line, std::int32_t position)
 {
     const std::int32_t separator = FindText(line, ": ", position);
     return separator < 0 ? line : line + separator + 2;
@@ -53,7 +53,7 @@ void DeviceProfile::TakeLine(const char *line)
         if (position < 0) {
             continue;
         }
-        const char *value = ValueBehind(line, position);
+        const char *value = ValueAfter(line, position);
         if (key.text != nullptr) {
             key.text->Set(value);
         } else {

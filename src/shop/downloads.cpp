@@ -46,8 +46,8 @@ private:
     HttpConnection &connection_;
 };
 
-// Stores the reply's body in the target file. Errors here are not reported: 200 means
-// that the server answered 200, not that the file is complete.
+// Stores the reply's body in the target file. Errors here are not reported: 200 is
+// the server's status and does not mean that the file is complete.
 void StoreBody(HttpConnection *connection, const WideChar *targetPath)
 {
     WideChar folder[260] = {}; // only its size matters: a longer folder is not made
@@ -75,9 +75,9 @@ int Fetch(const DownloadCall &call, const UrlText &url, HttpConnection &connecti
 {
     const CallIdentity identity(call.profilePath);
     ZtByteData reply; // a download does not use it
-    const bool answered = AddIdentity(identity, &connection) &&
-                          connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(call.port)) != 0;
-    const std::int32_t status = answered ? ReplyStatus(connection) : PAVONIX_FAILED;
+    const bool replied = AddIdentity(identity, &connection) &&
+                         connection.Get(url.c_str(), &reply, static_cast<std::uint32_t>(call.port)) != 0;
+    const std::int32_t status = replied ? ReplyStatus(connection) : PAVONIX_FAILED;
     if (status != PAVONIX_OK) {
         connection.Close();
         connection.Reset();

@@ -81,7 +81,7 @@ int Buy(const WideChar *profilePath, const BuyGoodRequest &request, BuyGoodResul
     }
     const CallIdentity identity(profilePath);
     const bool whole = AddIdentity(identity, &connection) && AddPurchase(identity, request, &connection);
-    ZtByteData reply; // not used: the connection keeps what is needed
+    ZtByteData reply; // not used: the connection keeps the reply
     if (!whole || connection.Post(url.c_str(), &reply, static_cast<std::uint32_t>(port)) == 0) {
         connection.Close();
         connection.Reset();

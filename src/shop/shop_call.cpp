@@ -33,7 +33,7 @@ bool AddIdentity(const CallIdentity &identity, HttpConnection *connection)
 std::int32_t ReplyStatus(const HttpConnection &connection)
 {
     PAVONIX_TRACE_HOOK(
-        TellReply(connection.GetHeadBuffer(), connection.GetHeadLength(), connection.GetContentLength()));
+        WriteReply(connection.GetHeadBuffer(), connection.GetHeadLength(), connection.GetContentLength()));
     return ParseStatus(connection.head());
 }
 

@@ -1,4 +1,4 @@
-// What the three calls have in common.
+// Steps that the three calls share.
 #pragma once
 
 #include "http/http_connection.h"

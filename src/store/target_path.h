@@ -15,7 +15,7 @@ enum class PathKind {
     kFile,    // at least one match is not a folder
 };
 
-// What exists at a path, which may contain wildcards.
+// Finds out what exists at a path, which may contain wildcards.
 PathKind ProbePath(const WideChar *path);
 
 // Creates the last folder of a file path if it is missing; its parent must exist. True

@@ -1,4 +1,4 @@
-// What the parts of the tracing know of the call that is running.
+// The state of the running call, shared by the parts of the trace.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@ struct CallState {
     bool replied;          // the library has looked at a reply
     bool afterFirst;       // the first reception of the connection is over
     int firstReceived;     // its result: bytes, 0 at the end of the stream, or -1
-    std::uint32_t error;   // the system's error number behind a first result of -1
+    std::uint32_t error;   // the system's error number if the first result is -1
     std::int64_t later;    // bytes received after it
     std::int32_t pieces;   // in so many receptions
     std::int64_t streamed; // bytes read from or written to the open stream

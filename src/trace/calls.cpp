@@ -1,5 +1,5 @@
-// The three calls of the tracing build: the ordinary ones, which this build knows by
-// other names, with their arguments and their answers told.
+// The three calls of the tracing build. They write arguments and results to the trace
+// and call the ordinary ones, which have other names in this build.
 #include "pavonix/pavonix.h"
 #include "platform/clock.h"
 #include "platform/export.h"
@@ -27,19 +27,19 @@ void Begin(const char *name, bool download, const WideChar *profilePath)
     line.Number(now.hour).Text(":").Number(now.minute).Text(":").Number(now.second);
 }
 
-void TellAddresses(const WideChar *profilePath, const WideChar *baseUrl, int port)
+void WriteAddresses(const WideChar *profilePath, const WideChar *baseUrl, int port)
 {
     Line("profile path: ").Wide(profilePath, kLongestText);
     Line("base URL: ").Wide(baseUrl, kLongestText).Text(", port ").Number(port);
 }
 
-void TellTarget(const WideChar *targetPath, int force)
+void WriteTarget(const WideChar *targetPath, int force)
 {
     Line("target path: ").Wide(targetPath, kLongestText).Text(", force ").Number(force);
 }
 
 // Fields that the call did not write hold what the caller put there.
-void TellRecord(const BuyGoodResult *result, int status)
+void WriteRecord(const BuyGoodResult *result, int status)
 {
     if (result == nullptr || status == PAVONIX_OK || !state.replied) {
         Line("the record was not touched");
@@ -54,14 +54,14 @@ void TellRecord(const BuyGoodResult *result, int status)
     }
 }
 
-int End(int answer)
+int End(int result)
 {
-    if (answer == PAVONIX_FAILED && !state.started) {
+    if (result == PAVONIX_FAILED && !state.started) {
         Line("nothing was sent: the URL is not of the form http://host/path with less than 256 bytes, query included,"
              " or the request record is missing");
     }
-    Line("returned ").Number(answer);
-    return answer;
+    Line("returned ").Number(result);
+    return result;
 }
 
 } // namespace
@@ -74,8 +74,8 @@ PAVONIX_EXPORT int PAVONIX_CALL GetGoodListXml(const PavonixChar *profilePath, c
 {
     using namespace pavonix::trace;
     Begin("GetGoodListXml", true, profilePath);
-    TellAddresses(profilePath, baseUrl, port);
-    TellTarget(targetPath, force);
+    WriteAddresses(profilePath, baseUrl, port);
+    WriteTarget(targetPath, force);
     if (request != nullptr) {
         Line line("request: type ");
         line.Number(request->type).Text(", category ").Number(request->category).Text(", sort ");
@@ -90,8 +90,8 @@ PAVONIX_EXPORT int PAVONIX_CALL GetOneGoodXml(const PavonixChar *profilePath, co
 {
     using namespace pavonix::trace;
     Begin("GetOneGoodXml", true, profilePath);
-    TellAddresses(profilePath, baseUrl, port);
-    TellTarget(targetPath, force);
+    WriteAddresses(profilePath, baseUrl, port);
+    WriteTarget(targetPath, force);
     if (request != nullptr) {
         Line("request: type ").Number(request->type).Text(", id ").Number(request->id);
     }
@@ -103,7 +103,7 @@ PAVONIX_EXPORT int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const
 {
     using namespace pavonix::trace;
     Begin("GetBuyGood", false, profilePath);
-    TellAddresses(profilePath, baseUrl, port);
+    WriteAddresses(profilePath, baseUrl, port);
     if (request != nullptr) {
         Line("request: type ")
             .Number(request->type)
@@ -112,7 +112,7 @@ PAVONIX_EXPORT int PAVONIX_CALL GetBuyGood(const PavonixChar *profilePath, const
             .Text(", force ")
             .Number(request->force);
     }
-    const int answer = UntracedGetBuyGood(profilePath, request, result, baseUrl, port);
-    TellRecord(result, answer);
-    return End(answer);
+    const int status = UntracedGetBuyGood(profilePath, request, result, baseUrl, port);
+    WriteRecord(result, status);
+    return End(status);
 }

@@ -1,4 +1,4 @@
-// In front of the platform's files: each operation with its result.
+// Wraps the platform's file functions and writes each operation with its result.
 #include "platform/last_error.h"
 #include "trace/call_state.h"
 #include "trace/line.h"
@@ -10,11 +10,11 @@ namespace {
 
 constexpr int kLongestPath = 1000;
 
-// "what path: outcome", with the system's error when it failed.
-void TellOutcome(const char *what, const WideChar *path, const char *outcome)
+// "operation path: outcome". A null outcome means failure: the system's error follows.
+void WriteOutcome(const char *operation, const WideChar *path, const char *outcome)
 {
     const std::uint32_t error = outcome == nullptr ? LastSystemError() : 0;
-    Line line(what);
+    Line line(operation);
     line.Wide(path, kLongestPath);
     if (outcome != nullptr) {
         line.Text(": ").Text(outcome);
@@ -31,29 +31,29 @@ FindHandle *__wrap_FindFirst(const WideChar *path, FindRecord *record)
 {
     FindHandle *search = __real_FindFirst(path, record);
     const char *found = (record->attributes & kAttributeDirectory) != 0 ? "a folder" : "a file";
-    TellOutcome("look for ", path, search == nullptr ? "nothing" : found);
+    WriteOutcome("look for ", path, search == nullptr ? "nothing" : found);
     return search;
 }
 
 bool __wrap_CreateFolder(const WideChar *path)
 {
     const bool made = __real_CreateFolder(path);
-    TellOutcome("make the folder ", path, made ? "done" : nullptr);
+    WriteOutcome("make the folder ", path, made ? "done" : nullptr);
     return made;
 }
 
 bool __wrap_RemoveFile(const WideChar *path)
 {
     const bool removed = __real_RemoveFile(path);
-    TellOutcome("delete ", path, removed ? "done" : nullptr);
+    WriteOutcome("delete ", path, removed ? "done" : nullptr);
     return removed;
 }
 
 Stream *__wrap_OpenStream(const WideChar *path, StreamMode mode)
 {
     Stream *stream = __real_OpenStream(path, mode);
-    TellOutcome(mode == StreamMode::kRead ? "open for reading " : "open for writing ", path,
-                stream == nullptr ? nullptr : "done");
+    WriteOutcome(mode == StreamMode::kRead ? "open for reading " : "open for writing ", path,
+                 stream == nullptr ? nullptr : "done");
     state.streamed = 0;
     return stream;
 }

@@ -10,8 +10,8 @@ namespace pavonix::trace {
 
 namespace {
 
-// Which bytes of the file will be zeros, because they were not there in time.
-void TellZeros(const BodyStart &body)
+// The bytes of the file that will be zeros because they arrived too late.
+void WriteZeros(const BodyStart &body)
 {
     const auto bytes = static_cast<std::int64_t>(body.bytes);
     const auto taken = static_cast<std::int64_t>(body.taken);
@@ -29,7 +29,7 @@ void TellZeros(const BodyStart &body)
 
 } // namespace
 
-void TellProfile(const ProfileFacts &profile)
+void WriteProfile(const ProfileFacts &profile)
 {
     Line line("profile: User-Id ");
     line.Number(profile.userId);
@@ -39,7 +39,7 @@ void TellProfile(const ProfileFacts &profile)
     line.Text(", Private-Key ").Number(profile.privateKeyLength).Text(" characters");
 }
 
-void TellEngine(const char *log)
+void WriteEngineLog(const char *log)
 {
     std::string_view rest(log);
     while (!rest.empty()) {
@@ -55,7 +55,7 @@ void TellEngine(const char *log)
     }
 }
 
-void TellReply(const char *start, std::uint32_t headLength, std::uint32_t contentLength)
+void WriteReply(const char *start, std::uint32_t headLength, std::uint32_t contentLength)
 {
     state.replied = true;
     const auto received = static_cast<std::size_t>(state.firstReceived > 0 ? state.firstReceived : 0);
@@ -81,7 +81,7 @@ void TellReply(const char *start, std::uint32_t headLength, std::uint32_t conten
             .Number(static_cast<std::int64_t>(body.taken))
             .Text(" bytes after the head, filled up with zeros, and no more");
     }
-    TellZeros(body);
+    WriteZeros(body);
 }
 
 } // namespace pavonix::trace

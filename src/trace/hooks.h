@@ -1,6 +1,6 @@
 // The few places of a call that know more than the platform does report it to the
 // tracing build, in plain values. A macro, so that to the compiler of the ordinary
-// build there is nothing: its code is, byte for byte, that of sources without these lines.
+// build they do not exist: its code is the same, byte for byte, without these lines.
 #pragma once
 
 #include <cstdint>
@@ -14,14 +14,14 @@ struct ProfileFacts {
     std::int32_t publicKeyLength;
     std::int32_t privateKeyLength;
 };
-void TellProfile(const ProfileFacts &profile);
+void WriteProfile(const ProfileFacts &profile);
 
-// log: the engine's, of the operation just done.
-void TellEngine(const char *log);
+// log: the engine's log of its last operation.
+void WriteEngineLog(const char *log);
 
 // start: the first reception, as far as the library keeps it. The lengths are those
 // that the library has read from it.
-void TellReply(const char *start, std::uint32_t headLength, std::uint32_t contentLength);
+void WriteReply(const char *start, std::uint32_t headLength, std::uint32_t contentLength);
 
 } // namespace pavonix::trace
 

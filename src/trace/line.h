@@ -10,14 +10,14 @@
 
 namespace pavonix::trace {
 
-// Chooses the file for the lines to come, the profile's path with ".trace.txt"
-// after it. A file of more than 1 MB is begun anew. Without a path, or with one
-// that is too long, nothing is written.
+// Sets the file for the following lines: the profile's path with ".trace.txt" after
+// it. A file of more than 1 MB is started again. Nothing is written without a path or
+// if it is too long.
 void ChooseFile(const WideChar *profilePath);
 
 // One line. It is in the file when the object is gone, so that a call that hangs or
-// crashes has left what it did before. What cannot be written is lost without a word:
-// tracing changes no call.
+// crashes leaves the lines before that. Write errors are ignored: tracing must not
+// affect the call.
 class Line {
 public:
     explicit Line(const char *start);

@@ -1,5 +1,5 @@
-// The platform behind the tracing: what the linker calls __real_NAME for each
-// function that it makes the library reach as __wrap_NAME.
+// The platform's functions that the trace wraps: the linker gives them the names
+// __real_NAME and directs the library's calls to __wrap_NAME.
 #pragma once
 
 #include "platform/files.h"

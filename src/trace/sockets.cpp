@@ -1,4 +1,4 @@
-// In front of the platform's sockets: each call with its result.
+// Wraps the platform's socket functions and writes each call with its result.
 #include "platform/last_error.h"
 #include "trace/call_state.h"
 #include "trace/line.h"
@@ -12,22 +12,22 @@ namespace pavonix::trace {
 
 namespace {
 
-void TellError(const char *call, std::uint32_t error)
+void WriteError(const char *call, std::uint32_t error)
 {
     Line(call).Text(" failed, system error ").Number(error);
 }
 
-void TellResult(const char *done, const char *call, std::uint32_t error)
+void WriteResult(const char *done, const char *call, std::uint32_t error)
 {
     if (error == 0) {
         Line{done};
     } else {
-        TellError(call, error);
+        WriteError(call, error);
     }
 }
 
-// A request, but for the token's text: whoever has that can buy with it once.
-void TellRequest(const char *bytes, int length)
+// Leaves out the token's text, with which a reader of the trace could buy once.
+void WriteRequest(const char *bytes, int length)
 {
     const std::string_view request(bytes, static_cast<std::size_t>(length));
     Line line("sending ");
@@ -45,7 +45,7 @@ void TellRequest(const char *bytes, int length)
     line.Bytes(request.substr(end));
 }
 
-void TellLaterReceptions()
+void WriteLaterReceptions()
 {
     if (state.pieces > 0) {
         Line("received ").Number(state.later).Text(" bytes more in ").Number(state.pieces).Text(" pieces");
@@ -53,7 +53,7 @@ void TellLaterReceptions()
     }
 }
 
-void TellFirstReception(const char *bytes, int received)
+void WriteFirstReception(const char *bytes, int received)
 {
     state.afterFirst = true;
     state.firstReceived = received;
@@ -62,7 +62,7 @@ void TellFirstReception(const char *bytes, int received)
     } else if (received == 0) {
         Line("the server closed the connection without a byte");
     } else {
-        TellError("receive", LastSystemError());
+        WriteError("receive", LastSystemError());
     }
 }
 
@@ -74,7 +74,7 @@ int __wrap_StartWinsock(std::uint16_t version, std::uint16_t *granted)
 {
     state.started = true;
     const int error = __real_StartWinsock(version, granted);
-    TellResult("Winsock started", "start of Winsock", static_cast<std::uint32_t>(error));
+    WriteResult("Winsock started", "start of Winsock", static_cast<std::uint32_t>(error));
     return error;
 }
 
@@ -100,16 +100,16 @@ int __wrap_ConnectSocket(Socket socket, const SocketAddress *address, int addres
     state.afterFirst = false;
     Line("connecting to port ").Number(address->port[0] * 256 + address->port[1]);
     const int result = __real_ConnectSocket(socket, address, addressLength);
-    TellResult("connected", "connect", result == 0 ? 0 : LastSystemError());
+    WriteResult("connected", "connect", result == 0 ? 0 : LastSystemError());
     return result;
 }
 
 int __wrap_SendSocket(Socket socket, const char *bytes, int length)
 {
-    TellRequest(bytes, length);
+    WriteRequest(bytes, length);
     const int sent = __real_SendSocket(socket, bytes, length);
     if (sent < 0) {
-        TellError("send", LastSystemError());
+        WriteError("send", LastSystemError());
     } else if (sent < length) {
         Line("the system took only ").Number(sent).Text(" bytes of it");
     }
@@ -121,7 +121,7 @@ int __wrap_ReceiveSocket(Socket socket, char *bytes, int length)
     if (!state.afterFirst) {
         Line("waiting for the reply");
         const int received = __real_ReceiveSocket(socket, bytes, length);
-        TellFirstReception(bytes, received);
+        WriteFirstReception(bytes, received);
         return received;
     }
     if (state.pieces == 0) {
@@ -133,15 +133,15 @@ int __wrap_ReceiveSocket(Socket socket, char *bytes, int length)
         ++state.pieces;
     } else {
         const std::uint32_t error = LastSystemError();
-        TellLaterReceptions();
-        TellResult("the server closed the connection", "receive", received == 0 ? 0 : error);
+        WriteLaterReceptions();
+        WriteResult("the server closed the connection", "receive", received == 0 ? 0 : error);
     }
     return received;
 }
 
 int __wrap_CloseSocket(Socket socket)
 {
-    TellLaterReceptions();
+    WriteLaterReceptions();
     const int result = __real_CloseSocket(socket);
     Line(result == 0 ? "close the connection: done" : "close the connection: failed");
     return result;

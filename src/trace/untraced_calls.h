@@ -1,4 +1,4 @@
-// The three calls themselves, which the tracing build knows by other names.
+// The three ordinary calls under the names that they have in the tracing build.
 #pragma once
 
 #include "pavonix/pavonix.h"

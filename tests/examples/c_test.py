@@ -69,7 +69,7 @@ class CTest(ExampleTest):
 
     def test_example_stores_a_page(self):
         body, short = b"<goods>" + bytes(range(256)) * 20 + b"</goods>", b"<goods></goods>"
-        incomplete = (1, ["list.xml is missing or incomplete, though the server answered 200"])
+        incomplete = (1, ["list.xml is missing or incomplete, though the status was 200"])
         ends = [(body, (0, ["stored list.xml"])), (short, (0, ["stored list.xml"])), (body[:-1], incomplete)]
         languages = [LANGUAGES[0], LANGUAGES[2]]
         port = self.start_shop(*[reply("200 OK", sent) for sent, _ in ends] * 2, reply("404 Not Found", b""),

@@ -162,7 +162,7 @@ int BytesToWide(std::uint32_t codePage, const char *bytes, int length, WideChar 
             sink.Put(encoded, sizeof encoded - left);
             i += count;
         } else {
-            // what the system has for a byte that the code page leaves undefined
+            // the system's result for a byte that the code page leaves undefined
             const std::uint8_t byte = static_cast<std::uint8_t>(bytes[i]);
             const WideChar unit = codePage == kUtf8CodePage ? 0xFFFD : byte;
             sink.Put(reinterpret_cast<const char *>(&unit), sizeof unit);

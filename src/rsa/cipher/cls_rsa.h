@@ -1,4 +1,4 @@
-// The RSA component behind the facade ZtRsa: a class with properties (put_, get_) and
+// The RSA component that the facade ZtRsa uses: a class with properties (put_, get_) and
 // operations that log what they did.
 #pragma once
 
@@ -48,7 +48,7 @@ private:
 
     bool verboseLogging_ = false;
     bool oaep_ = false;
-    [[maybe_unused]] bool reserved1_ = false; // the reserved flags keep the component's layout
+    [[maybe_unused]] bool reserved1_ = false; // the reserved flags are unused; the component's data layout has them
     bool littleEndian_ = true;
     [[maybe_unused]] bool reserved2_ = false;
     RsaKey key_;

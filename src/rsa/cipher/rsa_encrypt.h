@@ -12,7 +12,7 @@ namespace pavonix {
 
 enum class RsaPadding : std::int32_t { kPkcs1 = 1, kOaep = 2 };
 
-// How a text is encrypted, the same for all its blocks.
+// The settings of an encryption, the same for all blocks.
 struct RsaSettings {
     const RsaKey &key;
     KeyType exponent;

@@ -10,8 +10,8 @@ bool Fail(LogBase &log, const char *reason)
     return false;
 }
 
-// c = m^d mod N from the primes and their exponents. Neither d nor N is needed, and no
-// part is trusted: whatever it holds, each step has a result or an error code.
+// c = m^d mod N from the primes and their exponents. Neither d nor N is needed. No
+// part is trusted: for any value, each step has a result or an error code.
 bool ApplyPrivateKey(const mp_int &m, const RsaKey &key, mp_int *c, LogBase &log)
 {
     mp_int a;

@@ -9,8 +9,8 @@
 
 namespace pavonix {
 
-// Whether a result shorter than the input gets leading zeros up to the input's length.
-// It only does when that length is the modulus bit length divided by 8, not rounded up.
+// kExtend: a result shorter than the input gets leading zeros up to the input's length,
+// but only if that length is the modulus bit length divided by 8, not rounded up.
 enum class LeadingZeros { kNone, kExtend };
 
 // Takes the input as a big-endian integer, raises it to the public exponent, or to the

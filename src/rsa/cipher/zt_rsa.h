@@ -46,8 +46,8 @@ public:
     // it is empty.
     [[nodiscard]] bool EncryptStringENC(const char *text, bool usePrivateKey, ZtString *result);
 
-    // What the last import or encryption logged, as plain text; replaces `text`, which
-    // is incomplete if memory ran out.
+    // Replaces `text` by the log of the last import or encryption, as plain text;
+    // incomplete if memory ran out.
     void get_LastErrorText(ZtString *text);
 
 private:

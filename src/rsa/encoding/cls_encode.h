@@ -1,5 +1,5 @@
-// The encoder of a component, chosen by name, and the names. Cls is short for class:
-// the components behind the facade have this prefix.
+// The encoder of a component, chosen by name, and the names. Cls is short for class, the
+// prefix of the components that the facade uses.
 #pragma once
 
 #include "rsa/text/data_buffer.h"

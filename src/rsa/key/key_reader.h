@@ -6,9 +6,9 @@
 
 namespace pavonix {
 
-// `xml` is zero-terminated UTF-8. Of the root element, whatever its name, the
-// first direct child of each of these names counts, its content being the base64
-// text of a big-endian integer:
+// `xml` is zero-terminated UTF-8. The root element may have any name;
+// its first direct child of each of these names counts. The content is the base64 text
+// of a big-endian integer:
 //
 //     Modulus, Exponent       always needed
 //     P                       makes the key a private one
@@ -16,8 +16,8 @@ namespace pavonix {
 //
 // An element that cannot be read fails the import, and the log names it. Whether the
 // parts belong together is not tested. `key` is not cleared first: a part without an
-// element keeps its value, and a failure keeps what was read before it. `verbose` logs the parts' bit counts, and the
-// modulus itself.
+// element keeps its value, and a failure keeps the parts read before it. `verbose` logs
+// the parts' bit counts and the modulus.
 [[nodiscard]] bool ReadKey(const char *xml, RsaKey *key, bool verbose, LogBase &log);
 
 } // namespace pavonix

@@ -187,7 +187,7 @@ void ParseEngine::Close()
     }
 }
 
-// When memory runs out: an incomplete tree would look like another document.
+// Called when memory runs out: an incomplete tree would look like another document.
 void ParseEngine::GiveUp()
 {
     root_.reset();

@@ -11,7 +11,7 @@ namespace pavonix {
 // processing instructions and the document type are skipped; CDATA sections,
 // the five named and all numeric character references count as text; every line
 // end (CR, LF or CR LF) becomes one line feed. Text that is not well formed is read as
-// follows: an end tag closes the innermost open element whatever its name; an element
+// follows: an end tag closes the innermost open element, of any name; an element
 // that is never closed ends with the text; a tag without '>' is ignored; an invalid
 // reference and a '<' that opens no markup are ordinary characters. Parsing ends with
 // the root element.

@@ -11,7 +11,7 @@ enum class KeyType : std::int32_t { kPublic = 0, kPrivate = 1 };
 
 // Starts as an empty public key.
 struct RsaKey {
-    std::int32_t cachedBitLength = 0; // of the modulus; 0, as nothing sets it, means "count the bits"
+    std::int32_t cachedBitLength = 0; // of the modulus; never set: 0 means "count the bits"
     KeyType type = KeyType::kPublic;
     mp_int e; // public exponent
     mp_int d; // private exponent, read but not used: the Chinese remainder form needs only p to dQ

@@ -15,7 +15,7 @@ public:
 
     LogBase &log() { return log_; }
     bool lastMethodSuccess() const { return lastMethodSuccess_; } // like log(), not used by the three calls
-    // What the last public operation logged, as plain text; replaces `text`.
+    // Replaces `text` by the log of the last public operation, as plain text.
     void GetLastErrorText(StringBuffer *text) { log_.getLogText(text); }
 
     // The first act of a public operation: the log then describes this operation

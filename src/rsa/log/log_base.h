@@ -73,11 +73,11 @@ private:
     }
 };
 
-// A further log of the component, which keeps nothing. Nothing in the library makes one.
+// Another log that discards everything; part of the component's interface, unused here.
 class ErrorLog : public LogBase {};
 
-// A context of the log that is left on every path out of the scope. `tag` must not be
-// blank: a blank tag opens no context.
+// A context of the log that is left on every path out of the scope. `tag` must not
+// be empty or all spaces: such a tag opens no context.
 class LogContext {
 public:
     LogContext(LogBase &log, const char *tag) : log_(log) { log_.enterContext(tag); }

@@ -9,7 +9,7 @@
 
 namespace pavonix {
 
-// What an entry is; the renderings differ by it.
+// The kind of an entry, which decides how it is rendered.
 enum class LogEntryKind : char {
     kError = 'E',
     kInfo = 'I',
@@ -34,7 +34,7 @@ public:
     // Takes ownership of the child if it returns true; false when memory runs out.
     [[nodiscard]] bool AddChild(LogEntry2 *child);
 
-    // Null where there is none. nextSibling is the entry added to the parent
+    // Null if there is no such entry. nextSibling is the entry added to the parent
     // right after this one.
     LogEntry2 *parent() const { return parent_; }
     const LogEntry2 *firstChild() const { return childCount_ > 0 ? children_[0] : nullptr; }

@@ -22,7 +22,7 @@ bool IsBlankTag(const char *tag)
     return tag == nullptr || *tag == 0;
 }
 
-// Null for a blank tag and when memory runs out.
+// Null for an empty or all-space tag and when memory runs out.
 std::unique_ptr<LogEntry2> MakeTagged(LogEntryKind kind, const char *tag)
 {
     std::unique_ptr<LogEntry2> entry(IsBlankTag(tag) ? nullptr : AllocateObject<LogEntry2>(kind));

@@ -88,8 +88,8 @@ void R250::FillFromRand()
 }
 
 // The bits at one position of all words form a register of their own. A staircase of
-// ones with zeros above it makes the 32 registers linearly independent and none of them
-// zero: no bit can be stuck or repeat another.
+// ones with zeros above it makes the 32 registers linearly independent and nonzero, so
+// that no bit is stuck or repeats another.
 void R250::MakeIndependent()
 {
     for (unsigned i = 0; i < 32; ++i) {

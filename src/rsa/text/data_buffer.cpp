@@ -99,7 +99,7 @@ bool DataBuffer::EnsureCapacity(std::uint32_t capacity)
     return capacity_ >= capacity ? data_ != nullptr : Grow(capacity);
 }
 
-// Behind the length nothing was ever stored, so that there is nothing to wipe.
+// Nothing was ever stored after the length, so there is nothing to wipe there.
 void DataBuffer::Clear()
 {
     mark_.Check();

@@ -9,7 +9,7 @@
 
 namespace pavonix {
 
-// Bytes that somebody else owns; a null pointer only with a size of 0.
+// Bytes owned by another object; a null pointer only with a size of 0.
 using ByteSpan = std::span<const std::uint8_t>;
 
 // Lengths and capacities are unsigned 32-bit byte counts. An operation

@@ -15,7 +15,7 @@ constexpr std::int32_t kPoorCapacity = 4;
 constexpr std::int32_t kLargestIncrement = 500000;
 constexpr std::int32_t kFill = static_cast<std::int32_t>(0xDDDDDDDDu);
 
-// Shared by every buffer that got no memory at all; capacity 1 keeps it unwritten.
+// Shared by all buffers whose allocation failed; a capacity of 1 keeps it unwritten.
 char sharedEmpty[1] = {0};
 
 bool IsBlank(char c)
@@ -44,14 +44,15 @@ StringBuffer::~StringBuffer()
 {
     mark_.Check();
     Free();
-    // volatile: the fill must really be there after destruction
+    // The fill pattern makes a use after destruction visible in a debugger. volatile: the
+    // compiler must not drop these stores.
     *const_cast<char *volatile *>(&data_) = reinterpret_cast<char *>(static_cast<std::uintptr_t>(0xDDDDDDDDu));
     *const_cast<volatile std::int32_t *>(&capacity_) = kFill;
     *const_cast<volatile std::int32_t *>(&length_) = kFill;
     *const_cast<volatile std::int32_t *>(&increment_) = kFill;
 }
 
-// Behind the length nothing is left of any text: CutTo sees to that.
+// The bytes after the length hold no text: CutTo has wiped them.
 void StringBuffer::Free()
 {
     if (data_ != sharedEmpty) {
@@ -62,7 +63,7 @@ void StringBuffer::Free()
 
 void StringBuffer::CutTo(std::int32_t length)
 {
-    Wipe(data_ + length, static_cast<std::size_t>(length_ - length)); // the terminator is there then
+    Wipe(data_ + length, static_cast<std::size_t>(length_ - length)); // leaves a terminator there
     length_ = length;
 }
 

@@ -6,7 +6,7 @@
 
 namespace pavonix {
 
-// Fills `count` bytes with zeros; `bytes` may be null when there are none.
+// Fills `count` bytes with zeros; `bytes` may be null if `count` is 0.
 inline void Wipe(void *bytes, std::size_t count)
 {
     if (count != 0) {
