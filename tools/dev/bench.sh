@@ -8,7 +8,7 @@ case ${1:-} in
     install_for_linux
     install_missing "${deploy_packages[@]}" "${serving_packages[@]}"
     configure linux -DPAVONIX_DEVELOPMENT=ON
-    build_targets linux pavonix pavonix-cli pavonix-shop caller
+    build_targets linux libpavonix.so pavonix-cli pavonix-shop caller
     exec bench/serving/serving.py "${@:2}" ;;
   *) refuse "$1" serving ;;
 esac

@@ -2,5 +2,5 @@
 install_for_linux
 install_missing "${coverage_packages[@]}"
 configure coverage
-build_targets coverage unit_tests e2e_tests prove_port caller pavonix
+build_targets coverage unit_tests e2e_tests prove_port caller libpavonix.so
 exec tools/check/coverage.py

@@ -16,10 +16,10 @@ if [ -n "$scale" ]; then
   install_for_linux
   install_missing "${deploy_packages[@]}"
   configure linux -DPAVONIX_DEVELOPMENT=ON
-  build_targets linux pavonix pavonix-cli pavonix-shop caller
+  build_targets linux libpavonix.so pavonix-cli pavonix-shop caller
   exec tools/demo/scale.py "$@"
 fi
 install_missing "${core_packages[@]}" "${tool_packages[@]}"
 configure linux -DPAVONIX_DEVELOPMENT=OFF
-build_targets linux pavonix pavonix-cli pavonix-shop
+build_targets linux libpavonix.so pavonix-cli pavonix-shop
 exec tools/demo/demo.sh "$@"

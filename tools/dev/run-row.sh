@@ -8,5 +8,5 @@ case $flavour in
   ce) build_ce; install_for_linux; configure linux -DPAVONIX_CE_DLL="$ce_dll" ;;
   *) refuse "$flavour" linux windows ce trace ;;
 esac
-build_targets linux e2e_tests caller pavonix pavonix_trace watch_image
+build_targets linux e2e_tests caller libpavonix.so pavonix_trace watch_image
 exec tools/dev/run_row.py "$name" "$flavour"
