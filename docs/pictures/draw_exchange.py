@@ -8,7 +8,7 @@ from xml.sax.saxutils import escape
 WIDTH, DEVICE, SERVER = 1180, 330, 870
 ROW = 30
 
-# (who speaks, text): ">" device to server, "<" back, "d" and "s" what one does alone, "=" a heading
+# (kind, text): ">" device to server, "<" back, "d" and "s" a step of device or server alone, "=" a heading
 STEPS = [
     ("=", "A download: GetGoodListXml, GetOneGoodXml"),
     ("d", "force is 0 and the file exists: 1"),

@@ -1,9 +1,8 @@
 #!/usr/bin/env python3
 """run.py MINUTES: runs every fuzzer of build/fuzz for its share of the time.
 
-What they learn stays in build/fuzz-corpus/NAME and is where the next run begins.
-An input that breaks the library is made small and kept in build/fuzz-corpus/findings;
-the exit code is then 1.
+build/fuzz-corpus/NAME keeps their inputs for the next run. An input that fails is
+minimised and kept in build/fuzz-corpus/findings; the exit code is then 1.
 """
 
 import os
