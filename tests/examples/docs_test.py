@@ -5,7 +5,7 @@ import sys
 import tempfile
 import unittest
 
-from scripted_shop import SOURCE, run
+from scripted_shop import PROGRAMS, SOURCE, run
 
 
 class DocsTest(unittest.TestCase):
@@ -13,6 +13,22 @@ class DocsTest(unittest.TestCase):
         kinds = re.findall(r'\{(\d+), (\d+), "(.*)"\}', (SOURCE / "tools/shop/errors.h").read_text())
         rows = re.findall(r"^    (9\d\d) +(\d+) +(.*)", (SOURCE / "docs/results.md").read_text(), re.M)
         self.assertEqual(sorted((code, status, text) for status, code, text in kinds), sorted(rows))
+
+    def printed(self, pattern, *words):
+        """What the pattern finds in the lines that pavonix prints."""
+        return re.findall(pattern, "\n".join(run(PROGRAMS / "pavonix", *words)[1]), re.M)
+
+    def test_exit_codes(self):
+        """The manual page has those of --help."""
+        page = (SOURCE / "docs/man/pavonix.1").read_text().partition("EXIT STATUS")[2].partition(".El")[0]
+        self.assertEqual([(code, text[0].upper() + text[1:]) for code, text in self.printed(r"^  (\d+) +(.*)", "--help")],
+                         re.findall(r"^\.It (\d+)\n(.*)\.$", page, re.M))
+
+    def test_names_of_rules(self):
+        """The table of the trace names faults as the programs do."""
+        rules = self.printed(r"^([a-z][a-z0-9-]+) +(?:error|warning) ", "rules")
+        rows = re.findall(r"^\| `no head: (.*?)\|", (SOURCE / "docs/results.md").read_text(), re.M)
+        self.assertLessEqual({name for row in rows for name in re.findall(r"[a-z-]+", row)}, set(rules))
 
     def test_token_example(self):
         page = (SOURCE / "docs/token.md").read_text()

@@ -2,6 +2,7 @@
 
 #include "command_line/usage_error.h"
 #include "doctor/doctor_command.h"
+#include "doctor/rule_list.h"
 #include "downloads.h"
 #include "new_profile.h"
 #include "profile_check.h"
@@ -183,6 +184,9 @@ ExitCode RunCommandLine(std::vector<std::string> words)
     AddBuy(app, options.purchase)->callback([&] { code = Buy(options.purchase); });
     AddDoctor(app, options.doctor)->callback([&] { code = ExamineServer(options.doctor); });
     AddWatch(app, options.watch)->callback([&] { code = WatchExchanges(options.watch); });
+    app.add_subcommand("rules", "List everything that the other commands can find at a server")->callback([&] {
+        code = ListRules();
+    });
     CLI::App *profile = app.add_subcommand("profile", "Make and check device profiles");
     profile->require_subcommand(1);
     AddNewProfile(profile, options.newProfile)->callback([&] { code = options.newProfile.Write(); });

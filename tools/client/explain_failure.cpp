@@ -1,5 +1,5 @@
 // Why a call did not return 200.
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/device_reading.h"
 #include "diagnostics/printable.h"
 #include "shop_call.h"
@@ -18,7 +18,7 @@ ExitCode CodeOf(const Finding &cause)
         return ExitCode::kUnusableUrl;
     case Topic::kName:
     case Topic::kConnection:
-        return cause.rule == &diagnostics::kSendFailed ? ExitCode::kNoReply : ExitCode::kNoConnection;
+        return cause.rule == &diagnostics::RuleNamed("send-failed") ? ExitCode::kNoReply : ExitCode::kNoConnection;
     default:
         return ExitCode::kNoReply;
     }

@@ -3,7 +3,7 @@
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
-#include "diagnostics/reply_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/xml_fault.h"
 
 #include <algorithm>
@@ -47,11 +47,11 @@ bool Download::Coded()
     const HeadLine *content = FindLine(lines_, "Content-Encoding");
     const bool chunked = transfer != nullptr && !EqualsInAnyCase(transfer->value, "identity");
     if (chunked) {
-        Add(kChunked, Printable(transfer->whole) + "; the body begins with " + Printable(body_, 12));
+        Add(RuleNamed("chunked"), Printable(transfer->whole) + "; the body begins with " + Printable(body_, 12));
     }
     const bool compressed = content != nullptr && !EqualsInAnyCase(content->value, "identity");
     if (compressed) {
-        Add(kCompressed, Printable(content->whole) + "; the body begins with " + Printable(body_, 12));
+        Add(RuleNamed("compressed"), Printable(content->whole) + "; the body begins with " + Printable(body_, 12));
     }
     return chunked || compressed;
 }
@@ -61,14 +61,14 @@ void Download::DiagnoseLine(const HeadLine &line)
 {
     const std::string_view where = device_.LineOf(kName).value_or("");
     if (line.name != kName && where.empty()) {
-        Add(kLengthCase, Printable(line.whole));
+        Add(RuleNamed("length-case"), Printable(line.whole));
     } else if (!where.starts_with(std::string(kName) + ":")) {
-        Add(kLengthHidden, Printable(where));
+        Add(RuleNamed("length-hidden"), Printable(where));
     } else if (line.value.empty() || line.value.find_first_not_of("0123456789") != std::string_view::npos ||
                device_.announced() == 0x7FFFFFFF) {
-        Add(kLengthNoNumber, Printable(line.whole));
+        Add(RuleNamed("length-no-number"), Printable(line.whole));
     } else if (device_.announced() == 0) {
-        Add(kLengthZero, Printable(line.whole));
+        Add(RuleNamed("length-zero"), Printable(line.whole));
     } else {
         DiagnoseAgainstBody();
     }
@@ -79,13 +79,13 @@ void Download::DiagnoseLength()
     const HeadLine *line = FindLine(lines_, kName);
     if (line == nullptr) {
         const std::string_view where = device_.LineOf(kName).value_or("");
-        Add(kLengthMissing, where.empty() ? "no such line" : "the name is only in: " + Printable(where));
+        Add(RuleNamed("length-missing"), where.empty() ? "no such line" : "the name is only in: " + Printable(where));
         return;
     }
     DiagnoseLine(*line);
     for (const HeadLine &other : lines_) {
         if (EqualsInAnyCase(other.name, kName) && other.value != line->value) {
-            Add(kLengthTwice, Printable(line->whole) + " and " + Printable(other.whole));
+            Add(RuleNamed("length-twice"), Printable(line->whole) + " and " + Printable(other.whole));
             return;
         }
     }
@@ -96,13 +96,13 @@ void Download::DiagnoseAgainstBody()
     const std::uint64_t came = body_.size() + exchange_.beyond;
     const std::string fact = std::to_string(device_.announced()) + " announced, " + std::to_string(came) + " arrived";
     if (came > device_.announced()) {
-        Add(kLengthTooSmall, fact);
+        Add(RuleNamed("length-too-small"), fact);
     } else if (came == device_.announced()) {
         return;
     } else if (exchange_.end == End::kReset) {
-        Add(kBodyReset, fact);
+        Add(RuleNamed("body-reset"), fact);
     } else {
-        Add(kLengthTooLarge, fact);
+        Add(RuleNamed("length-too-large"), fact);
     }
 }
 
@@ -110,7 +110,7 @@ void Download::DiagnoseBody()
 {
     if (exchange_.beyond == 0 && FirstError(findings_) == nullptr) {
         if (const std::string fault = XmlFault(body_); !fault.empty()) {
-            Add(kNotXml, fault + "; it begins with " + Printable(body_, 40));
+            Add(RuleNamed("not-xml"), fault + "; it begins with " + Printable(body_, 40));
         }
     }
 }

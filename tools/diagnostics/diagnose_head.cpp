@@ -3,7 +3,7 @@
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
-#include "diagnostics/reply_rules.h"
+#include "diagnostics/rules.h"
 
 #include <algorithm>
 #include <sstream>
@@ -31,26 +31,12 @@ using pavonix::HeadFault;
 
 const Rule &RuleOf(HeadFault fault, const Exchange &exchange)
 {
-    switch (fault) {
-    case HeadFault::kTls:
-        return kTls;
-    case HeadFault::kNotHttp:
-        return kNotHttp;
-    case HeadFault::kZeroByte:
-        return kHeadZeroByte;
-    case HeadFault::kBareLineFeeds:
-        return kBareLineFeeds;
-    case HeadFault::kBareCarriageReturns:
-        return kBareCarriageReturns;
-    case HeadFault::kTooLong:
-        return kHeadTooLong;
-    case HeadFault::kInPieces:
-        return kHeadInPieces;
-    case HeadFault::kWithoutEnd:
-        return kHeadWithoutEnd;
-    default:
-        return exchange.end == End::kReset ? kResetEarly : exchange.end == End::kTimeOut ? kSilent : kClosedEmpty;
+    if (fault != HeadFault::kNoReply) {
+        return *FindRule(pavonix::TextOf(fault).name);
     }
+    return exchange.end == End::kReset     ? RuleNamed("reset-early")
+           : exchange.end == End::kTimeOut ? RuleNamed("silent")
+                                           : RuleNamed("closed-empty");
 }
 
 // What shows that the device finds no head in its first reception.
@@ -84,13 +70,15 @@ void DiagnoseSegments(const Exchange &exchange, const DeviceReading &device, Fin
     const std::string came = Count(exchange.firstBytes) + " of " + std::to_string(exchange.reply.size());
     if (split && exchange.call == Call::kDownload && device.status() == 200) {
         const std::string head = "the head has " + Count(device.headLength());
-        findings->push_back({&kHeadAlone, came + " came first, " + head + "; if read that way, the first " +
-                                              std::to_string(device.zeros()) + " bytes of the file would be zeros"});
+        findings->push_back(
+            {&RuleNamed("head-alone"), came + " came first, " + head + "; if read that way, the first " +
+                                           std::to_string(device.zeros()) + " bytes of the file would be zeros"});
     } else if (split && exchange.call == Call::kPurchase && device.status() >= 400 &&
                NumberIn(device.Verdict("X-Error-Code").value_or("")) == 0) {
-        findings->push_back({&kMessageApart, came + " came first"});
+        findings->push_back({&RuleNamed("message-apart"), came + " came first"});
     } else if (!split && exchange.segments > 1) {
-        findings->push_back({&kPacketsJoined, Count(wanted) + " in " + std::to_string(exchange.segments) + " packets"});
+        findings->push_back(
+            {&RuleNamed("packets-joined"), Count(wanted) + " in " + std::to_string(exchange.segments) + " packets"});
     }
 }
 
@@ -108,29 +96,29 @@ const Rule *StatusRule(int status, const Exchange &exchange)
         return nullptr;
     }
     if (status == 400 && ExpectsTls(exchange)) {
-        return &kTlsPort;
+        return &RuleNamed("tls-port");
     }
     if (status >= 100 && status < 200) {
-        return &kInterim;
+        return &RuleNamed("interim");
     }
     if (status >= 200 && status < 300) {
-        return &kOtherSuccess;
+        return &RuleNamed("other-success");
     }
     if (status >= 300 && status < 400) {
-        return &kRedirect;
+        return &RuleNamed("redirect");
     }
     if (status >= 400 && status < 500) {
         // a refused purchase is diagnosed by its verdict
-        return exchange.call == Call::kDownload ? &kRequestRefused : nullptr;
+        return exchange.call == Call::kDownload ? &RuleNamed("request-refused") : nullptr;
     }
-    return status >= 500 && status < 600 ? &kServerFailed : &kStatusLine;
+    return status >= 500 && status < 600 ? &RuleNamed("server-failed") : &RuleNamed("status-line");
 }
 
 void DiagnoseStatus(const Exchange &exchange, const DeviceReading &device, Findings *findings)
 {
     const std::vector<HeadLine> lines = ReadHeadLines(exchange.reply);
     if (const Rule *rule = StatusRule(device.status(), exchange)) {
-        const bool readable = rule != &kStatusLine && !lines.empty();
+        const bool readable = rule != &RuleNamed("status-line") && !lines.empty();
         const std::string line = readable ? Printable(lines.front().whole) : Printable(exchange.reply, 60);
         const HeadLine *location = FindLine(lines, "Location");
         findings->push_back({rule, line + (location == nullptr ? "" : "; " + Printable(location->whole))});
@@ -143,12 +131,12 @@ void DiagnoseWholeHead(const Exchange &exchange, const DeviceReading &device, Fi
     for (std::size_t at = head.find('\n'); at != std::string_view::npos; at = head.find('\n', at + 1)) {
         if (at == 0 || head[at - 1] != '\r') {
             const std::size_t line = head.rfind('\n', at - (at > 0 ? 1 : 0)) + 1;
-            findings->push_back({&kMixedLineEnds, Printable(head.substr(line, at + 1 - line))});
+            findings->push_back({&RuleNamed("mixed-line-ends"), Printable(head.substr(line, at + 1 - line))});
             break;
         }
     }
     if (device.headLength() > kNearlyTooLong) {
-        findings->push_back({&kHeadNearlyTooLong, "it has " + Count(device.headLength())});
+        findings->push_back({&RuleNamed("head-nearly-too-long"), "it has " + Count(device.headLength())});
     }
     DiagnoseSegments(exchange, device, findings);
     DiagnoseStatus(exchange, device, findings);
@@ -166,12 +154,12 @@ Findings DiagnoseHead(const Exchange &exchange)
         findings.push_back({&RuleOf(fault, exchange), EvidenceOf(fault, exchange)});
     } else {
         if (!pavonix::BeginsLikeHttp(exchange.reply)) {
-            findings.push_back({&kOddStart, Printable(exchange.reply, 30)});
+            findings.push_back({&RuleNamed("odd-start"), Printable(exchange.reply, 30)});
         }
         DiagnoseWholeHead(exchange, device, &findings);
     }
     if (!exchange.reply.empty() && exchange.firstByteAfter > kPatience) {
-        findings.push_back({&kSlow, std::to_string(exchange.firstByteAfter.count()) + " ms"});
+        findings.push_back({&RuleNamed("slow"), std::to_string(exchange.firstByteAfter.count()) + " ms"});
     }
     return findings;
 }

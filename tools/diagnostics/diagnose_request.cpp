@@ -3,7 +3,7 @@
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
-#include "diagnostics/purchase_rules.h"
+#include "diagnostics/rules.h"
 
 namespace diagnostics {
 
@@ -17,9 +17,9 @@ void DiagnosePurchase(const Exchange &exchange, const std::vector<HeadLine> &lin
     const HeadLine *length = FindLine(lines, "Content-Length");
     const std::size_t headEnd = exchange.request.find("\r\n\r\n");
     if (token == nullptr || token->value.empty()) {
-        findings->push_back({&kTokenEmpty, token == nullptr ? "no such line" : Printable(token->whole)});
+        findings->push_back({&RuleNamed("token-empty"), token == nullptr ? "no such line" : Printable(token->whole)});
     } else if (token->value.find_first_not_of(kBase64) != std::string_view::npos) {
-        findings->push_back({&kTokenNotBase64, Printable(token->value)});
+        findings->push_back({&RuleNamed("token-not-base64"), Printable(token->value)});
     }
     if (headEnd == std::string::npos || length == nullptr) {
         return;
@@ -27,7 +27,8 @@ void DiagnosePurchase(const Exchange &exchange, const std::vector<HeadLine> &lin
     const std::size_t came = exchange.request.size() - headEnd - 4;
     const std::int32_t announced = NumberIn(length->value);
     if (announced < 0 || came < static_cast<std::size_t>(announced)) {
-        findings->push_back({&kFormIncomplete, Printable(length->whole) + "; " + std::to_string(came) + " bytes came"});
+        findings->push_back(
+            {&RuleNamed("form-incomplete"), Printable(length->whole) + "; " + std::to_string(came) + " bytes came"});
     }
 }
 
@@ -43,14 +44,14 @@ Findings DiagnoseRequest(const Exchange &exchange)
     const HeadLine *serial = FindLine(lines, "User-Serial");
     const HeadLine *userId = FindLine(lines, "User-ID");
     if (serial == nullptr || userId == nullptr) {
-        findings.push_back({&kNotADevice, lines.empty() ? "no line" : Printable(lines.front().whole)});
+        findings.push_back({&RuleNamed("not-a-device"), lines.empty() ? "no line" : Printable(lines.front().whole)});
         return findings;
     }
     if (serial->value.empty()) {
-        findings.push_back({&kSerialEmpty, Printable(serial->whole)});
+        findings.push_back({&RuleNamed("serial-empty"), Printable(serial->whole)});
     }
     if (NumberIn(userId->value) == 0) {
-        findings.push_back({&kUserIdZero, Printable(userId->whole)});
+        findings.push_back({&RuleNamed("user-id-zero"), Printable(userId->whole)});
     }
     if (exchange.call == Call::kPurchase) {
         DiagnosePurchase(exchange, lines, &findings);

@@ -1,4 +1,4 @@
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
@@ -24,21 +24,21 @@ const Rule *Unusable(std::string_view url, std::string_view host, bool hasPath)
     const std::size_t slashes = url.find("//");
     const std::string_view scheme = url.substr(0, slashes == std::string_view::npos ? 0 : slashes + 2);
     if (url.empty()) {
-        return &kUrlEmpty;
+        return &RuleNamed("url-empty");
     }
     if (EqualsInAnyCase(scheme, "https://")) {
-        return &kUrlTls;
+        return &RuleNamed("url-https");
     }
     if (!scheme.empty() && !EqualsInAnyCase(scheme, "http://")) {
-        return &kUrlScheme;
+        return &RuleNamed("url-scheme");
     }
     if (host.empty()) {
-        return &kUrlNoHost;
+        return &RuleNamed("url-no-host");
     }
     if (host.starts_with('[')) {
-        return &kUrlIpv6;
+        return &RuleNamed("url-ipv6");
     }
-    return hasPath ? nullptr : &kUrlNoPath;
+    return hasPath ? nullptr : &RuleNamed("url-no-path");
 }
 
 } // namespace
@@ -57,18 +57,19 @@ Findings DiagnoseUrl(std::string_view url, Call call)
     }
     const std::size_t query = call == Call::kDownload ? kShortestQuery.size() : 0;
     if (url.size() + query >= kUrlRoom) {
-        add(kUrlTooLong, std::to_string(url.size()) + " characters" + (query > 0 ? " without the query" : ""));
+        add(RuleNamed("url-too-long"),
+            std::to_string(url.size()) + " characters" + (query > 0 ? " without the query" : ""));
     } else if (url.size() >= kLongUrl && call == Call::kDownload) {
-        add(kUrlLong, std::to_string(url.size()) + " characters");
+        add(RuleNamed("url-long"), std::to_string(url.size()) + " characters");
     }
     if (path == "/" && call == Call::kPurchase) {
-        add(kUrlBarePath, Printable(url));
+        add(RuleNamed("url-bare-path"), Printable(url));
     }
     if (url.find_first_of("?#") != std::string_view::npos) {
-        add(kUrlQuery, Printable(url.substr(url.find_first_of("?#"))));
+        add(RuleNamed("url-query"), Printable(url.substr(url.find_first_of("?#"))));
     }
     if (!std::all_of(url.begin(), url.end(), IsPlain)) {
-        add(kUrlCharacters, Printable(url));
+        add(RuleNamed("url-characters"), Printable(url));
     }
     return findings;
 }

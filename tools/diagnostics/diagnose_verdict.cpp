@@ -3,7 +3,7 @@
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
 #include "diagnostics/printable.h"
-#include "diagnostics/purchase_rules.h"
+#include "diagnostics/rules.h"
 
 #include <algorithm>
 
@@ -70,9 +70,9 @@ void Verdict::DiagnoseSpelling(std::string_view name)
     }
     const std::string_view where = device_.LineOf(name).value_or("");
     if (where.empty()) {
-        Add(kCodeCase, Printable(line->whole));
+        Add(RuleNamed("code-case"), Printable(line->whole));
     } else if (!where.starts_with(std::string(name) + ":")) {
-        Add(kCodeHidden, Printable(where));
+        Add(RuleNamed("code-hidden"), Printable(where));
     }
 }
 
@@ -80,9 +80,9 @@ void Verdict::DiagnoseCode()
 {
     const HeadLine *line = FindLine(lines_, kCode);
     if (line == nullptr) {
-        Add(kCodeMissing, "no such line");
+        Add(RuleNamed("code-missing"), "no such line");
     } else if (const auto code = device_.Verdict(kCode); code && NumberIn(*code) == 0) {
-        Add(kCodeZero, Printable(line->whole));
+        Add(RuleNamed("code-zero"), Printable(line->whole));
     }
 }
 
@@ -91,13 +91,13 @@ void Verdict::DiagnoseMessage()
     const std::string message = Text(kMessage);
     const int code = NumberIn(device_.Verdict(kCode).value_or(""));
     if (message.size() > kLongestMessage) {
-        Add(kMessageTooLong, std::to_string(message.size()) + " characters: " + Printable(message, 40));
+        Add(RuleNamed("message-too-long"), std::to_string(message.size()) + " characters: " + Printable(message, 40));
     }
     if (std::any_of(message.begin(), message.end(), [](char letter) { return (letter & 0x80) != 0; })) {
-        Add(kMessageNotAscii, Printable(message));
+        Add(RuleNamed("message-not-ascii"), Printable(message));
     }
     if (code != 0 && FindLine(lines_, kMessage) == nullptr) {
-        Add(kMessageMissing, Printable(FindLine(lines_, kCode) ? FindLine(lines_, kCode)->whole : ""));
+        Add(RuleNamed("message-missing"), Printable(FindLine(lines_, kCode) ? FindLine(lines_, kCode)->whole : ""));
     }
 }
 
@@ -105,11 +105,11 @@ void Verdict::DiagnoseTimestamp()
 {
     const std::string time = Text(kTimestamp);
     if (FindLine(lines_, kTimestamp) == nullptr) {
-        Add(kTimestampMissing, "no such line");
+        Add(RuleNamed("timestamp-missing"), "no such line");
     } else if (time.size() > kLongestTimestamp) {
-        Add(kTimestampTooLong, std::to_string(time.size()) + " characters: " + Printable(time, 40));
+        Add(RuleNamed("timestamp-too-long"), std::to_string(time.size()) + " characters: " + Printable(time, 40));
     } else if (device_.Verdict(kTimestamp) && !IsTimeText(time)) {
-        Add(kTimestampForm, Printable(time));
+        Add(RuleNamed("timestamp-form"), Printable(time));
     }
 }
 
@@ -117,7 +117,7 @@ Findings Verdict::Diagnose()
 {
     if (device_.status() == 200) {
         if (const HeadLine *line = FindLine(lines_, kCode); line != nullptr && NumberIn(line->value) != 0) {
-            Add(kSoldWithCode, Printable(line->whole));
+            Add(RuleNamed("sold-with-code"), Printable(line->whole));
         }
     } else if (device_.status() >= 400) {
         for (const std::string_view name : {kCode, kMessage, kTimestamp}) {
@@ -130,7 +130,8 @@ Findings Verdict::Diagnose()
         }
     }
     if (exchange_.end == End::kReset) {
-        Add(kLineEndUnread, "reset after " + std::to_string(exchange_.reply.size()) + " bytes of the reply");
+        Add(RuleNamed("line-end-unread"),
+            "reset after " + std::to_string(exchange_.reply.size()) + " bytes of the reply");
     }
     return std::move(findings_);
 }

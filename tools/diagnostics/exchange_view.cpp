@@ -11,6 +11,24 @@ constexpr std::size_t kMostOfAHead = 4096;
 constexpr std::size_t kMostOfABody = 400;
 constexpr std::size_t kMostOfALine = 1100;
 
+// The general fix comes first, the front last.
+std::vector<std::string> FixesFor(const Rule &rule, std::string_view software)
+{
+    if (rule.fix == nullptr) {
+        return {};
+    }
+    std::vector<std::string> fixes = {std::string(rule.fix->general)};
+    for (const Fix::Setting &setting : rule.fix->settings) {
+        if (ContainsInAnyCase(software, setting.software)) {
+            fixes.push_back(std::string(setting.software) + ": " + std::string(setting.advice));
+        }
+    }
+    if (rule.fix->frontHelps) {
+        fixes.emplace_back("or put the front of docs/operating.md before the server");
+    }
+    return fixes;
+}
+
 MessageView ViewOfMessage(std::string_view message, std::uint64_t beyond)
 {
     const std::size_t end = message.find("\r\n\r\n");

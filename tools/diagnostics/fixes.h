@@ -1,4 +1,4 @@
-// What a server's administrator can do. tools/evidence/check_servers.py applies these.
+// What a server's administrator can do.
 #pragma once
 
 #include "diagnostics/rule.h"

@@ -19,6 +19,11 @@ char Lower(char letter)
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 'a' - 'A') : letter;
 }
 
+bool SameLetter(char one, char other)
+{
+    return Lower(one) == Lower(other);
+}
+
 HeadLine Split(std::string_view line, bool isFirst)
 {
     const std::size_t colon = line.find(':');
@@ -68,8 +73,12 @@ std::string ServerSoftware(std::string_view reply)
 
 bool EqualsInAnyCase(std::string_view one, std::string_view other)
 {
-    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                      [](char a, char b) { return Lower(a) == Lower(b); });
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(), SameLetter);
+}
+
+bool ContainsInAnyCase(std::string_view text, std::string_view part)
+{
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), SameLetter) != text.end();
 }
 
 } // namespace diagnostics

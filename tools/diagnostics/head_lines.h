@@ -26,5 +26,6 @@ struct HeadLine {
 [[nodiscard]] std::string ServerSoftware(std::string_view reply);
 
 [[nodiscard]] bool EqualsInAnyCase(std::string_view one, std::string_view other);
+[[nodiscard]] bool ContainsInAnyCase(std::string_view text, std::string_view part);
 
 } // namespace diagnostics

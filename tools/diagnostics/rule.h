@@ -1,4 +1,4 @@
-// A rule: one thing that can be wrong between these devices and a server.
+// A rule: one way in which a server can be incompatible with the devices.
 #pragma once
 
 #include <span>
@@ -10,7 +10,7 @@ namespace diagnostics {
 
 enum class Severity {
     kWarning, // works, or works by chance
-    kError,   // calls fail, store something else, or harm the application
+    kError,   // calls fail, store wrong data, or harm the application
 };
 
 // The subject of a rule, in the order in which an exchange happens.
@@ -34,39 +34,32 @@ enum class Topic {
     kLibrary,
 };
 
-// What a server's administrator can do: in plain words, and for some server software.
+// What a server's administrator can do: in general, and for some server software.
 struct Fix {
     struct Setting {
         std::string_view software; // as it names itself in Server, X-Powered-By or Via
         std::string_view advice;
     };
 
-    std::string_view plain;
+    std::string_view general;
     std::span<const Setting> settings = {};
-    bool frontHelps = false; // so does the front of docs/operating.md
+    bool frontHelps = false; // the front of docs/operating.md fixes it, too
 };
 
-// Texts are in English, without line ends; `sentence` is a whole sentence.
+// `sentence` is a whole sentence; `device` says what the library does, as "it".
 struct Rule {
-    std::string_view name; // lower case with hyphens; scripts rely on it
+    std::string_view name; // lower case with hyphens
     Topic topic;
     Severity severity;
     std::string_view sentence;
-    std::string_view device; // how the device reacts
+    std::string_view device;
     const Fix *fix = nullptr;
 };
 
-// A rule that an exchange breaks, with the bytes or the numbers that show it.
+// A broken rule, with the bytes or numbers that show it.
 struct Finding {
     const Rule *rule;
-    std::string evidence; // printable
+    std::string evidence; // printable, never empty
 };
-
-// All rules, in the order of topics.
-[[nodiscard]] std::span<const Rule *const> AllRules();
-
-// The fixes for a server that names itself so (ServerSoftware in head_lines.h): the
-// plain one first, the front last.
-[[nodiscard]] std::vector<std::string> FixesFor(const Rule &rule, std::string_view software);
 
 } // namespace diagnostics

@@ -1,6 +1,6 @@
 #include "call/call_record.h"
 
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/printable.h"
 #include "system.h"
 #include "wire/name_fault.h"
@@ -33,7 +33,7 @@ diagnostics::Findings CallRecord::Diagnose(const std::string &url) const
     } else if (connectError != 0) {
         findings.push_back({&ConnectRule(connectError), address + ": " + NetworkErrorText(connectError)});
     } else if (sendError != 0) {
-        findings.push_back({&diagnostics::kSendFailed, address + ": " + NetworkErrorText(sendError)});
+        findings.push_back({&diagnostics::RuleNamed("send-failed"), address + ": " + NetworkErrorText(sendError)});
     } else {
         diagnostics::Findings more = diagnostics::Diagnose(exchange);
         std::move(more.begin(), more.end(), std::back_inserter(findings));

@@ -9,7 +9,6 @@
 #include "wire/segments.h"
 
 #include <algorithm>
-#include <cstring>
 #include <future>
 #include <thread>
 #include <utility>
@@ -140,12 +139,9 @@ int RecordConnectSocket(Socket socket, const SocketAddress *address, int address
     if (record == nullptr) {
         return __real_ConnectSocket(socket, address, addressLength);
     }
-    client::Address peer;
-    std::memcpy(peer.ip.data(), address->address, peer.ip.size());
-    peer.port = static_cast<std::uint16_t>(address->port[0] << 8 | address->port[1]);
-    record->address = client::Dotted(peer) + ":" + std::to_string(peer.port);
+    record->address = client::Dotted(*address) + ":" + std::to_string(client::PortOf(*address));
     record->socket = static_cast<int>(socket);
-    record->connectError = client::ConnectInTime(record->socket, peer, record->deadlineOrNull());
+    record->connectError = client::ConnectInTime(record->socket, *address, record->deadlineOrNull());
     record->timedOut = record->deadline && record->connectError == client::kSocketTimeOut;
     client::SetLastSocketError(record->connectError);
     return record->connectError == 0 ? 0 : kSocketError;

@@ -3,10 +3,9 @@
 #include "doctor/download_points.h"
 #include "doctor/library_check.h"
 #include "doctor/purchase_check.h"
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/head_lines.h"
 #include "diagnostics/printable.h"
-#include "diagnostics/reply_rules.h"
 #include "interruption.h"
 #include "path.h"
 
@@ -107,7 +106,7 @@ bool Doctor::TryDownloads()
         }
     }
     if (seen_ == 0 && blind_ > 0) {
-        diagnosis_.Add(diagnostics::kPacketsJoined,
+        diagnosis_.Add(diagnostics::RuleNamed("packets-joined"),
                        "more than one packet was there at once in each of " + std::to_string(blind_) + " downloads");
     }
     ShowDownload(last_);

@@ -48,7 +48,7 @@ private:
     const Examination &examination_;
     Steps steps_;
     Identity identity_;
-    Address address_;
+    Address address_{};
     ArrivalTimes times_;
     diagnostics::Exchange last_;
     std::chrono::milliseconds slowest_{0};

@@ -2,7 +2,7 @@
 
 #include "call/call_record.h"
 #include "diagnostics/device_reading.h"
-#include "diagnostics/purchase_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/xml_fault.h"
 #include "path.h"
 #include "wide_text.h"
@@ -80,10 +80,10 @@ void LibraryCheck::Run()
     const bool split = diagnosis_->HasErrors() && !diagnosis_->HasErrorsBesideSegments();
     const bool shouldBeWhole = expected == PAVONIX_OK && !diagnosis_->HasErrors();
     if (!split && (!same || (shouldBeWhole && whole < kCalls))) {
-        diagnosis_->Add(diagnostics::kLibraryDiffers,
+        diagnosis_->Add(diagnostics::RuleNamed("library-differs"),
                         "plain: status " + std::to_string(expected) + "; library: " + shown);
     } else if (expected == PAVONIX_OK && whole < kCalls) {
-        diagnosis_->Add(diagnostics::kFileNotWhole, shown);
+        diagnosis_->Add(diagnostics::RuleNamed("file-not-whole"), shown);
     }
 }
 

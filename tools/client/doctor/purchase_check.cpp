@@ -3,7 +3,7 @@
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
 #include "diagnostics/printable.h"
-#include "diagnostics/purchase_rules.h"
+#include "diagnostics/rules.h"
 #include "interruption.h"
 
 namespace client {
@@ -36,7 +36,7 @@ bool PurchaseCheck::Run()
 {
     const std::string token = MakeToken(identity_, 0);
     if (token.empty()) {
-        diagnosis_->Add(diagnostics::kTokenEmpty, "the profile's keys make none");
+        diagnosis_->Add(diagnostics::RuleNamed("token-empty"), "the profile's keys make none");
         return false;
     }
     if (!FindServer()) {
@@ -69,7 +69,9 @@ bool PurchaseCheck::TryGood(const std::string &token)
         return false;
     }
     if (bought.status != PAVONIX_OK) {
-        diagnosis_->Add(bought.isNoShop() ? diagnostics::kNotAShop : diagnostics::kDeviceRefused, bought.shown);
+        diagnosis_->Add(bought.isNoShop() ? diagnostics::RuleNamed("not-a-shop")
+                                          : diagnostics::RuleNamed("device-refused"),
+                        bought.shown);
     }
     diagnosis_->LookedAt(Topic::kToken, "bought: " + bought.shown);
     TryAgain(token, bought);
@@ -84,7 +86,8 @@ void PurchaseCheck::TryWithoutBuying(const std::string &token)
         return;
     }
     if (baseline.status == PAVONIX_OK || baseline.isNoShop()) {
-        diagnosis_->Add(baseline.status == PAVONIX_OK ? diagnostics::kSoldNothing : diagnostics::kNotAShop,
+        diagnosis_->Add(baseline.status == PAVONIX_OK ? diagnostics::RuleNamed("sold-nothing")
+                                                      : diagnostics::RuleNamed("not-a-shop"),
                         baseline.shown);
         return;
     }
@@ -135,9 +138,9 @@ void PurchaseCheck::TryBadToken(const Answer *baseline)
     }
     diagnosis_->LookedAt(Topic::kToken, "forged token: " + answer.shown);
     if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(diagnostics::kBadTokenSold, answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("bad-token-sold"), answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(diagnostics::kTokenUnverified, "with and without a good token: " + answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("token-unverified"), "with and without a good token: " + answer.shown);
     }
 }
 
@@ -149,11 +152,11 @@ void PurchaseCheck::TryClock(const Answer *baseline, int secondsOff)
         return;
     }
     if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(diagnostics::kClockNotChecked, hours + answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("clock-not-checked"), hours + answer.shown);
     } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(diagnostics::kTokenUnverified, hours + answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("token-unverified"), hours + answer.shown);
     } else if (answer.code != 0 && answer.code != kClockIsOff) {
-        diagnosis_->Add(diagnostics::kClockOtherCode, hours + answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("clock-other-code"), hours + answer.shown);
     }
 }
 
@@ -165,9 +168,9 @@ void PurchaseCheck::TryAgain(const std::string &token, const Answer &first)
     }
     diagnosis_->LookedAt(Topic::kReplay, answer.shown);
     if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(diagnostics::kReplaySold, answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("replay-sold"), answer.shown);
     } else if (answer == first) {
-        diagnosis_->Add(diagnostics::kReplayUnverified, "both times: " + answer.shown);
+        diagnosis_->Add(diagnostics::RuleNamed("replay-unverified"), "both times: " + answer.shown);
     }
 }
 

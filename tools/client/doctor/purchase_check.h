@@ -37,7 +37,7 @@ private:
 
     const Examination &examination_;
     const Identity &identity_;
-    Address address_;
+    Address address_{};
     Steps *steps_;
     Diagnosis *diagnosis_;
     int tries_ = 0;

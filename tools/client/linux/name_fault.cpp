@@ -1,6 +1,6 @@
 #include "wire/name_fault.h"
 
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 
 #include <netdb.h>
 
@@ -26,9 +26,9 @@ bool HasAddressOfOtherFamily(const std::string &host)
 const diagnostics::Rule &NameRule(const std::string &host, int error)
 {
     if (error == NO_DATA || (error == HOST_NOT_FOUND && HasAddressOfOtherFamily(host))) {
-        return diagnostics::kNameNoIpv4;
+        return diagnostics::RuleNamed("name-no-ipv4");
     }
-    return error == HOST_NOT_FOUND ? diagnostics::kNameUnknown : diagnostics::kNameNoAnswer;
+    return error == HOST_NOT_FOUND ? diagnostics::RuleNamed("name-unknown") : diagnostics::RuleNamed("name-no-answer");
 }
 
 int LastLookUpError()
@@ -42,11 +42,11 @@ const diagnostics::Rule &ConnectRule(int error)
 {
     switch (error) {
     case ECONNREFUSED:
-        return diagnostics::kRefused;
+        return diagnostics::RuleNamed("refused");
     case ETIMEDOUT:
-        return diagnostics::kConnectTimeOut;
+        return diagnostics::RuleNamed("connect-time-out");
     default:
-        return diagnostics::kUnreachable;
+        return diagnostics::RuleNamed("unreachable");
     }
 }
 

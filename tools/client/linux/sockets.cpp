@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstring>
 
 namespace client {
 
@@ -42,21 +41,17 @@ void Set(int socket, int level, int option, int value)
     setsockopt(socket, level, option, &value, sizeof value);
 }
 
-sockaddr_in SystemAddressOf(const Address &address)
+// Address is laid out like sockaddr_in.
+static_assert(sizeof(Address) == sizeof(sockaddr_in));
+
+const sockaddr *SystemAddress(const Address &address)
 {
-    sockaddr_in system = {};
-    system.sin_family = AF_INET;
-    system.sin_port = htons(address.port);
-    std::memcpy(&system.sin_addr, address.ip.data(), address.ip.size());
-    return system;
+    return reinterpret_cast<const sockaddr *>(&address);
 }
 
-Address AddressOf(const sockaddr_in &system)
+sockaddr *SystemAddress(Address *address)
 {
-    Address address;
-    std::memcpy(address.ip.data(), &system.sin_addr, address.ip.size());
-    address.port = ntohs(system.sin_port);
-    return address;
+    return reinterpret_cast<sockaddr *>(address);
 }
 
 } // namespace
@@ -73,10 +68,9 @@ Socket OpenSocket()
 
 int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
 {
-    const sockaddr_in address = SystemAddressOf(peer);
     const int flags = fcntl(socket, F_GETFL);
     fcntl(socket, F_SETFL, flags | O_NONBLOCK);
-    int error = connect(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 ? 0 : errno;
+    int error = connect(socket, SystemAddress(peer), sizeof peer) == 0 ? 0 : errno;
     if (error == EINPROGRESS) {
         error = ETIMEDOUT;
         socklen_t length = sizeof error;
@@ -90,25 +84,20 @@ int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
 
 Socket Listen(Address *address, int mostWaiting)
 {
-    sockaddr_in system = SystemAddressOf(*address);
-    socklen_t length = sizeof system;
+    socklen_t length = sizeof *address;
     Socket listener = OpenSocket();
     Set(listener.get(), SOL_SOCKET, SO_REUSEADDR, 1);
-    if (bind(listener.get(), reinterpret_cast<const sockaddr *>(&system), length) != 0 ||
-        listen(listener.get(), mostWaiting) != 0) {
+    if (bind(listener.get(), SystemAddress(*address), length) != 0 || listen(listener.get(), mostWaiting) != 0) {
         return {};
     }
-    getsockname(listener.get(), reinterpret_cast<sockaddr *>(&system), &length);
-    *address = AddressOf(system);
+    getsockname(listener.get(), SystemAddress(address), &length);
     return listener;
 }
 
 Socket Accept(int listener, Address *client)
 {
-    sockaddr_in system = {};
-    socklen_t length = sizeof system;
-    Socket accepted(accept4(listener, reinterpret_cast<sockaddr *>(&system), &length, SOCK_CLOEXEC));
-    *client = AddressOf(system);
+    socklen_t length = sizeof *client;
+    Socket accepted(accept4(listener, SystemAddress(client), &length, SOCK_CLOEXEC));
     return accepted;
 }
 

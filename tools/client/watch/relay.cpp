@@ -1,8 +1,7 @@
 #include "watch/relay.h"
 
 #include "diagnostics/printable.h"
-#include "diagnostics/purchase_rules.h"
-#include "diagnostics/reply_rules.h"
+#include "diagnostics/rules.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,9 +18,9 @@ constexpr std::size_t kMostOfARequest = 64 * 1024;
 constexpr milliseconds kListenOn{1000};
 
 // A server that is left alone ends its reply early.
-constexpr const diagnostics::Rule *kAlsoCausedByTheClient[] = {&diagnostics::kSilent, &diagnostics::kClosedEmpty,
-                                                               &diagnostics::kResetEarly, &diagnostics::kBodyReset,
-                                                               &diagnostics::kLengthTooLarge};
+constexpr const diagnostics::Rule *kAlsoCausedByTheClient[] = {
+    &diagnostics::RuleNamed("silent"), &diagnostics::RuleNamed("closed-empty"), &diagnostics::RuleNamed("reset-early"),
+    &diagnostics::RuleNamed("body-reset"), &diagnostics::RuleNamed("length-too-large")};
 
 } // namespace
 
@@ -121,14 +120,14 @@ diagnostics::Findings Relay::Diagnose() const
     }
     const diagnostics::Exchange &exchange = seen_.exchange;
     if (exchange.request.find("\r\n\r\n") == std::string::npos) {
-        return {{&diagnostics::kNoRequest,
+        return {{&diagnostics::RuleNamed("no-request"),
                  exchange.request.empty() ? "no byte" : diagnostics::Printable(exchange.request, 60)}};
     }
     diagnostics::Findings findings = diagnostics::Diagnose(exchange);
     for (diagnostics::Finding &finding : findings) {
         if (deviceLeftEarly_ && std::find(std::begin(kAlsoCausedByTheClient), std::end(kAlsoCausedByTheClient),
                                           finding.rule) != std::end(kAlsoCausedByTheClient)) {
-            finding.rule = &diagnostics::kClientLeft;
+            finding.rule = &diagnostics::RuleNamed("client-left");
         }
     }
     return findings;

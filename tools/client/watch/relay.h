@@ -35,7 +35,7 @@ private:
 
     Socket device_;
     Socket server_;
-    Address address_;
+    Address address_{};
     std::chrono::milliseconds idle_;
     bool replyHasBegun_ = false;
     bool deviceIsDone_ = false;

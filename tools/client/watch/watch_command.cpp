@@ -33,7 +33,7 @@ Address ServerOf(const std::string &to)
     if (to.find('/') != std::string::npos) {
         throw Failure(ExitCode::kUsage, "--to must be HOST:PORT, without http:// and without a path");
     }
-    Address address;
+    Address address{};
     const diagnostics::Findings unknown = LookUp(to.substr(0, colon), port, &address);
     if (!unknown.empty()) {
         throw Failure(ExitCode::kNoConnection, std::string(unknown[0].rule->sentence) + " " + unknown[0].evidence);
@@ -43,18 +43,17 @@ Address ServerOf(const std::string &to)
 
 Socket ListenFor(const WatchOptions &options)
 {
-    Address address;
+    Address address = MakeAddress(static_cast<std::uint16_t>(options.port));
     if (LookUpIpv4(options.address, &address) != 0 || Dotted(address) != options.address) {
         throw Failure(ExitCode::kUsage, "--address must be an IPv4 address");
     }
-    address.port = static_cast<std::uint16_t>(options.port);
     Socket listener = Listen(&address, kMostAtOnce);
     if (listener.get() < 0) {
         throw Failure(ExitCode::kLocalFailure,
                       "port " + std::to_string(options.port) + ": " + NetworkErrorText(LastSocketError()));
     }
     (options.json ? std::cerr : std::cout)
-        << "watching port " << address.port << " for " << options.server << std::endl;
+        << "watching port " << PortOf(address) << " for " << options.server << std::endl;
     return listener;
 }
 
@@ -126,7 +125,7 @@ void Watch::Run()
     const Socket listener = ListenFor(options_);
     for (int taken = 0; options_.exchanges == 0 || taken < options_.exchanges;) {
         free_.acquire();
-        Address client;
+        Address client{};
         Socket device = Accept(listener.get(), &client);
         if (device.get() < 0) {
             free_.release();
@@ -134,7 +133,7 @@ void Watch::Run()
         }
         ++taken;
         Seen seen;
-        seen.client = Dotted(client) + ":" + std::to_string(client.port);
+        seen.client = Dotted(client) + ":" + std::to_string(PortOf(client));
         std::thread([this, taken_ = std::move(device), seen = std::move(seen)]() mutable {
             Carry(std::move(taken_), std::move(seen));
             free_.release();

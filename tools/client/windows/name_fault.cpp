@@ -1,6 +1,6 @@
 #include "wire/name_fault.h"
 
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 
 #include <winsock2.h>
 
@@ -9,9 +9,10 @@ namespace client {
 const diagnostics::Rule &NameRule(const std::string &, int error)
 {
     if (error == WSANO_DATA) {
-        return diagnostics::kNameNoIpv4;
+        return diagnostics::RuleNamed("name-no-ipv4");
     }
-    return error == WSAHOST_NOT_FOUND ? diagnostics::kNameUnknown : diagnostics::kNameNoAnswer;
+    return error == WSAHOST_NOT_FOUND ? diagnostics::RuleNamed("name-unknown")
+                                      : diagnostics::RuleNamed("name-no-answer");
 }
 
 int LastLookUpError()
@@ -25,11 +26,11 @@ const diagnostics::Rule &ConnectRule(int error)
 {
     switch (error) {
     case WSAECONNREFUSED:
-        return diagnostics::kRefused;
+        return diagnostics::RuleNamed("refused");
     case WSAETIMEDOUT:
-        return diagnostics::kConnectTimeOut;
+        return diagnostics::RuleNamed("connect-time-out");
     default:
-        return diagnostics::kUnreachable;
+        return diagnostics::RuleNamed("unreachable");
     }
 }
 

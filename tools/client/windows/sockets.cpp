@@ -5,7 +5,6 @@
 #include <winsock2.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace client {
 
@@ -44,21 +43,17 @@ bool Wait(fd_set *toRead, fd_set *toWrite, fd_set *failed, const Deadline *deadl
     return select(0, toRead, toWrite, failed, deadline == nullptr ? nullptr : &left) != 0;
 }
 
-sockaddr_in SystemAddressOf(const Address &address)
+// Address is laid out like sockaddr_in.
+static_assert(sizeof(Address) == sizeof(sockaddr_in));
+
+const sockaddr *SystemAddress(const Address &address)
 {
-    sockaddr_in system = {};
-    system.sin_family = AF_INET;
-    system.sin_port = htons(address.port);
-    std::memcpy(&system.sin_addr, address.ip.data(), address.ip.size());
-    return system;
+    return reinterpret_cast<const sockaddr *>(&address);
 }
 
-Address AddressOf(const sockaddr_in &system)
+sockaddr *SystemAddress(Address *address)
 {
-    Address address;
-    std::memcpy(address.ip.data(), &system.sin_addr, address.ip.size());
-    address.port = ntohs(system.sin_port);
-    return address;
+    return reinterpret_cast<sockaddr *>(address);
 }
 
 } // namespace
@@ -76,9 +71,8 @@ Socket OpenSocket()
 
 int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
 {
-    const sockaddr_in address = SystemAddressOf(peer);
     SetMode(socket, kDoesNotWait);
-    const bool connected = connect(HandleOf(socket), reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0;
+    const bool connected = connect(HandleOf(socket), SystemAddress(peer), sizeof peer) == 0;
     int error = connected ? 0 : WSAGetLastError();
     if (error == WSAEWOULDBLOCK) {
         error = WSAETIMEDOUT;
@@ -93,24 +87,20 @@ int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
 
 Socket Listen(Address *address, int mostWaiting)
 {
-    sockaddr_in system = SystemAddressOf(*address);
-    int length = sizeof system;
+    int length = sizeof *address;
     Socket listener = OpenSocket();
     const SOCKET handle = HandleOf(listener.get());
-    if (bind(handle, reinterpret_cast<const sockaddr *>(&system), length) != 0 || listen(handle, mostWaiting) != 0) {
+    if (bind(handle, SystemAddress(*address), length) != 0 || listen(handle, mostWaiting) != 0) {
         return {};
     }
-    getsockname(handle, reinterpret_cast<sockaddr *>(&system), &length);
-    *address = AddressOf(system);
+    getsockname(handle, SystemAddress(address), &length);
     return listener;
 }
 
 Socket Accept(int listener, Address *client)
 {
-    sockaddr_in system = {};
-    int length = sizeof system;
-    Socket accepted(static_cast<int>(accept(HandleOf(listener), reinterpret_cast<sockaddr *>(&system), &length)));
-    *client = AddressOf(system);
+    int length = sizeof *client;
+    Socket accepted(static_cast<int>(accept(HandleOf(listener), SystemAddress(client), &length)));
     return accepted;
 }
 

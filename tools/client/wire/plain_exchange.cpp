@@ -1,6 +1,6 @@
 #include "wire/plain_exchange.h"
 
-#include "diagnostics/connection_rules.h"
+#include "diagnostics/rules.h"
 #include "diagnostics/printable.h"
 #include "system.h"
 #include "wire/name_fault.h"
@@ -48,7 +48,7 @@ void Receive(ReplyWatch *watch, const Deadline &deadline, bool toTheEnd, PlainEx
 
 diagnostics::Findings LookUp(const std::string &host, int port, Address *address)
 {
-    address->port = static_cast<std::uint16_t>(port);
+    *address = MakeAddress(static_cast<std::uint16_t>(port));
     if (const int error = LookUpIpv4(host, address); error != 0) {
         return {{&NameRule(host, error), diagnostics::Printable(host)}};
     }
@@ -80,7 +80,7 @@ PlainExchange Ask(const Address &address, const std::string &request, diagnostic
     const Deadline deadline = Clock::now() + patience;
     ReplyWatch watch(socket.get(), &made.exchange);
     if (!SendAll(socket.get(), request, deadline)) {
-        made.noConnection = {{&diagnostics::kSendFailed, NetworkErrorText(LastSocketError())}};
+        made.noConnection = {{&diagnostics::RuleNamed("send-failed"), NetworkErrorText(LastSocketError())}};
         return made;
     }
     made.exchange.request = request;

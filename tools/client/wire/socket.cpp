@@ -1,15 +1,25 @@
 #include "wire/socket.h"
 
-#include "platform/sockets.h"
 #include "wire/name_fault.h"
 
 #include <cstring>
 
 namespace client {
 
+Address MakeAddress(std::uint16_t port)
+{
+    constexpr std::uint16_t kIpv4 = 2; // AF_INET
+    return {kIpv4, {static_cast<std::uint8_t>(port >> 8), static_cast<std::uint8_t>(port)}, {}, {}};
+}
+
+std::uint16_t PortOf(const Address &address)
+{
+    return static_cast<std::uint16_t>(address.port[0] << 8 | address.port[1]);
+}
+
 std::string Dotted(const Address &address)
 {
-    const auto part = [&](std::size_t i) { return std::to_string(address.ip[i]); };
+    const auto part = [&](std::size_t i) { return std::to_string(address.address[i]); };
     return part(0) + '.' + part(1) + '.' + part(2) + '.' + part(3);
 }
 
@@ -23,7 +33,7 @@ int LookUpIpv4(const std::string &host, Address *address)
     if (found == nullptr) {
         return LastLookUpError();
     }
-    std::memcpy(address->ip.data(), found->firstAddress, address->ip.size());
+    std::memcpy(address->address, found->firstAddress, sizeof address->address);
     return 0;
 }
 

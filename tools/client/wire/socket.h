@@ -2,7 +2,8 @@
 // Errors are the system's own numbers; system.h has words for them.
 #pragma once
 
-#include <array>
+#include "platform/sockets.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -15,12 +16,11 @@ namespace client {
 
 using Deadline = std::chrono::steady_clock::time_point;
 
-struct Address {
-    std::array<std::uint8_t, 4> ip{};
-    std::uint16_t port = 0;
-};
+using Address = pavonix::platform::SocketAddress; // laid out like the system's sockaddr_in
 
-// As in "127.0.0.1".
+[[nodiscard]] Address MakeAddress(std::uint16_t port); // of all of this machine's interfaces
+[[nodiscard]] std::uint16_t PortOf(const Address &address);
+// The IP address alone, as in 127.0.0.1.
 [[nodiscard]] std::string Dotted(const Address &address);
 
 void CloseSocket(int socket);
