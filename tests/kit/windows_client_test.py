@@ -38,7 +38,7 @@ class WindowsClientTest(ShopTest):
         self.assertEqual(self.pavonix("--version"), (0, VERSION))
         code, text = self.pavonix("profile", "check", PROFILE)
         self.assertEqual(code, 0, text)
-        self.assertIn("no problems, the keys make tokens", text)
+        self.assertIn("no problems; only pavonix for Linux", text)
 
     def test_makes_a_profile(self):
         code, text = self.pavonix("profile", "new", "--out", "my.profile", "--serial", "PX-1", "--user-id", 42)
@@ -53,7 +53,7 @@ class WindowsClientTest(ShopTest):
                                       "--profile", PROFILE)
             self.assertEqual(code, expected, text)
             self.assertIn(words, text)
-            self.assertIn("this system shows no packets", text)
+            self.assertIn("this system does not report packets", text)
 
     def test_watches_a_download(self):
         with subprocess.Popen([os.environ["WINE64"], WINDOWS / "x64/pavonix.exe", "watch", "--listen", "0", "--to",

@@ -159,8 +159,8 @@ class DoctorTest(ClientTest):
         self.register(1000)
         command = [f"{PROGRAMS}/pavonix", "doctor", f"http://127.0.0.1:{self.port}/shop/list", "--quiet", "--tries", "1"]
         profile, buy = ["--profile", self.profile], ["--buy", "1,7"]
-        for arguments, covered, rest in (([], "Downloads from this server are", "purchases: add --profile"),
-                                         (profile, "Downloads and refused purchases are", "add --buy TYPE,ID"),
+        for arguments, covered, rest in (([], "Downloads from this server are", "purchases; use --profile"),
+                                         (profile, "Downloads and refused purchases are", "use --buy TYPE,ID"),
                                          (profile + buy, "This server is compatible", "")):
             lines = run(*command, *arguments).stdout.splitlines()[-3 if rest else -2:]
             self.assertTrue(lines[0].startswith(covered) and rest in lines[1] and "may have been missed" in lines[-1], lines)

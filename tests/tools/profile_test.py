@@ -69,9 +69,9 @@ class ProfileTest(unittest.TestCase):
             ("no separator", profile_text().replace("Serial: ", "Serial:"), "the whole line is its value",
              ("A/1", "User-Serial:PX-1", "42")),
             ("text before the separator", profile_text().replace("User-Id", "User-Identity"),
-             "there is other text between", ("A/1", "PX-1", "42")),
+             "there is text between", ("A/1", "PX-1", "42")),
             ("no number", profile_text(User_Id="4x2"), "User-Id is not a whole number", ("A/1", "PX-1", "4")),
-            ("given twice", profile_text() + "User-Serial: S2\n", "replaces the value of line 2", ("A/1", "S2", "42")),
+            ("given twice", profile_text() + "User-Serial: S2\n", "overrides the value of line 2", ("A/1", "S2", "42")),
             ("missing", profile_text(User_Agent=None), "User-Agent is missing or empty",
              (default_agent, "PX-1", "42")),
             ("a zero byte", profile_text(User_Serial="P\0X"), "line 2: it contains a zero byte", ("A/1", "P", "42")),
@@ -88,22 +88,22 @@ class ProfileTest(unittest.TestCase):
         table = [
             ("no XML", dict(Public_Key="secret"), ["Public-Key does not import", "No modulus"]),
             ("broken part", dict(Private_Key=PRIVATE.replace("<Q>", "<Q>*</Q><Q>")), ["Private-Key", "Invalid Q"]),
-            ("public in both", dict(Private_Key=PUBLIC), ["make no token", "Private key required, but not provided"]),
+            ("public in both", dict(Private_Key=PUBLIC), ["no token can be made", "Private key required, but not provided"]),
             ("private in both", dict(Public_Key=PRIVATE), ["cannot be registered", "this is a private key"]),
-            ("no pair", dict(Public_Key=Key().public_xml()), ["they are no pair"]),
-            ("no InverseQ", dict(Private_Key=KEY.private_xml(without=["InverseQ"])), ["does not open with Public"]),
+            ("no pair", dict(Public_Key=Key().public_xml()), ["they are not a pair"]),
+            ("no InverseQ", dict(Private_Key=KEY.private_xml(without=["InverseQ"])), ["cannot be opened with Public"]),
         ]
         odd = Key(1023)
         odd_keys = dict(Public_Key=odd.public_xml(), Private_Key=odd.private_xml())
-        table.append(("1023 bits", odd_keys, ["1023 bits, no multiple of 8"]))
+        table.append(("1023 bits", odd_keys, ["1023 bits, which is not a multiple of 8"]))
         for without in (["DP"], ["DQ"], ["DP", "DQ"]):
             table.append((f"no {without}", dict(Private_Key=KEY.private_xml(without=without)),
-                          ["does not open with Public-Key", "\nproblem: Private-Key gives itself away"]))
+                          ["cannot be opened with Public-Key", "\nproblem: Private-Key is compromised"]))
         for name, changes, words in table:
             with self.subTest(name):
                 code, output = self.check(profile_text(**changes))
                 self.assertEqual((code, [word for word in words if word not in output]), (7, []), output)
-                self.assertEqual("gives itself away" in output, name.startswith("no ['"))
+                self.assertEqual("is compromised" in output, name.startswith("no ['"))
                 self.assertNotIn(PRIVATE[PRIVATE.index("<P>"):][:60], output)
 
     def new(self, *arguments):
@@ -128,7 +128,7 @@ class ProfileTest(unittest.TestCase):
         with open(self.path) as profile:
             self.assertEqual(profile.read(), text)
         code, words = self.new("--force", "--bits", "1488")
-        self.assertEqual((code, "D is left out" in words), (0, True))
+        self.assertEqual((code, "written without D" in words), (0, True))
         self.assertEqual(run(f"{PROGRAMS}/pavonix", "profile", "check", self.path).returncode, 0)
 
     def test_new_profiles_that_cannot_be(self):

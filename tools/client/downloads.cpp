@@ -21,13 +21,13 @@ ExitCode ExplainKept(const StoredFile &stored, Report *report)
     return ExitCode::kKept;
 }
 
-// What is missing from the file, and why, as far as the exchange shows it.
+// Reports what is missing from the file and, if the exchange shows it, why.
 ExitCode ExplainIncomplete(const Outcome &outcome, const StoredFile &stored, const std::string &fault, Report *report)
 {
     const Finding *cause = diagnostics::FirstError(outcome.findings);
-    report->PrintError("this is not a complete XML document: " + fault);
+    report->PrintError("the file is not a complete XML document: " + fault);
     if (const std::size_t zeros = stored.Zeros(); zeros > 0) {
-        report->PrintError(std::to_string(zeros) + " zeros replace bytes that were not in the first packet");
+        report->PrintError(std::to_string(zeros) + " bytes of it are zeros because they were not in the first packet");
         report->SetNumber("zeros", static_cast<std::int64_t>(zeros));
     }
     if (cause != nullptr) {

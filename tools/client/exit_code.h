@@ -1,4 +1,4 @@
-// How the program ends.
+// The program's exit codes.
 #pragma once
 
 #include <stdexcept>
@@ -37,7 +37,7 @@ inline constexpr const char *kExitCodeHelp = "Exit codes:\n"
                                              "  11  no connection: host unknown, refused or unreachable\n"
                                              "  130 interrupted\n";
 
-// Ends the program with a message and an exit code.
+// An error that ends the program with a message and an exit code.
 class Failure : public std::runtime_error {
 public:
     Failure(ExitCode code, const std::string &message) : std::runtime_error(message), code_(code) {}

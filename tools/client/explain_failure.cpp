@@ -1,4 +1,4 @@
-// Why a call did not return 200.
+// Reports why a call did not return 200.
 #include "diagnostics/rules.h"
 #include "diagnostics/device_reading.h"
 #include "diagnostics/printable.h"
@@ -48,7 +48,7 @@ void ShowBody(const Outcome &outcome, Report *report)
     }
 }
 
-// The library does not return code, message and body of a refused download.
+// The library discards code, message and body of a refused download.
 void ShowReason(const Outcome &outcome, Report *report)
 {
     const diagnostics::DeviceReading device(outcome.record.exchange);

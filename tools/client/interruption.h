@@ -1,12 +1,12 @@
-// Ctrl-C.
+// Handles Ctrl-C.
 #pragma once
 
 #include "stored_file.h"
 
 namespace client {
 
-// For a download: while it lives, SIGINT and SIGTERM end the program with 128 and
-// the signal's number, and it says so when they leave an incomplete file.
+// For a download: while it exists, SIGINT and SIGTERM end the program with exit code 128
+// plus the signal's number, after a message if an incomplete file is left.
 class Interruption {
 public:
     explicit Interruption(const StoredFile &target);
@@ -15,8 +15,8 @@ public:
     Interruption &operator=(const Interruption &) = delete;
 };
 
-// For a series of steps: while it lives, the first SIGINT is only noted, so that what
-// was found so far can be shown. The second ends the program.
+// For a series of steps: while it exists, the first SIGINT sets a flag, so that the
+// results so far can be printed. The second one ends the program.
 class StopRequest {
 public:
     StopRequest();

@@ -1,18 +1,16 @@
-// An RSA key pair as the profile holds it: XML on one line.
+// Generates RSA key pairs: linux/ with OpenSSL, windows/ with CNG.
 #pragma once
 
 #include <string>
 
 namespace client {
 
+// In base64.
 struct KeyPair {
-    std::string publicXml;
-    std::string privateXml;         // with D, the private exponent
-    std::string privateXmlWithoutD; // D is not needed where P, Q, DP, DQ and InverseQ are known
+    std::string modulus, exponent, p, q, dp, dq, inverseQ, d;
 };
 
-// Makes a key pair with what the system has for it: linux/ with OpenSSL, windows/ with
-// CNG. bits: 512 to 16384. Throws Failure for a size that it does not make.
+// bits: 512 to 16384. Throws Failure for a size that the system does not support.
 [[nodiscard]] KeyPair MakeKeyPair(int bits);
 
 } // namespace client

@@ -1,4 +1,4 @@
-// Makes a device profile with a key pair of its own.
+// The command "profile new".
 #pragma once
 
 #include "exit_code.h"
@@ -9,7 +9,7 @@ namespace client {
 
 struct NewProfile {
     std::string file;
-    std::string publicKeyFile; // empty: the profile's name with ".pub.xml" after it
+    std::string publicKeyFile; // if empty, the profile's name with ".pub.xml" appended
     std::string userAgent = "Pavonix/1.0";
     std::string serial;
     int userId = 0;
@@ -17,8 +17,8 @@ struct NewProfile {
     int bits = 1024;
     bool force = false;
 
-    // Writes the profile, readable by its owner only, and the public key to
-    // register at a shop. Throws Failure: kUsage for values that a profile cannot
+    // Generates a key pair and writes the profile, readable by its owner only, and the
+    // public key for the shop. Throws Failure: kUsage for values that a profile cannot
     // hold, kLocalFailure for a file that exists (without force) or cannot be written.
     ExitCode Write() const;
 

@@ -1,4 +1,4 @@
-// Paths are UTF-8 in this program, whatever the system makes of plain text.
+// All paths in this program are UTF-8, whatever the system's encoding is.
 #pragma once
 
 #include <filesystem>

@@ -15,7 +15,7 @@ namespace client {
 
 namespace {
 
-// Keys are shown by their length: they are unreadable, and one is secret.
+// Of keys only the length is shown: one of them is secret.
 std::string Shown(const std::string &key, const std::string &value)
 {
     return key.ends_with("-Key") ? "(" + std::to_string(value.size()) + " characters)"
@@ -29,7 +29,7 @@ ExitCode CheckProfile(const std::string &path)
     std::ifstream file(PathOf(path), std::ios::binary);
     if (!file || !std::filesystem::is_regular_file(PathOf(path))) {
         throw Failure(ExitCode::kLocalFailure,
-                      path + " is not a readable file; a call would be sent without an identity");
+                      path + " is not a readable file; a request would be sent without an identity");
     }
     ProfileText profile = ReadProfileText(std::string(std::istreambuf_iterator<char>(file), {}));
     std::map<int, std::string> keys;

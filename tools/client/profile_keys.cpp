@@ -11,7 +11,7 @@ std::string WithLog(const std::string &problem, pavonix::ZtRsa &engine)
 {
     pavonix::ZtString log;
     engine.get_LastErrorText(&log);
-    std::string text = problem + "; the engine's log:\n" + log.c_str();
+    std::string text = problem + "; the engine logged:\n" + log.c_str();
     text.erase(text.find_last_not_of("\r\n") + 1);
     return text;
 }
@@ -34,7 +34,7 @@ std::vector<std::string> CheckKeys(const std::string &publicXml, const std::stri
     }
     pavonix::ZtString token;
     if (!engine.EncryptStringENC(token::FormatTimeText(token::WallTimeNow()).c_str(), true, &token)) {
-        return {WithLog("the keys make no token", engine)};
+        return {WithLog("no token can be made with the keys", engine)};
     }
     return CheckToken(token.c_str(), publicXml);
 }

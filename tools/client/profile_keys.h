@@ -1,4 +1,4 @@
-// Whether the keys of a profile make tokens that a shop accepts.
+// Checks whether a shop will accept the tokens that a profile's keys make.
 #pragma once
 
 #include <string>
@@ -6,13 +6,13 @@
 
 namespace client {
 
-// Imports both keys into the library's engine, as every call does, makes a token
-// and opens it. Returns what is wrong in words, the engine's log with it.
+// Imports both keys into the library's engine, as every call does, makes a token and
+// opens it. Returns the problems, with the engine's log.
 [[nodiscard]] std::vector<std::string> CheckKeys(const std::string &publicXml, const std::string &privateXml);
 
-// linux/ opens the token like a shop; windows/ has nothing to open it with.
+// linux/ opens the token as a shop does; windows/ checks nothing.
 [[nodiscard]] std::vector<std::string> CheckToken(const std::string &token, const std::string &publicXml);
-// What is known when nothing is wrong.
+// What is printed if no problem is found.
 extern const char *const kNoProblems;
 
 } // namespace client

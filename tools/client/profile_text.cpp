@@ -34,17 +34,17 @@ bool Reader::TooLong(std::string_view line)
         return false;
     }
     Problem("it has " + std::to_string(line.size()) + " characters, more than " + std::to_string(kLongestProfileLine) +
-            ": reading stops here; this and all later lines are ignored");
+            "; this and all later lines are ignored");
     return true;
 }
 
-// Keys are searched anywhere in the line, so another key than the intended one may be found.
+// Keys are found anywhere in a line, so the key that is found may not be the intended one.
 void Reader::CheckKey(std::string_view line, const std::string &key, std::size_t position)
 {
     for (const char *other : kProfileKeys) {
         if (position > 0 && other != key && line.starts_with(other)) {
             Problem(std::string("it begins with ") + other + " but is read as " + key +
-                    ", which it also contains and which is searched first");
+                    ", which it also contains and which takes precedence");
             return;
         }
     }
@@ -61,7 +61,7 @@ std::string_view Reader::TakeValue(std::string_view line, const std::string &key
         return line;
     }
     if (separator != position + key.size()) {
-        Problem("there is other text between " + key + " and the next \": \"");
+        Problem("there is text between " + key + " and the next \": \"");
     }
     return line.substr(separator + 2);
 }
@@ -69,14 +69,14 @@ std::string_view Reader::TakeValue(std::string_view line, const std::string &key
 void Reader::CheckValue(const std::string &key, std::string_view value)
 {
     if (value.ends_with('\r')) {
-        Problem("it ends in a carriage return, which becomes part of " + key + ": end lines with a line feed only");
+        Problem("it ends in a carriage return, which becomes part of " + key + "; end lines with a line feed only");
         return;
     }
     std::int32_t number = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), number);
     const bool isNumber = error == std::errc() && end == value.data() + value.size();
     if ((key == "User-Id" || key == "User-No") && !isNumber) {
-        Problem(key + " is not a whole number of 32 bits; text after the last digit is dropped, no digits mean 0");
+        Problem(key + " is not a whole number of 32 bits; the leading digits are used, or 0 without any");
     }
 }
 
@@ -95,7 +95,7 @@ void Reader::TakeLine(std::string_view line)
         const std::string_view value = TakeValue(line, key, position);
         CheckValue(key, value);
         if (result.lines.contains(key)) {
-            Problem(key + " appears again and replaces the value of line " + std::to_string(result.lines[key]));
+            Problem(key + " overrides the value of line " + std::to_string(result.lines[key]));
         }
         result.values[key] = value;
         result.lines[key] = number_;

@@ -10,18 +10,18 @@ namespace client {
 
 namespace {
 
-// The library writes texts in their full length: an overlong message continues into
-// the timestamp's room, so that only the end of the record limits it.
+// The library writes texts in full length: an overlong message continues into the
+// timestamp, so only the end of the record limits it.
 std::string TextAt(const BuyGoodRoomyResult &result, const PavonixChar *text)
 {
     const auto *end = reinterpret_cast<const PavonixChar *>(&result + 1);
     std::basic_string_view<PavonixChar> shown(text, static_cast<std::size_t>(end - text));
     shown = shown.substr(0, shown.find(PavonixChar(0)));
-    shown.remove_prefix(std::min(shown.find_first_not_of(PavonixChar(' ')), shown.size())); // after the colon
+    shown.remove_prefix(std::min(shown.find_first_not_of(PavonixChar(' ')), shown.size())); // the one after the colon
     return diagnostics::PrintableText(ToUtf8(shown));
 }
 
-// No verdict sets this value: the call wrote nothing.
+// A value that the library never writes.
 constexpr int kUntouched = INT_MIN;
 
 void ShowVerdict(const BuyGoodRoomyResult &result, Report *report)
@@ -35,27 +35,27 @@ void ShowVerdict(const BuyGoodRoomyResult &result, Report *report)
     if (result.errorCode == 906) {
         const std::string timestamp = TextAt(result, result.serverTimestamp);
         report->PrintError("server timestamp: " + timestamp);
-        report->PrintError("The clock of this device is wrong: set it and buy again.");
+        report->PrintError("The clock of this device is wrong; set it and buy again.");
         report->SetText("server_timestamp", timestamp);
     }
 }
 
-// A refusal is a 3xx or 4xx. The server can fail between the sale and its reply.
+// The server may have failed between the sale and its reply. A 3xx or 4xx is a refusal.
 bool MayBeSold(const Outcome &outcome)
 {
     return !outcome.record.exchange.request.empty() && (outcome.status < 300 || outcome.status >= 500);
 }
 
-constexpr const char *kMaybeSold =
-    "The shop may have sold the good. To find out, buy it again without --force: code 908, already owned, means that "
-    "it was sold.";
+constexpr const char *kMaybeSold = "The shop may have sold the good. To find out, buy it again without --force: code "
+                                   "908 (already owned) means that it "
+                                   "was sold.";
 
-// After a 0 the record holds whatever arrived instead of a reply.
-void ShowRemains(const BuyGoodRoomyResult &result, Report *report)
+// After a 0 the record holds whatever was received.
+void ShowPartialRecord(const BuyGoodRoomyResult &result, Report *report)
 {
     const bool untouched = result.errorCode == kUntouched;
     const std::string text = untouched ? "" : TextAt(result, result.message);
-    report->PrintError(untouched      ? "The application's record is untouched."
+    report->PrintError(untouched      ? "The application's record is unchanged."
                        : text.empty() ? "The application gets code 0 and no message."
                                       : "The application gets code 0 and the message \"" + text + "\".");
     report->SetFlag("record_touched", !untouched);
@@ -72,7 +72,7 @@ ExitCode Explain(const Outcome &outcome, const BuyGoodRoomyResult &result, const
     }
     const ExitCode code = ExplainFailure(outcome, report);
     if (outcome.status == PAVONIX_FAILED) {
-        ShowRemains(result, report);
+        ShowPartialRecord(result, report);
     } else {
         ShowVerdict(result, report);
     }

@@ -1,6 +1,5 @@
 #include "shop_call.h"
 
-#include "call/progress.h"
 #include "path.h"
 #include "trace_file.h"
 #include "wide_text.h"
@@ -25,16 +24,17 @@ Outcome ShopCall::Make(diagnostics::Call kind, const std::function<int(const Sho
 {
     const TraceFile traced(trace ? profile : "");
     Outcome outcome{PAVONIX_FAILED, CallRecord(kind), {}};
-    outcome.record.showProgress = !json && isatty(STDERR_FILENO) != 0;
     if (seconds) {
         outcome.record.deadline = CallRecord::Clock::now() + std::chrono::duration_cast<CallRecord::Clock::duration>(
                                                                  std::chrono::duration<double>(*seconds));
     }
     {
+        ProgressLine progress(!json && isatty(STDERR_FILENO) != 0);
+        outcome.record.progress = &progress;
         const Recording recording(&outcome.record);
         outcome.status = call(ShopLibrary(trace));
+        outcome.record.progress = nullptr;
     }
-    EndProgress();
     traced.Show();
     if (outcome.record.timedOut && seconds) {
         outcome.record.exchange.waited = std::chrono::milliseconds(static_cast<std::int64_t>(*seconds * 1000));

@@ -1,4 +1,4 @@
-// What every call to the shop needs: where the shop is and who asks.
+// A call to the shop: its common options, and its outcome.
 #pragma once
 
 #include "call/call_record.h"
@@ -13,13 +13,12 @@
 
 namespace client {
 
-// A call that was made.
 struct Outcome {
-    int status = PAVONIX_FAILED; // the library's result
+    int status = PAVONIX_FAILED; // the call's return value
     CallRecord record;
     diagnostics::Findings findings;
 
-    // The file existed and nothing was sent. A server can reply with status 001, too.
+    // The file exists and nothing was sent. (A server can also reply with status 001.)
     [[nodiscard]] bool WasKept() const { return status == PAVONIX_KEPT && record.host.empty(); }
 };
 
@@ -29,14 +28,14 @@ struct ShopCall {
     std::string profile;
     std::string url;
     std::optional<int> port;
-    std::optional<double> seconds; // time-out
+    std::optional<double> seconds; // the time-out
     bool json = false;
 
-    // Writes a warning for a profile that cannot be read: the library does not
-    // mind, it sends the request without an identity.
+    // Prints a warning if the profile cannot be read: the library then sends the request
+    // without an identity.
     [[nodiscard]] WideText WideProfile() const;
 
-    // Makes one call and watches it.
+    // Makes one call and records it.
     [[nodiscard]] Outcome Make(diagnostics::Call kind, const std::function<int(const ShopLibrary &)> &call) const;
     // The URL with the command's name in place of "{}".
     [[nodiscard]] std::string Url() const;

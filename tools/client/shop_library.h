@@ -1,4 +1,4 @@
-// The library's three calls. This program contains them, in the tracing build's form.
+// The library's three calls; the tracing library is linked into this program.
 #pragma once
 
 #include "trace/untraced_calls.h"

@@ -20,7 +20,7 @@ constexpr std::size_t kColumnsShown = 110;
 constexpr std::size_t kBytesRead = 4096;
 constexpr std::size_t kLongestPath = 259; // bytes, in the library's code page
 
-// The line's beginning, not cut inside a character of UTF-8.
+// Never ends inside a UTF-8 character.
 std::string BeginningOf(const std::string &line)
 {
     std::size_t length = std::min(line.size(), kColumnsShown);
@@ -40,8 +40,8 @@ StoredFile::StoredFile(const std::string &path) : path_(path)
     before_ = StateOf(path.c_str());
     if (before_.kind != FileState::Kind::kNothing && before_.kind != FileState::Kind::kFile) {
         throw Failure(ExitCode::kLocalFailure,
-                      path + " is " + (before_.kind == FileState::Kind::kFolder ? "a folder" : "no regular file") +
-                          ": the library cannot store there, or would replace it");
+                      path + " is " + (before_.kind == FileState::Kind::kFolder ? "a folder" : "not a regular file") +
+                          "; the library cannot store there, or would replace it");
     }
 }
 
@@ -98,12 +98,12 @@ std::string StoredFile::WhyNotStored() const
         return "its path has letters that code page 1252 lacks";
     }
     if (*narrow > kLongestPath) {
-        return "its path has " + std::to_string(*narrow) + " bytes, and the library takes " +
+        return "its path has " + std::to_string(*narrow) + " bytes; the library allows at most " +
                std::to_string(kLongestPath);
     }
     std::error_code error;
     if (!std::filesystem::exists(folder, error) && !std::filesystem::exists(folder.parent_path(), error)) {
-        return "more than one folder of its path is missing, and the library makes only the last one: " +
+        return "more than one folder of its path is missing, and the library creates only the last one: " +
                TextOf(folder);
     }
     for (const std::filesystem::path &place : {folder, folder.parent_path()}) {

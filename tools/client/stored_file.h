@@ -1,4 +1,4 @@
-// What a download left at its target path.
+// The file that a download stores.
 #pragma once
 
 #include "system.h"
@@ -8,24 +8,24 @@
 
 namespace client {
 
-// Remembers what lies at the path when it is made, before the download.
+// Construct it before the download: it remembers the state of the file.
 class StoredFile {
 public:
-    // Throws Failure for a path that is empty or has no regular file: the library
-    // would delete a device or a link and put a file in its place.
+    // Throws Failure for an empty path, and for one that is not a regular file: the
+    // library would delete a device or link and put a file in its place.
     explicit StoredFile(const std::string &path);
 
-    // Whether the download has put a file there.
+    // Whether the download stored a file.
     [[nodiscard]] bool IsNew() const;
     [[nodiscard]] std::uint64_t Size() const;
-    // What is wrong with the XML in it; empty when it is a whole document.
+    // What is wrong with its XML; empty for a complete document.
     [[nodiscard]] std::string Fault() const;
-    // Zero bytes in the part of it that came with the reply's head: they replace
-    // bytes that did not.
+    // The number of zero bytes in the first 1024: they replace bytes that were not in the
+    // first packet.
     [[nodiscard]] std::size_t Zeros() const;
-    // The first lines, each on a line of its own behind "  | ".
+    // The first lines, each prefixed with "  | ".
     [[nodiscard]] std::string FirstLines() const;
-    // Why the library stored nothing, as far as the file system tells.
+    // The likely reason why nothing was stored.
     [[nodiscard]] std::string WhyNotStored() const;
 
     const std::string &path() const { return path_; }

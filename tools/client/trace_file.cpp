@@ -32,10 +32,10 @@ void TraceFile::Show() const
     }
     std::ifstream file(PathOf(path_), std::ios::binary);
     if (!file) {
-        std::cerr << "warning: the library wrote no trace " << path_ << '\n';
+        std::cerr << "warning: the library did not write the trace " << path_ << '\n';
         return;
     }
-    // a trace that has grown too long is begun anew
+    // the library truncates a trace that grows too long
     file.seekg(static_cast<std::streamoff>(LengthOf(path_) >= before_ ? before_ : 0));
     for (std::string line; std::getline(file, line);) {
         line.erase(line.find_last_not_of('\r') + 1);

@@ -1,4 +1,4 @@
-// The text that the tracing library writes beside the profile.
+// The trace that the library writes beside the profile.
 #pragma once
 
 #include <cstdint>
@@ -8,10 +8,10 @@ namespace client {
 
 class TraceFile {
 public:
-    // Remembers how long the trace of that profile is; an empty profile is none.
+    // Remembers the current length of the profile's trace. An empty path disables it.
     explicit TraceFile(const std::string &profile);
 
-    // Shows on standard error what has come to it since.
+    // Prints what was appended since, on standard error.
     void Show() const;
 
 private:

@@ -1,4 +1,4 @@
-// UTF-8, as people type it, and UTF-16, as the library takes it.
+// Converts between UTF-8 (command line, output) and UTF-16 (library).
 #pragma once
 
 #include <pavonix/pavonix.h>

@@ -1,5 +1,5 @@
 # Completion for pavonix and pavonix-shop. Commands and options are read from the
-# program's own help, so that there is one list of them.
+# output of --help.
 _pavonix()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} commands=() help word

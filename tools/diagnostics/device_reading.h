@@ -1,4 +1,4 @@
-// The library's view of a reply, of an exchange that was observed.
+// The library's view of an observed reply.
 #pragma once
 
 #include "diagnostics/exchange.h"
@@ -8,7 +8,7 @@ namespace diagnostics {
 
 using pavonix::NumberIn;
 
-// Views into the exchange, which must outlive it.
+// Refers to the exchange, which must outlive it.
 class DeviceReading : public pavonix::ReplyFacts {
 public:
     explicit DeviceReading(const Exchange &exchange)

@@ -1,4 +1,4 @@
-// Says what is wrong with an exchange. Nothing here opens a socket or a file.
+// Finds the rules that an exchange breaks. Opens no socket and no file.
 #pragma once
 
 #include "diagnostics/exchange.h"
@@ -11,11 +11,11 @@ namespace diagnostics {
 
 using Findings = std::vector<Finding>;
 
-// The URL as it is given to a call, a download's without its query.
+// url: as passed to the call, without a download's query.
 [[nodiscard]] Findings DiagnoseUrl(std::string_view url, Call call);
 
-// The request, if it was seen, and the reply, in the order of topics; the first
-// error among them explains why a call failed.
+// Diagnoses the request, if observed, and the reply, in the order of topics. If the call
+// failed, the first error is the reason.
 [[nodiscard]] Findings Diagnose(const Exchange &exchange);
 
 // The parts of Diagnose.
@@ -24,7 +24,7 @@ using Findings = std::vector<Finding>;
 [[nodiscard]] Findings DiagnoseDownload(const Exchange &exchange); // length, coding, body; of a reply with status 200
 [[nodiscard]] Findings DiagnoseVerdict(const Exchange &exchange);  // of a purchase's reply
 
-// The first error; null when there is none.
+// Null if there is none.
 [[nodiscard]] const Finding *FirstError(const Findings &findings);
 
 } // namespace diagnostics

@@ -56,7 +56,7 @@ bool Download::Coded()
     return chunked || compressed;
 }
 
-// A line of that name is there: can the device read it?
+// There is a line of that name; the device may not be able to read it.
 void Download::DiagnoseLine(const HeadLine &line)
 {
     const std::string_view where = device_.LineOf(kName).value_or("");

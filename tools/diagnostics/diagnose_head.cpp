@@ -39,7 +39,7 @@ const Rule &RuleOf(HeadFault fault, const Exchange &exchange)
                                            : RuleNamed("closed-empty");
 }
 
-// What shows that the device finds no head in its first reception.
+// Shows why the device finds no head in its first receive.
 std::string EvidenceOf(HeadFault fault, const Exchange &exchange)
 {
     const std::string_view reply = exchange.reply;
@@ -70,19 +70,19 @@ void DiagnoseSegments(const Exchange &exchange, const DeviceReading &device, Fin
     const std::string came = Count(exchange.firstBytes) + " of " + std::to_string(exchange.reply.size());
     if (split && exchange.call == Call::kDownload && device.status() == 200) {
         const std::string head = "the head has " + Count(device.headLength());
-        findings->push_back(
-            {&RuleNamed("head-alone"), came + " came first, " + head + "; if read that way, the first " +
-                                           std::to_string(device.zeros()) + " bytes of the file would be zeros"});
+        findings->push_back({&RuleNamed("head-alone"), came + " arrived first, " + head +
+                                                           "; the file would begin with " +
+                                                           std::to_string(device.zeros()) + " zeros"});
     } else if (split && exchange.call == Call::kPurchase && device.status() >= 400 &&
                NumberIn(device.Verdict("X-Error-Code").value_or("")) == 0) {
-        findings->push_back({&RuleNamed("message-apart"), came + " came first"});
+        findings->push_back({&RuleNamed("message-apart"), came + " arrived first"});
     } else if (!split && exchange.segments > 1) {
         findings->push_back(
             {&RuleNamed("packets-joined"), Count(wanted) + " in " + std::to_string(exchange.segments) + " packets"});
     }
 }
 
-// What nginx, Apache and Go say to plain HTTP at a port with TLS.
+// Matches the replies of nginx, Apache and Go to plain HTTP at a TLS port.
 bool ExpectsTls(const Exchange &exchange)
 {
     return exchange.reply.find("HTTPS port") != std::string::npos ||

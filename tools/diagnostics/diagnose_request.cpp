@@ -1,4 +1,4 @@
-// What the device sent, as far as the server or a relay saw it.
+// The device's request, as observed by the server or a relay.
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
@@ -28,7 +28,7 @@ void DiagnosePurchase(const Exchange &exchange, const std::vector<HeadLine> &lin
     const std::int32_t announced = NumberIn(length->value);
     if (announced < 0 || came < static_cast<std::size_t>(announced)) {
         findings->push_back(
-            {&RuleNamed("form-incomplete"), Printable(length->whole) + "; " + std::to_string(came) + " bytes came"});
+            {&RuleNamed("form-incomplete"), Printable(length->whole) + "; " + std::to_string(came) + " bytes arrived"});
     }
 }
 

@@ -9,7 +9,7 @@ namespace diagnostics {
 
 namespace {
 
-constexpr std::size_t kUrlRoom = 256; // of the library, terminator included
+constexpr std::size_t kUrlRoom = 256; // in the library, including the terminator
 constexpr std::size_t kLongUrl = 200; // leaves room for any query
 constexpr std::string_view kShortestQuery = "?type=1&id=1";
 
@@ -18,7 +18,7 @@ bool IsPlain(char letter)
     return letter > ' ' && letter < 0x7F;
 }
 
-// The first thing that keeps the library from sending, null for none.
+// The first reason why the library would send nothing; null for none.
 const Rule *Unusable(std::string_view url, std::string_view host, bool hasPath)
 {
     const std::size_t slashes = url.find("//");

@@ -1,4 +1,4 @@
-// What a purchase's reply tells the application.
+// A purchase's reply.
 #include "diagnostics/device_reading.h"
 #include "diagnostics/head_lines.h"
 #include "diagnostics/diagnose.h"
@@ -15,7 +15,7 @@ constexpr std::string_view kCode = "X-Error-Code";
 constexpr std::string_view kMessage = "X-Error-Message";
 constexpr std::string_view kTimestamp = "X-Server-Timestamp";
 constexpr int kClockIsOff = 906;
-// of the plain record, without terminator and the space after the colon
+// of BuyGoodResult, without terminator and the space after the colon
 constexpr std::size_t kLongestMessage = 254;
 constexpr std::size_t kLongestTimestamp = 62;
 
@@ -55,7 +55,7 @@ private:
     Findings findings_;
 };
 
-// A value as an application shows it: without the space after the colon.
+// A value without the space after the colon.
 std::string Verdict::Text(std::string_view name) const
 {
     const std::string_view value = device_.Verdict(name).value_or("");

@@ -1,5 +1,5 @@
-// An exchange and its findings as people and programs read them: escaped, cut, and
-// the same in the shop's page and in the client.
+// An exchange and its findings for output: escaped and truncated, the same in the shop's
+// page and in the client.
 #pragma once
 
 #include "diagnostics/diagnose.h"
@@ -20,8 +20,8 @@ struct FindingView {
 };
 
 struct MessageView {
-    std::vector<std::string> head; // its first lines, with their line ends
-    std::string body;              // its beginning
+    std::vector<std::string> head; // the first lines, including their line ends
+    std::string body;              // the beginning
     std::uint64_t bodySize = 0;    // of the whole body
 };
 
@@ -31,11 +31,11 @@ struct ExchangeView {
     std::vector<FindingView> findings;
 };
 
-// software: how the server names itself, see ServerSoftware.
+// software: see ServerSoftware.
 [[nodiscard]] FindingView ViewOf(const Finding &finding, std::string_view software);
 [[nodiscard]] ExchangeView ViewOf(const Exchange &exchange, const Findings &findings);
 
-// The finding in lines that begin with `indent`.
+// Each line begins with `indent`.
 [[nodiscard]] std::string AsText(const FindingView &finding, const std::string &indent);
 [[nodiscard]] std::string AsText(const ExchangeView &view);
 

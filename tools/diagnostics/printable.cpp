@@ -36,8 +36,7 @@ void AppendByte(std::string *text, char byte)
     }
 }
 
-// The length of the character of UTF-8 at the beginning of a text, and its number;
-// length 0 when there is none.
+// A UTF-8 character: its length in bytes, 0 for an invalid one, and its code point.
 struct Letter {
     std::size_t length;
     char32_t number;

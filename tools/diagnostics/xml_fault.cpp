@@ -29,7 +29,7 @@ void IgnoreError(void *, xmlError *) {}
 std::string FaultOf(xmlTextReader *made)
 {
     const std::unique_ptr<xmlTextReader, Release> reader(made);
-    xmlSetStructuredErrorFunc(nullptr, IgnoreError); // errors of the encoding go to standard error otherwise
+    xmlSetStructuredErrorFunc(nullptr, IgnoreError); // encoding errors are printed otherwise
     if (reader == nullptr) {
         return "it cannot be read";
     }
@@ -46,7 +46,7 @@ std::string FaultOf(xmlTextReader *made)
     }
     std::string_view text = error->message;
     text = text.substr(0, text.find('\n'));
-    text = text.substr(0, text.find(" use XML_PARSE_HUGE")); // advice for programs
+    text = text.substr(0, text.find(" use XML_PARSE_HUGE")); // advice for programmers
     const std::string line = error->line > 0 ? "line " + std::to_string(error->line) + ": " : "";
     return line + Printable(text);
 }

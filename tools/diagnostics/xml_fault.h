@@ -1,4 +1,4 @@
-// Whether something is a complete XML document.
+// Checks XML documents.
 #pragma once
 
 #include <string>
@@ -6,9 +6,8 @@
 
 namespace diagnostics {
 
-// Returns what is wrong and in which line, printable; empty for a well-formed
-// document. Nothing outside the document is read. The memory needed does not
-// grow with the document's length.
+// Returns what is wrong and in which line, printable; empty for a well-formed document.
+// Reads nothing outside the document, in constant memory.
 [[nodiscard]] std::string XmlFault(std::string_view document);
 [[nodiscard]] std::string XmlFaultOfFile(const std::string &path);
 

@@ -9,7 +9,7 @@ namespace token {
 
 using Bytes = std::vector<unsigned char>;
 
-// Returns nothing when the text is empty or not base64.
+// Empty if the text is empty or not base64.
 [[nodiscard]] std::optional<Bytes> DecodeBase64(const std::string &text);
 
 } // namespace token

@@ -1,4 +1,4 @@
-// Reading a device's public key, which the shop keeps as PEM.
+// Reads a device's public key.
 #pragma once
 
 #include "token/rsa_key.h"
@@ -7,10 +7,9 @@
 
 namespace token {
 
-// Reads an RSA public key from a text: PEM ("BEGIN PUBLIC KEY"), or one XML
-// element whose children Modulus and Exponent contain base64. Throws
-// std::runtime_error that says what is wrong; a private key is refused, as it
-// must not leave its device.
+// text: PEM ("BEGIN PUBLIC KEY"), or an XML element whose children Modulus and Exponent
+// contain base64. Throws std::runtime_error with the reason; private keys are refused,
+// because they must not leave the device.
 [[nodiscard]] PublicKey ReadPublicKey(const std::string &text);
 
 } // namespace token

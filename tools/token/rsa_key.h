@@ -1,4 +1,4 @@
-// What opening a token needs of the system: openssl/ has it for Linux, windows/ for Windows.
+// The cryptography that opening a token needs: openssl/ for Linux, windows/ for Windows.
 #pragma once
 
 #include "token/base64.h"
@@ -9,12 +9,12 @@
 
 namespace token {
 
-// A public key. Never changes, so that threads can share it.
+// A public key. Immutable, so threads can share it.
 struct RsaKey;
 using PublicKey = std::shared_ptr<const RsaKey>;
 using ByteSpan = std::span<const unsigned char>;
 
-// These throw std::runtime_error for anything but an RSA public key.
+// Both throw std::runtime_error for anything but an RSA public key.
 [[nodiscard]] PublicKey MakePublicKey(ByteSpan modulus, ByteSpan exponent);
 [[nodiscard]] PublicKey ReadPem(const std::string &text); // "BEGIN PUBLIC KEY"
 

@@ -1,9 +1,9 @@
 // The time text of tokens and of the header "X-Server-Timestamp":
-// "year-month-day hour:minute:second.fraction", local time, no leading zeros but
-// three digits of fraction, for instance 2010-3-5 9:7:3.042.
+// "year-month-day hour:minute:second.fraction", local time, without leading zeros except
+// in the three digits of the fraction, for example 2010-3-5 9:7:3.042.
 //
-// A device fills the fraction from its uptime; it can be negative (".-042") and
-// says nothing about the time. The shop fills it with its milliseconds.
+// A device takes the fraction from its uptime: it can be negative (".-042") and is
+// unrelated to the time. The shop writes its milliseconds.
 #pragma once
 
 #include <chrono>
@@ -12,22 +12,21 @@
 
 namespace token {
 
-// A wall clock reading. The text names no time zone, so that readings are
-// compared as they stand on the two clocks.
+// The text has no time zone, so the readings of two clocks are compared as they are.
 using WallTime = std::chrono::local_time<std::chrono::milliseconds>;
 
 [[nodiscard]] WallTime WallTimeNow();
 
 [[nodiscard]] std::string FormatTimeText(WallTime time);
 
-// For lists and logs: with leading zeros, so that texts sort as times do.
+// For lists and logs: with leading zeros, so that texts sort like times.
 [[nodiscard]] std::string FormatSortable(WallTime time);
 
-// Whether it is a day that exists, written like 2026-02-20.
+// Whether it is an existing day, written like 2026-02-20.
 [[nodiscard]] bool IsDate(const std::string &text);
 
-// Returns the time to the second, or nothing when the text is not exactly of the
-// form above or names a day or a time that does not exist.
+// Returns the time to the second. Empty if the text is not exactly of the form above, or
+// the day or time does not exist.
 [[nodiscard]] std::optional<WallTime> ParseTimeText(const std::string &text);
 
 } // namespace token

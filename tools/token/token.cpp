@@ -6,7 +6,7 @@ namespace token {
 
 namespace {
 
-// MGF1 (RFC 8017, B.2.1): the bytes with the mask that the seed makes.
+// Removes the mask that MGF1 (RFC 8017, B.2.1) derives from the seed.
 Bytes Unmask(ByteSpan bytes, ByteSpan seed)
 {
     Bytes unmasked(bytes.begin(), bytes.end());
@@ -25,7 +25,7 @@ Bytes Unmask(ByteSpan bytes, ByteSpan seed)
     return unmasked;
 }
 
-// RFC 8017, 7.1.2, step 3. The text is no secret, so timing does not matter.
+// RFC 8017, 7.1.2, step 3. The text is not secret, so timing does not matter.
 std::optional<std::string> DecodeOaep(ByteSpan encoded)
 {
     constexpr std::size_t kDigest = std::tuple_size_v<Sha1Digest>;

@@ -26,7 +26,7 @@ diagnostics::Findings CallRecord::Diagnose(const std::string &url) const
 {
     diagnostics::Findings findings = diagnostics::DiagnoseUrl(url, exchange.call);
     if (host.empty()) {
-        return findings; // nothing was tried
+        return findings; // no connection was attempted
     }
     if (address.empty()) {
         findings.push_back({&NameRule(host, nameError), diagnostics::Printable(host)});

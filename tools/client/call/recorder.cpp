@@ -1,8 +1,7 @@
-// The recorder, between the library and the platform's sockets (src/CMakeLists.txt):
-// makes the library's calls in limited time, and notes them. While no record is made,
-// and for every other socket, it passes on what it is given.
+// Sits between the library and the platform's sockets (src/CMakeLists.txt): limits the
+// time of the library's calls and records them. Calls that are not being recorded, and
+// those of other sockets, pass unchanged.
 #include "call/call_record.h"
-#include "call/progress.h"
 #include "diagnostics/device_reading.h"
 #include "trace/real.h"
 #include "wire/name_fault.h"
@@ -10,6 +9,8 @@
 
 #include <algorithm>
 #include <future>
+#include <iomanip>
+#include <sstream>
 #include <thread>
 #include <utility>
 
@@ -22,24 +23,24 @@ using pavonix::platform::HostEntry;
 using pavonix::platform::SocketAddress;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kListenOn{1000};
+constexpr milliseconds kReadOn{1000};
 
-// The record, if this is the socket that it is about.
+// The current record if it is about this socket, or null.
 CallRecord *RecordOf(pavonix::platform::Socket socket)
 {
     CallRecord *record = Recording::Current();
     return record != nullptr && record->socket == static_cast<int>(socket) ? record : nullptr;
 }
 
-// A look-up has no time-out that could be set. It is made on a thread of its own,
-// which is left behind when it takes too long.
+// The system's look-up has no time-out. It runs on its own thread, which is abandoned
+// when the deadline passes.
 const HostEntry *LookUpInTime(CallRecord *record, const char *host)
 {
     struct Found {
         HostEntry entry{};
         int error = 0;
     };
-    static HostEntry entry; // as the contract has it, valid until the next look-up
+    static HostEntry entry; // by contract, valid until the next look-up
     record->host = host;
     std::promise<Found> promise;
     std::future<Found> result = promise.get_future();
@@ -60,15 +61,27 @@ void NoteFirst(CallRecord *record, int received)
     const Arrived arrived = ArrivedOn(record->socket);
     exchange.firstByteAfter = std::chrono::duration_cast<milliseconds>(CallRecord::Clock::now() - record->sentAt);
     exchange.firstBytes = static_cast<std::size_t>(std::max(received, 0));
-    // once more bytes have arrived, these bytes' segments can no longer be counted
+    // if more bytes have arrived since, the segments of these can no longer be counted
     exchange.segments = arrived.unread == 0 ? arrived.segments : 0;
 }
 
-// A body that keeps arriving ends at the deadline, too.
+// False once the deadline has passed, even if bytes keep arriving.
 bool WaitInTime(const CallRecord &record)
 {
     const Deadline *deadline = record.deadlineOrNull();
     return (deadline == nullptr || CallRecord::Clock::now() < *deadline) && WaitToRead(record.socket, deadline);
+}
+
+std::string ProgressOf(const CallRecord &record)
+{
+    constexpr double kMegabyte = 1e6;
+    const diagnostics::DeviceReading device(record.exchange);
+    std::ostringstream text;
+    text << std::fixed << std::setprecision(1) << double(record.received) / kMegabyte << " MB";
+    if (device.announced() != 0) {
+        text << " of " << double(device.announced() + device.headLength()) / kMegabyte;
+    }
+    return text.str();
 }
 
 void NoteReceived(CallRecord *record, const char *bytes, int received)
@@ -82,13 +95,13 @@ void NoteReceived(CallRecord *record, const char *bytes, int received)
     } else {
         record->exchange.end = received == 0 ? End::kClosed : End::kReset;
     }
-    if (record->showProgress) {
-        ShowProgress(*record);
+    if (record->progress != nullptr) {
+        record->progress->Show(ProgressOf(*record));
     }
 }
 
-// Whether the library leaves bytes unread that show what was wrong.
-bool IsWorthListening(const diagnostics::Exchange &exchange)
+// Whether bytes that the library leaves unread may show what went wrong.
+bool IsWorthReadingOn(const diagnostics::Exchange &exchange)
 {
     const diagnostics::DeviceReading device(exchange);
     const bool sold = exchange.call == diagnostics::Call::kPurchase && device.status() == 200;
@@ -96,15 +109,15 @@ bool IsWorthListening(const diagnostics::Exchange &exchange)
     return !device.headIsWhole() || (!sold && (device.announced() == 0 || body < device.announced()));
 }
 
-// Before the library closes its connection: listens on for a second if that is worth it.
-void ListenOn(CallRecord *record)
+// Before the library closes its connection: reads on for up to a second.
+void ReadOn(CallRecord *record)
 {
     diagnostics::Exchange &exchange = record->exchange;
     const int socket = std::exchange(record->socket, -1);
-    if (!record->listensOn || exchange.reply.empty() || exchange.end != End::kOpen) {
+    if (!record->readsOn || exchange.reply.empty() || exchange.end != End::kOpen) {
         return;
     }
-    Deadline until = CallRecord::Clock::now() + (IsWorthListening(exchange) ? kListenOn : milliseconds(0));
+    Deadline until = CallRecord::Clock::now() + (IsWorthReadingOn(exchange) ? kReadOn : milliseconds(0));
     until = record->deadline ? std::min(until, *record->deadline) : until;
     char piece[4096];
     while (exchange.beyond == 0 && exchange.end == End::kOpen && WaitToRead(socket, &until)) {
@@ -181,7 +194,7 @@ int RecordReceiveSocket(Socket socket, char *bytes, int length)
 int RecordCloseSocket(Socket socket)
 {
     if (CallRecord *record = client::RecordOf(socket); record != nullptr) {
-        client::ListenOn(record);
+        client::ReadOn(record);
     }
     return __real_CloseSocket(socket);
 }

@@ -1,4 +1,4 @@
-// Requests as a device makes them, put together by the library's own code.
+// Requests of a device, composed by the library's own code.
 #pragma once
 
 #include "profile_text.h"
@@ -8,7 +8,7 @@
 namespace client {
 
 struct Identity {
-    std::string userAgent; // empty: the library's own
+    std::string userAgent; // empty for the library's default
     std::string serial;
     int userId = 0;
     std::string publicKey;
@@ -17,13 +17,13 @@ struct Identity {
 
 [[nodiscard]] Identity IdentityOf(const ProfileText &profile);
 
-// url: with the query of a download.
+// url: including the query.
 [[nodiscard]] std::string DownloadRequest(const std::string &url, const Identity &identity);
 [[nodiscard]] std::string PurchaseRequest(const std::string &url, const Identity &identity, const std::string &token,
                                           int type, int id);
 
-// The token of a device whose clock is off by so many seconds; empty when the
-// keys make none.
+// The token of a device whose clock is off by this many seconds; empty if the keys are
+// unusable.
 [[nodiscard]] std::string MakeToken(const Identity &identity, int secondsOff);
 
 } // namespace client

@@ -66,12 +66,12 @@ void Diagnosis::AddDownload(const diagnostics::Findings &findings)
     Add(findings, true);
 }
 
-void Diagnosis::LookedAt(Topic topic, const std::string &shown)
+void Diagnosis::SetExamined(Topic topic, const std::string &shown)
 {
     const auto known =
-        std::find_if(looks_.begin(), looks_.end(), [=](const Look &look) { return look.topic == topic; });
-    if (known == looks_.end()) {
-        looks_.push_back({topic, shown});
+        std::find_if(examined_.begin(), examined_.end(), [=](const Examined &each) { return each.topic == topic; });
+    if (known == examined_.end()) {
+        examined_.push_back({topic, shown});
     } else {
         known->shown = shown;
     }
@@ -83,7 +83,7 @@ bool Diagnosis::HasErrors() const
                        [](const Seen &seen) { return seen.finding.rule->severity == Severity::kError; });
 }
 
-bool Diagnosis::HasErrorsBesideSegments() const
+bool Diagnosis::HasLastingErrors() const
 {
     return std::any_of(seen_.begin(), seen_.end(), [](const Seen &seen) {
         const diagnostics::Rule &rule = *seen.finding.rule;
@@ -94,8 +94,8 @@ bool Diagnosis::HasErrorsBesideSegments() const
 std::string Diagnosis::Result(Topic topic) const
 {
     std::string result = "not tried";
-    for (const Look &look : looks_) {
-        result = look.topic == topic ? "ok" : result;
+    for (const Examined &each : examined_) {
+        result = each.topic == topic ? "ok" : result;
     }
     for (const Seen &seen : seen_) {
         if (seen.finding.rule->topic == topic && result != "error") {
@@ -135,9 +135,9 @@ void Diagnosis::Show(Report *report, bool quiet) const
     Json &points = report->json()["points"] = Json::array();
     for (const Point &point : kPoints) {
         const std::string result = Result(point.topic);
-        const auto look =
-            std::find_if(looks_.begin(), looks_.end(), [&](const Look &each) { return each.topic == point.topic; });
-        const std::string shown = look == looks_.end() ? "" : look->shown;
+        const auto look = std::find_if(examined_.begin(), examined_.end(),
+                                       [&](const Examined &each) { return each.topic == point.topic; });
+        const std::string shown = look == examined_.end() ? "" : look->shown;
         std::string text = Padded(point.title, kTitleWidth) + Padded(result, 10) + shown + '\n';
         Json findings = FindingsOf(point.topic, &text);
         if (!quiet || !findings.empty()) {

@@ -1,4 +1,4 @@
-// The doctor's findings, point by point.
+// The results of an examination, point by point.
 #pragma once
 
 #include "diagnostics/diagnose.h"
@@ -11,23 +11,24 @@ namespace client {
 
 class Diagnosis {
 public:
-    // Adds findings; the same rule again is counted.
+    // Adds findings; a rule that is broken repeatedly is counted.
     void Add(const diagnostics::Findings &findings) { Add(findings, false); }
     void Add(const diagnostics::Rule &rule, const std::string &evidence) { Add({{&rule, evidence}}); }
-    // The same for one of the downloads, which are counted, too.
+    // Adds the findings of one download, and counts the downloads.
     void AddDownload(const diagnostics::Findings &findings);
 
-    // A point was looked at. shown: the bytes or numbers that show it to be right.
-    void LookedAt(diagnostics::Topic topic, const std::string &shown);
-    // How the server names itself: chooses the fixes.
+    // Marks a point as examined. shown: the bytes or numbers that were seen.
+    void SetExamined(diagnostics::Topic topic, const std::string &shown);
+    // The server's software selects the fixes.
     void SetSoftware(const std::string &software) { software_ = software; }
 
     [[nodiscard]] bool HasErrors() const;
-    // An error in a point other than the segments, where each try may differ.
-    [[nodiscard]] bool HasErrorsBesideSegments() const;
+    // Whether there is an error in another point than segments and head, which vary from
+    // try to try.
+    [[nodiscard]] bool HasLastingErrors() const;
     int downloads() const { return downloads_; }
 
-    // Shows each point with its findings; without the points that have none if quiet.
+    // Prints each point with its findings; if quiet, only points with findings.
     void Show(Report *report, bool quiet) const;
 
 private:
@@ -36,7 +37,7 @@ private:
         bool inDownloads;
         int times = 1;
     };
-    struct Look {
+    struct Examined {
         diagnostics::Topic topic;
         std::string shown;
     };
@@ -47,7 +48,7 @@ private:
     [[nodiscard]] std::string Result(diagnostics::Topic topic) const;
 
     std::vector<Seen> seen_;
-    std::vector<Look> looks_;
+    std::vector<Examined> examined_;
     std::string software_;
     int downloads_ = 0;
 };

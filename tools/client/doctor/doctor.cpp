@@ -19,10 +19,10 @@ namespace {
 using diagnostics::Call;
 using diagnostics::Topic;
 
-constexpr int kMostTriesForEach = 4; // blind ones included
+constexpr int kMostTriesForEach = 4; // including blind ones
 constexpr int kTriesToTheEnd = 3;
-// A server behind another one may join head and body now and then: as long as tries
-// are quick and nothing is found, many are made.
+// Some servers split head and body only occasionally: many downloads are made while they
+// are quick and show no fault.
 constexpr int kQuickTriesForEach = 10;
 constexpr std::chrono::seconds kForQuickTries{2};
 
@@ -64,10 +64,10 @@ const Diagnosis &Doctor::Examine()
         return diagnosis_;
     }
     if (!examination_.profile.empty() && !StopRequest::IsMade()) {
-        hasBought_ = PurchaseCheck(examination_, identity_, &steps_, &diagnosis_).Run();
+        hasBought_ = PurchaseCheck(examination_, identity_, &progress_, &diagnosis_).Run();
     }
     if (!StopRequest::IsMade()) {
-        LibraryCheck(examination_, last_, &steps_, &diagnosis_).Run();
+        LibraryCheck(examination_, last_, &progress_, &diagnosis_).Run();
     }
     return diagnosis_;
 }
@@ -75,20 +75,20 @@ const Diagnosis &Doctor::Examine()
 bool Doctor::FindServer()
 {
     diagnosis_.Add(diagnostics::DiagnoseUrl(examination_.url, Call::kDownload));
-    diagnosis_.LookedAt(Topic::kUrl, std::to_string(examination_.url.size()) + " characters, port " +
-                                         std::to_string(examination_.port));
+    diagnosis_.SetExamined(Topic::kUrl, std::to_string(examination_.url.size()) + " characters, port " +
+                                            std::to_string(examination_.port));
     if (diagnosis_.HasErrors()) {
         return false;
     }
-    steps_.Begin("looking the host up");
+    progress_.Show("looking up the host");
     diagnosis_.Add(LookUp(HostIn(examination_.url), examination_.port, &address_));
     if (!diagnosis_.HasErrors()) {
-        diagnosis_.LookedAt(Topic::kName, Dotted(address_));
+        diagnosis_.SetExamined(Topic::kName, Dotted(address_));
     }
     return !diagnosis_.HasErrors();
 }
 
-// False if there is no point in going on.
+// False if further checks make no sense.
 bool Doctor::TryDownloads()
 {
     const std::string request = DownloadRequest(examination_.url + QueryOf(examination_), identity_);
@@ -100,14 +100,14 @@ bool Doctor::TryDownloads()
                !StopRequest::IsMade();
     };
     while (goesOn()) {
-        steps_.Begin("download " + std::to_string(seen_ + blind_ + 1) + " of at least " + std::to_string(tries));
+        progress_.Show("download " + std::to_string(seen_ + blind_ + 1) + " of at least " + std::to_string(tries));
         if (!TryDownload(request)) {
             return false;
         }
     }
     if (seen_ == 0 && blind_ > 0) {
         diagnosis_.Add(diagnostics::RuleNamed("packets-joined"),
-                       "more than one packet was there at once in each of " + std::to_string(blind_) + " downloads");
+                       "in each of " + std::to_string(blind_) + " downloads several packets had already arrived");
     }
     ShowDownload(last_);
     return true;
@@ -117,34 +117,34 @@ bool Doctor::TryDownload(const std::string &request)
 {
     PlainExchange made =
         Ask(address_, request, Call::kDownload, examination_.patience, seen_ + blind_ < kTriesToTheEnd);
-    diagnosis_.LookedAt(Topic::kConnection, "port " + std::to_string(examination_.port));
+    diagnosis_.SetExamined(Topic::kConnection, "port " + std::to_string(examination_.port));
     diagnosis_.Add(made.noConnection);
     if (!made.noConnection.empty()) {
         return false;
     }
-    made.exchange.request.clear(); // is ours, not the server's
+    made.exchange.request.clear(); // ours needs no diagnosis
     diagnosis_.SetSoftware(diagnostics::ServerSoftware(made.exchange.reply));
     diagnosis_.AddDownload(diagnostics::Diagnose(made.exchange));
     ++(made.sawFirstSegment ? seen_ : blind_);
     slowest_ = std::max(slowest_, made.exchange.firstByteAfter);
     last_ = std::move(made.exchange);
-    diagnosis_.LookedAt(Topic::kFirstBytes, diagnostics::Printable(last_.reply, 30));
-    // a server that was waited for once is not waited for again
+    diagnosis_.SetExamined(Topic::kFirstBytes, diagnostics::Printable(last_.reply, 30));
+    // after one time-out do not wait again
     return !last_.reply.empty() && last_.end != diagnostics::End::kTimeOut;
 }
 
 void Doctor::ShowDownload(const diagnostics::Exchange &exchange)
 {
     for (const auto &[topic, shown] : PointsOf(exchange)) {
-        diagnosis_.LookedAt(topic, shown);
+        diagnosis_.SetExamined(topic, shown);
     }
     const std::string tries = std::to_string(seen_ + blind_) + " downloads";
-    diagnosis_.LookedAt(Topic::kSegments,
-                        exchange.segments == 0
-                            ? "by the first reception only, in " + tries +
-                                  ": this system shows no packets, and a split may be hidden"
-                            : "the first packet was seen in " + std::to_string(seen_) + " of " + tries);
-    diagnosis_.LookedAt(Topic::kTime, "first byte after at most " + std::to_string(slowest_.count()) + " ms");
+    diagnosis_.SetExamined(Topic::kSegments,
+                           exchange.segments == 0
+                               ? "only the first receive was seen, in " + tries +
+                                     ": this system does not report packets, so a split may go unnoticed"
+                               : "the first packet was identified in " + std::to_string(seen_) + " of " + tries);
+    diagnosis_.SetExamined(Topic::kTime, "first byte after at most " + std::to_string(slowest_.count()) + " ms");
 }
 
 } // namespace client

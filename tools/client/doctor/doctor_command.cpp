@@ -48,19 +48,20 @@ Examination ExaminationOf(const DoctorOptions &options)
     }
     examination.tries = options.tries;
     examination.patience = std::chrono::milliseconds(static_cast<int>(options.seconds * 1000));
-    examination.showSteps = !options.json && !options.quiet && isatty(STDERR_FILENO) != 0;
+    examination.showProgress = !options.json && !options.quiet && isatty(STDERR_FILENO) != 0;
     return examination;
 }
 
 constexpr const char *kAddProfile =
-    "purchases: add --profile FILE; register the profile's public key in the shop first (pavonix-shop device add)";
-constexpr const char *kAddBuy = "an accepted purchase: add --buy TYPE,ID, which buys that good";
+    "purchases; use --profile FILE, with its public key registered in the shop (pavonix-shop device add)";
+constexpr const char *kAddBuy = "an accepted purchase; use --buy TYPE,ID, which buys that good";
 
-// With n downloads without a fault, one that occurs in 3 of n is missed once in twenty times.
+// If all of n downloads are clean, a fault that occurs in 3 of n is missed with a
+// probability of 5 %.
 std::string MissedFaults(int downloads)
 {
     return "A fault that occurs in fewer than 3 of " + std::to_string(downloads) +
-           " downloads may have been missed; --tries examines more.";
+           " downloads may have been missed; --tries makes more downloads.";
 }
 
 ExitCode ShowVerdict(const DoctorOptions &options, const Doctor &doctor, const Diagnosis &diagnosis, Report *report)

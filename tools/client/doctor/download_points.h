@@ -1,4 +1,4 @@
-// The points of an examination that one download's reply shows.
+// Facts about a download's reply, by point of the examination.
 #pragma once
 
 #include "diagnostics/exchange.h"
@@ -10,8 +10,8 @@
 
 namespace client {
 
-// Each point that was looked at, with the printable bytes or numbers that show it.
-// A point that the reply has nothing for is left out.
+// Each examined point with the bytes (printable) or numbers that were seen. Points to
+// which the reply contributes nothing are omitted.
 [[nodiscard]] std::vector<std::pair<diagnostics::Topic, std::string>> PointsOf(const diagnostics::Exchange &download);
 
 } // namespace client

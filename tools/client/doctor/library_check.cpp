@@ -15,14 +15,14 @@ namespace {
 
 constexpr int kCalls = 3;
 
-// A folder of its own for the file that is stored.
+// A temporary folder for the stored file.
 class Folder {
 public:
     Folder() : path_(std::filesystem::temp_directory_path() / ("pavonix-" + std::to_string(std::random_device()())))
     {
         std::error_code error;
         if (!std::filesystem::create_directory(path_, error)) {
-            throw Failure(ExitCode::kLocalFailure, "no folder of its own can be made: " + TextOf(path_));
+            throw Failure(ExitCode::kLocalFailure, "cannot create a temporary folder: " + TextOf(path_));
         }
         std::filesystem::permissions(path_, std::filesystem::perms::owner_all, error);
     }
@@ -62,10 +62,10 @@ void LibraryCheck::Run()
     std::string statuses;
     bool same = true;
     for (int i = 0; i < kCalls; ++i) {
-        steps_->Begin("call " + std::to_string(i + 1) + " of " + std::to_string(kCalls) + " through the library");
+        progress_->Show("call " + std::to_string(i + 1) + " of " + std::to_string(kCalls) + " through the library");
         CallRecord record(diagnostics::Call::kDownload);
         record.deadline = CallRecord::Clock::now() + 2 * examination_.patience;
-        record.listensOn = false;
+        record.readsOn = false;
         const Recording recording(&record);
         const int status = Call(library, examination_, folder.File());
         statuses += i > 0 ? ", " : "";
@@ -75,9 +75,9 @@ void LibraryCheck::Run()
     }
     const std::string shown = "status " + statuses + "; " + std::to_string(whole) + " of " + std::to_string(kCalls) +
                               " files are complete XML";
-    diagnosis_->LookedAt(diagnostics::Topic::kLibrary, shown);
-    // a server whose packets are split behaves differently from call to call
-    const bool split = diagnosis_->HasErrors() && !diagnosis_->HasErrorsBesideSegments();
+    diagnosis_->SetExamined(diagnostics::Topic::kLibrary, shown);
+    // results vary from call to call if the server splits its first packet
+    const bool split = diagnosis_->HasErrors() && !diagnosis_->HasLastingErrors();
     const bool shouldBeWhole = expected == PAVONIX_OK && !diagnosis_->HasErrors();
     if (!split && (!same || (shouldBeWhole && whole < kCalls))) {
         diagnosis_->Add(diagnostics::RuleNamed("library-differs"),

@@ -1,4 +1,4 @@
-// The same download through the library.
+// Repeats the download through the library and compares the results.
 #pragma once
 
 #include "doctor/doctor.h"
@@ -8,8 +8,9 @@ namespace client {
 class LibraryCheck {
 public:
     // plain: the last download over a plain socket.
-    LibraryCheck(const Examination &examination, const diagnostics::Exchange &plain, Steps *steps, Diagnosis *diagnosis)
-        : examination_(examination), plain_(plain), steps_(steps), diagnosis_(diagnosis)
+    LibraryCheck(const Examination &examination, const diagnostics::Exchange &plain, ProgressLine *progress,
+                 Diagnosis *diagnosis)
+        : examination_(examination), plain_(plain), progress_(progress), diagnosis_(diagnosis)
     {
     }
 
@@ -18,7 +19,7 @@ public:
 private:
     const Examination &examination_;
     const diagnostics::Exchange &plain_;
-    Steps *steps_;
+    ProgressLine *progress_;
     Diagnosis *diagnosis_;
 };
 

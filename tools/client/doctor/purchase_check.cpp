@@ -15,17 +15,17 @@ using diagnostics::Topic;
 constexpr int kNoSuchGood = 2147483647;
 constexpr int kHoursOff = 5 * 3600;
 constexpr int kClockIsOff = 906;
-constexpr const char *kBadToken = // 128 bytes, as a key of 1024 bits would make, forged
+constexpr const char *kForgedToken = // 128 bytes, the size for a key of 1024 bits
     "AAECAwQFBgcICQoLDA0ODxAREhMUFRYXGBkaGxwdHh8gISIjJCUmJygpKissLS4vMDEyMzQ1Njc4OTo7PD0+P0BBQkNERUZHSElKS0xNTk9QUVJT"
     "VFVWV1hZWltcXV5fYGFiY2RlZmdoaWprbG1ub3BxcnN0dXZ3eHl6e3x9fn8=";
 
 } // namespace
 
-PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, Steps *steps,
+PurchaseCheck::PurchaseCheck(const Examination &examination, const Identity &identity, ProgressLine *progress,
                              Diagnosis *diagnosis)
     : examination_(examination),
       identity_(identity),
-      steps_(steps),
+      progress_(progress),
       diagnosis_(diagnosis),
       type_(examination.buy ? examination.buy->first : 1),
       id_(examination.buy ? examination.buy->second : kNoSuchGood)
@@ -36,7 +36,7 @@ bool PurchaseCheck::Run()
 {
     const std::string token = MakeToken(identity_, 0);
     if (token.empty()) {
-        diagnosis_->Add(diagnostics::RuleNamed("token-empty"), "the profile's keys make none");
+        diagnosis_->Add(diagnostics::RuleNamed("token-empty"), "the profile's keys make no token");
         return false;
     }
     if (!FindServer()) {
@@ -58,13 +58,13 @@ bool PurchaseCheck::FindServer()
     return diagnostics::FirstError(wrong) == nullptr && unknown.empty();
 }
 
-// With a good that exists each refusal has one reason.
+// A good that exists can be refused for one reason only.
 bool PurchaseCheck::TryGood(const std::string &token)
 {
     TryBadToken(nullptr);
     TryClock(nullptr, -kHoursOff);
     TryClock(nullptr, kHoursOff);
-    const Answer bought = Try(token);
+    const Result bought = Try(token);
     if (!goOn_) {
         return false;
     }
@@ -73,15 +73,16 @@ bool PurchaseCheck::TryGood(const std::string &token)
                                           : diagnostics::RuleNamed("device-refused"),
                         bought.shown);
     }
-    diagnosis_->LookedAt(Topic::kToken, "bought: " + bought.shown);
+    diagnosis_->SetExamined(Topic::kToken, "bought: " + bought.shown);
     TryAgain(token, bought);
     return bought.status == PAVONIX_OK;
 }
 
-// Without one a refusal must differ from that of a good token.
+// Purchases of a good that does not exist are refused in any case; a bad token must be
+// refused with another code than a valid one.
 void PurchaseCheck::TryWithoutBuying(const std::string &token)
 {
-    const Answer baseline = Try(token);
+    const Result baseline = Try(token);
     if (!goOn_) {
         return;
     }
@@ -97,19 +98,19 @@ void PurchaseCheck::TryWithoutBuying(const std::string &token)
     TryAgain(token, baseline);
 }
 
-PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
+PurchaseCheck::Result PurchaseCheck::Try(const std::string &token)
 {
     goOn_ = goOn_ && !StopRequest::IsMade();
     if (!goOn_) {
         return {};
     }
-    steps_->Begin("purchase " + std::to_string(++tries_) + " of 5");
+    progress_->Show("purchase " + std::to_string(++tries_) + " of 5");
     const std::string request = PurchaseRequest(examination_.buyUrl, identity_, token, type_, id_);
     PlainExchange made = Ask(address_, request, diagnostics::Call::kPurchase, examination_.patience);
     diagnosis_->Add(made.noConnection);
     if (made.noConnection.empty()) {
         diagnosis_->Add(diagnostics::Diagnose(made.exchange));
-        diagnosis_->LookedAt(Topic::kFormEnd, "no reset after the reply");
+        diagnosis_->SetExamined(Topic::kFormEnd, "no reset after the reply");
     }
     const diagnostics::DeviceReading device(made.exchange);
     goOn_ = device.status() != 0;
@@ -123,54 +124,54 @@ PurchaseCheck::Answer PurchaseCheck::Try(const std::string &token)
         shown.append(",").append(diagnostics::Printable(message));
     }
     if (goOn_ && device.status() != PAVONIX_OK) {
-        diagnosis_->LookedAt(Topic::kVerdict, shown);
+        diagnosis_->SetExamined(Topic::kVerdict, shown);
     }
     const bool hasCode =
         diagnostics::FindLine(diagnostics::ReadHeadLines(made.exchange.reply), "X-Error-Code") != nullptr;
     return {device.status(), diagnostics::NumberIn(code), hasCode, shown};
 }
 
-void PurchaseCheck::TryBadToken(const Answer *baseline)
+void PurchaseCheck::TryBadToken(const Result *baseline)
 {
-    const Answer answer = Try(kBadToken);
+    const Result result = Try(kForgedToken);
     if (!goOn_) {
         return;
     }
-    diagnosis_->LookedAt(Topic::kToken, "forged token: " + answer.shown);
-    if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(diagnostics::RuleNamed("bad-token-sold"), answer.shown);
-    } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(diagnostics::RuleNamed("token-unverified"), "with and without a good token: " + answer.shown);
+    diagnosis_->SetExamined(Topic::kToken, "forged token: " + result.shown);
+    if (result.status == PAVONIX_OK) {
+        diagnosis_->Add(diagnostics::RuleNamed("bad-token-sold"), result.shown);
+    } else if (baseline != nullptr && result == *baseline) {
+        diagnosis_->Add(diagnostics::RuleNamed("token-unverified"), "with a valid and a forged token: " + result.shown);
     }
 }
 
-void PurchaseCheck::TryClock(const Answer *baseline, int secondsOff)
+void PurchaseCheck::TryClock(const Result *baseline, int secondsOff)
 {
     const std::string hours = std::to_string(secondsOff / 3600) + " hours: ";
-    const Answer answer = Try(MakeToken(identity_, secondsOff));
+    const Result result = Try(MakeToken(identity_, secondsOff));
     if (!goOn_) {
         return;
     }
-    if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(diagnostics::RuleNamed("clock-not-checked"), hours + answer.shown);
-    } else if (baseline != nullptr && answer == *baseline) {
-        diagnosis_->Add(diagnostics::RuleNamed("token-unverified"), hours + answer.shown);
-    } else if (answer.code != 0 && answer.code != kClockIsOff) {
-        diagnosis_->Add(diagnostics::RuleNamed("clock-other-code"), hours + answer.shown);
+    if (result.status == PAVONIX_OK) {
+        diagnosis_->Add(diagnostics::RuleNamed("clock-not-checked"), hours + result.shown);
+    } else if (baseline != nullptr && result == *baseline) {
+        diagnosis_->Add(diagnostics::RuleNamed("token-unverified"), hours + result.shown);
+    } else if (result.code != 0 && result.code != kClockIsOff) {
+        diagnosis_->Add(diagnostics::RuleNamed("clock-other-code"), hours + result.shown);
     }
 }
 
-void PurchaseCheck::TryAgain(const std::string &token, const Answer &first)
+void PurchaseCheck::TryAgain(const std::string &token, const Result &first)
 {
-    const Answer answer = Try(token);
+    const Result result = Try(token);
     if (!goOn_) {
         return;
     }
-    diagnosis_->LookedAt(Topic::kReplay, answer.shown);
-    if (answer.status == PAVONIX_OK) {
-        diagnosis_->Add(diagnostics::RuleNamed("replay-sold"), answer.shown);
-    } else if (answer == first) {
-        diagnosis_->Add(diagnostics::RuleNamed("replay-unverified"), "both times: " + answer.shown);
+    diagnosis_->SetExamined(Topic::kReplay, result.shown);
+    if (result.status == PAVONIX_OK) {
+        diagnosis_->Add(diagnostics::RuleNamed("replay-sold"), result.shown);
+    } else if (result == first) {
+        diagnosis_->Add(diagnostics::RuleNamed("replay-unverified"), "both times: " + result.shown);
     }
 }
 

@@ -19,9 +19,9 @@ Number ToNumber(std::span<const unsigned char> bytes)
     return {BN_bin2bn(bytes.data(), static_cast<int>(bytes.size()), nullptr), BN_clear_free};
 }
 
-// Without DP a token is 1 modulo P, without DQ 1 modulo Q: whoever reads one has
-// that prime as the divisor that the token less 1 and the modulus share.
-bool GivesPrimesAway(const std::string &token, const token::PublicKey &key)
+// Without DP a token is 1 modulo P, without DQ 1 modulo Q: the greatest common divisor of
+// the token minus 1 and the modulus is then that prime.
+bool DisclosesPrime(const std::string &token, const token::PublicKey &key)
 {
     const auto ciphertext = token::DecodeBase64(token);
     const token::Bytes modulus = token::ModulusOf(key);
@@ -38,7 +38,7 @@ bool GivesPrimesAway(const std::string &token, const token::PublicKey &key)
 
 } // namespace
 
-const char *const kNoProblems = "no problems, a shop that knows the public key accepts its tokens";
+const char *const kNoProblems = "no problems; a shop with this public key accepts its tokens";
 
 std::vector<std::string> CheckToken(const std::string &token, const std::string &publicXml)
 try {
@@ -46,19 +46,19 @@ try {
     const token::PublicKey key = token::ReadPublicKey(publicXml);
     if (const int bits = token::ModulusBits(key); bits % 8 != 0) {
         problems.push_back("the modulus has " + std::to_string(bits) +
-                           " bits, no multiple of 8: now and then a token comes out short and is sent empty");
+                           " bits, which is not a multiple of 8: some tokens are too short and are sent empty");
     }
     if (!token::OpenToken(token, key)) {
-        problems.push_back("a token made with Private-Key does not open with Public-Key: they are no pair, or DP, DQ "
-                           "or InverseQ is missing or wrong");
-        if (GivesPrimesAway(token, key)) {
-            problems.push_back("Private-Key gives itself away: without DP or DQ each token shows a prime to whoever "
-                               "reads it; the key must be replaced by a new pair");
+        problems.push_back("a token made with Private-Key cannot be opened with Public-Key: they are not a pair, or "
+                           "DP, DQ or InverseQ is missing or wrong");
+        if (DisclosesPrime(token, key)) {
+            problems.push_back("Private-Key is compromised: without DP or DQ every token discloses one of its primes; "
+                               "generate and register a new key pair");
         }
     }
     return problems;
 } catch (const std::runtime_error &failure) {
-    return {std::string("Public-Key cannot be registered at a shop: ") + failure.what()};
+    return {std::string("Public-Key cannot be registered in a shop: ") + failure.what()};
 }
 
 } // namespace client

@@ -17,7 +17,7 @@ namespace {
 
 using Time = std::pair<std::int64_t, std::int64_t>; // seconds and nanoseconds
 
-// When the last of the first `count` bytes that wait to be read arrived.
+// When the last of the first `count` unread bytes arrived.
 std::optional<Time> TimeOf(int socket, std::size_t count)
 {
     char bytes[2048];
@@ -52,7 +52,7 @@ unsigned SegmentsOn(int socket)
 
 Arrived ArrivedOn(int socket)
 {
-    // a segment may come between the two questions
+    // a segment may arrive between the two system calls
     for (unsigned segments = SegmentsOn(socket);;) {
         int unread = 0;
         ioctl(socket, SIOCINQ, &unread);
@@ -73,8 +73,8 @@ void WatchSegments(int socket)
 {
     const int on = 1, off = 0;
     setsockopt(socket, SOL_SOCKET, SO_TIMESTAMPNS, &on, sizeof on);
-    // The system may join what it has acknowledged with what comes next, and the
-    // end of the first segment would be lost.
+    // The system may merge acknowledged bytes with the next segment, which would hide the
+    // end of the first one.
     setsockopt(socket, IPPROTO_TCP, TCP_QUICKACK, &off, sizeof off);
 }
 
@@ -84,10 +84,14 @@ std::optional<std::size_t> FirstSegment(int socket, std::size_t most)
     if (!first) {
         return std::nullopt;
     }
-    std::size_t in = 1; // bytes that came with the first one
+    std::size_t in = 1; // bytes known to be in the first segment
     for (std::size_t beyond = most + 1; beyond - in > 1;) {
         const std::size_t middle = in + (beyond - in) / 2;
-        (TimeOf(socket, middle) == first ? in : beyond) = middle;
+        if (TimeOf(socket, middle) == first) {
+            in = middle;
+        } else {
+            beyond = middle;
+        }
     }
     return in;
 }

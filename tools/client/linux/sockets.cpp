@@ -1,4 +1,4 @@
-// wire/socket.h over Linux.
+// wire/socket.h for Linux.
 #include "wire/socket.h"
 
 #include <fcntl.h>
@@ -26,7 +26,7 @@ int MillisecondsTo(const Deadline *deadline)
     return static_cast<int>(std::clamp(left, milliseconds(0), milliseconds(1000 * 1000)).count());
 }
 
-// False when the deadline comes first.
+// False if the deadline passes first.
 bool Wait(pollfd *sockets, std::size_t count, const Deadline *deadline)
 {
     int ready = 0;
@@ -79,7 +79,7 @@ int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
         }
     }
     fcntl(socket, F_SETFL, flags);
-    return error == ECONNRESET ? 0 : error; // it stood, and the server has reset it already: sending will tell
+    return error == ECONNRESET ? 0 : error; // connected, then reset at once: sending will report that
 }
 
 Socket Listen(Address *address, int mostWaiting)

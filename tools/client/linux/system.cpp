@@ -36,7 +36,7 @@ std::string WhyNoFileIn(const std::string &folder)
 void WriteNewFile(const std::string &path, const std::string &content, bool secret, bool replace)
 {
     if (replace) {
-        unlink(path.c_str()); // a new file: the old one's mode and links are not taken over
+        unlink(path.c_str()); // so that the new file has its own mode and no links
     }
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, secret ? 0600 : 0644);
     const bool written = file >= 0 && write(file, content.data(), content.size()) == ssize_t(content.size());

@@ -9,12 +9,12 @@ namespace client {
 
 namespace {
 
-// Returns false when the input is not valid in its own encoding; the output is
-// then what came before. Texts are sequences of the encoding's code units.
+// Returns false if the input is not valid in its encoding; the output is then the part
+// before the error. Texts are sequences of the encoding's code units.
 template <class Output, class Input>
 bool Convert(const char *from, const char *to, Input input, Output *output)
 {
-    output->resize(input.size() * 3); // enough between UTF-8 and UTF-16, either way
+    output->resize(input.size() * 3); // enough from UTF-8 to UTF-16 and back
     auto *source = const_cast<char *>(reinterpret_cast<const char *>(input.data()));
     auto *target = reinterpret_cast<char *>(output->data());
     std::size_t sourceLeft = input.size() * sizeof input[0];
@@ -32,7 +32,7 @@ WideText ToWide(std::string_view utf8)
 {
     WideText wide;
     if (!Convert("UTF-8", "UTF-16LE", utf8, &wide)) {
-        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + diagnostics::PrintableText(utf8));
+        throw Failure(ExitCode::kUsage, "not valid UTF-8: " + diagnostics::PrintableText(utf8));
     }
     return wide;
 }

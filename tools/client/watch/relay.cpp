@@ -15,9 +15,9 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kMostOfARequest = 64 * 1024;
-constexpr milliseconds kListenOn{1000};
+constexpr milliseconds kReadOn{1000};
 
-// A server that is left alone ends its reply early.
+// A reply also ends early if the client closes the connection.
 constexpr const diagnostics::Rule *kAlsoCausedByTheClient[] = {
     &diagnostics::RuleNamed("silent"), &diagnostics::RuleNamed("closed-empty"), &diagnostics::RuleNamed("reset-early"),
     &diagnostics::RuleNamed("body-reset"), &diagnostics::RuleNamed("length-too-large")};
@@ -55,7 +55,7 @@ void Relay::Run()
     }
     deviceLeftEarly_ = deviceIsDone_ && !watch.IsComplete();
     if (deviceIsDone_ && replyHasBegun_) {
-        ListenOn(&watch);
+        ReadOn(&watch);
     }
     if (seen_.exchange.end == End::kTimeOut) {
         seen_.exchange.waited = idle_;
@@ -64,10 +64,10 @@ void Relay::Run()
     EndLikeTheServer();
 }
 
-// The device has left; the rest of the reply shows whether the server is at fault.
-void Relay::ListenOn(ReplyWatch *watch)
+// The device is gone; the rest of the reply shows whether the server is at fault.
+void Relay::ReadOn(ReplyWatch *watch)
 {
-    const Deadline until = Clock::now() + std::min(idle_, kListenOn);
+    const Deadline until = Clock::now() + std::min(idle_, kReadOn);
     while (!watch->IsComplete() && !watch->Read(until).empty()) {
     }
     End &end = seen_.exchange.end;
@@ -82,7 +82,7 @@ Relay::Side Relay::WaitForOne()
     return ready < 0 ? Side::kNone : ready == server_.get() ? Side::kServer : Side::kDevice;
 }
 
-// False once the exchange is over.
+// False when the exchange has ended.
 bool Relay::CarryRequest()
 {
     char piece[4096];
@@ -90,7 +90,7 @@ bool Relay::CarryRequest()
     if (received <= 0) {
         deviceIsDone_ = true;
         EndSending(server_.get());
-        return !replyHasBegun_ && received == 0; // it may still wait for the reply
+        return !replyHasBegun_ && received == 0; // half-closed: it may wait for the reply
     }
     const std::string_view bytes(piece, static_cast<std::size_t>(received));
     std::string &request = seen_.exchange.request;

@@ -1,4 +1,4 @@
-// Passes one connection on between a device and its server, and observes it.
+// Relays one connection between a device and its server, and records it.
 #pragma once
 
 #include "wire/plain_exchange.h"
@@ -10,18 +10,18 @@ namespace client {
 
 class Relay {
 public:
-    // idle: the longest silence of both sides.
+    // idle: how long both sides may be silent.
     Relay(Socket device, const Address &server, std::chrono::milliseconds idle);
 
-    // Returns when the connection is over, at the latest `idle` after its last byte.
-    // Bytes are passed on as they arrive: the first segment of the reply is sent on as
-    // a segment of its own if it could be told apart from the next.
+    // Returns when the connection ends, at most `idle` after its last byte. Passes bytes on
+    // as they arrive, and the first segment of the reply as a segment of its own if it
+    // could be identified.
     void Run();
 
     const diagnostics::Exchange &exchange() const { return seen_.exchange; }
     bool sawFirstSegment() const { return seen_.sawFirstSegment; }
-    // Includes why the server could not be reached. The client's faults are not the
-    // server's: no request, or gone before the whole reply was there.
+    // Faults of the client are reported as such: no request, or closed before the whole
+    // reply had arrived.
     [[nodiscard]] diagnostics::Findings Diagnose() const;
 
 private:
@@ -30,7 +30,7 @@ private:
     [[nodiscard]] Side WaitForOne();
     [[nodiscard]] bool CarryRequest();
     [[nodiscard]] bool CarryReply(ReplyWatch *watch);
-    void ListenOn(ReplyWatch *watch);
+    void ReadOn(ReplyWatch *watch);
     void EndLikeTheServer();
 
     Socket device_;

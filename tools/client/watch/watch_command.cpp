@@ -59,7 +59,7 @@ Socket ListenFor(const WatchOptions &options)
 
 struct Seen {
     int number = 0;
-    token::WallTime at = token::WallTimeNow(); // the device connected
+    token::WallTime at = token::WallTimeNow(); // when the device connected
     std::string client;
     diagnostics::Exchange exchange;
     bool sawFirstSegment = false;
@@ -69,8 +69,8 @@ std::string TitleOf(const Seen &seen)
 {
     const diagnostics::Exchange &exchange = seen.exchange;
     const std::string first = std::to_string(std::min(exchange.firstBytes, exchange.reply.size()));
-    const std::string segments = !seen.sawFirstSegment    ? "packets not told apart"
-                                 : exchange.segments == 0 ? first + " of them in the first reception"
+    const std::string segments = !seen.sawFirstSegment    ? "first packet not identified"
+                                 : exchange.segments == 0 ? first + " of them in the first receive"
                                                           : first + " of them in the first packet";
     return token::FormatSortable(seen.at) + " " + seen.client + " exchange " + std::to_string(seen.number) +
            ": status " + std::to_string(diagnostics::DeviceReading(exchange).status()) + ", " +
@@ -140,7 +140,7 @@ void Watch::Run()
         }).detach();
     }
     for (int i = 0; i < kMostAtOnce; ++i) {
-        free_.acquire(); // until the last one is over
+        free_.acquire(); // wait for the last one
     }
 }
 

@@ -1,4 +1,3 @@
-// By the system's own cryptography (CNG).
 #include "key_pair.h"
 
 #include "exit_code.h"
@@ -14,25 +13,20 @@ namespace client {
 
 namespace {
 
-constexpr int kStep = 64; // the system makes keys of no other sizes
+constexpr int kStep = 64; // of the key sizes that CNG supports
 
-// Takes the number's bytes off the front of *bytes.
-std::string Element(const char *name, ULONG count, const BYTE **bytes)
+// Advances *bytes past the number.
+std::string Number(ULONG count, const BYTE **bytes)
 {
     std::string base64((count + 2) / 3 * 4 + 1, '\0');
     auto length = static_cast<DWORD>(base64.size());
     CryptBinaryToStringA(*bytes, count, CRYPT_STRING_BASE64 | CRYPT_STRING_NOCRLF, base64.data(), &length);
     base64.resize(length);
     *bytes += count;
-    return std::string("<") + name + ">" + base64 + "</" + name + ">";
+    return base64;
 }
 
-std::string Root(const std::string &children)
-{
-    return "<RSAKeyValue>" + children + "</RSAKeyValue>";
-}
-
-// A BCRYPT_RSAFULLPRIVATE_BLOB; empty when the system makes none.
+// Returns a BCRYPT_RSAFULLPRIVATE_BLOB; empty on failure.
 std::vector<BYTE> MakeKey(int bits)
 {
     BCRYPT_ALG_HANDLE algorithm = nullptr;
@@ -59,24 +53,25 @@ std::vector<BYTE> MakeKey(int bits)
 KeyPair MakeKeyPair(int bits)
 {
     if (bits % kStep != 0) {
-        throw Failure(ExitCode::kUsage, "--bits must be a multiple of 64: Windows makes no other keys");
+        throw Failure(ExitCode::kUsage, "--bits must be a multiple of 64 on Windows");
     }
     std::vector<BYTE> blob = MakeKey(bits);
     if (blob.empty()) {
-        throw Failure(ExitCode::kLocalFailure, "Windows makes no key of " + std::to_string(bits) + " bits");
+        throw Failure(ExitCode::kLocalFailure, "Windows cannot generate a key of " + std::to_string(bits) + " bits");
     }
     const auto &sizes = *reinterpret_cast<const BCRYPT_RSAKEY_BLOB *>(blob.data());
     const BYTE *next = blob.data() + sizeof sizes;
-    const std::string exponent = Element("Exponent", sizes.cbPublicExp, &next);
-    const std::string publicParts = Element("Modulus", sizes.cbModulus, &next) + exponent;
-    std::string primes = Element("P", sizes.cbPrime1, &next);
-    primes += Element("Q", sizes.cbPrime2, &next);
-    primes += Element("DP", sizes.cbPrime1, &next);
-    primes += Element("DQ", sizes.cbPrime2, &next);
-    primes += Element("InverseQ", sizes.cbPrime1, &next);
-    const std::string d = Element("D", sizes.cbModulus, &next);
+    KeyPair keys;
+    keys.exponent = Number(sizes.cbPublicExp, &next);
+    keys.modulus = Number(sizes.cbModulus, &next);
+    keys.p = Number(sizes.cbPrime1, &next);
+    keys.q = Number(sizes.cbPrime2, &next);
+    keys.dp = Number(sizes.cbPrime1, &next);
+    keys.dq = Number(sizes.cbPrime2, &next);
+    keys.inverseQ = Number(sizes.cbPrime1, &next);
+    keys.d = Number(sizes.cbModulus, &next);
     SecureZeroMemory(blob.data(), blob.size());
-    return {Root(publicParts), Root(publicParts + primes + d), Root(publicParts + primes)};
+    return keys;
 }
 
 } // namespace client

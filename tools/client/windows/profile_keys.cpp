@@ -2,8 +2,7 @@
 
 namespace client {
 
-const char *const kNoProblems =
-    "no problems, the keys make tokens; whether they are a pair, only pavonix for Linux tries";
+const char *const kNoProblems = "no problems; only pavonix for Linux checks whether the keys are a pair";
 
 std::vector<std::string> CheckToken(const std::string &, const std::string &)
 {

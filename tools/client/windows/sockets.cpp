@@ -1,5 +1,5 @@
-// wire/socket.h and wire/segments.h over Winsock. A socket's handle fits into an
-// int: the system uses the lower 32 bits only.
+// wire/socket.h and wire/segments.h for Winsock. A socket handle fits into an int: Windows
+// uses only the lower 32 bits.
 #include "wire/segments.h"
 
 #include <winsock2.h>
@@ -10,15 +10,14 @@ namespace client {
 
 namespace {
 
-// Before each use: the library's connections release Winsock more often than they
-// start it.
+// Called before each use, because the library calls WSACleanup more often than WSAStartup.
 void StartWinsock()
 {
     WSADATA data;
     WSAStartup(MAKEWORD(2, 2), &data);
 }
 
-constexpr u_long kWaits = 0, kDoesNotWait = 1;
+constexpr u_long kBlocking = 0, kNonblocking = 1;
 
 SOCKET HandleOf(int socket)
 {
@@ -30,7 +29,7 @@ void SetMode(int socket, u_long mode)
     ioctlsocket(HandleOf(socket), FIONBIO, &mode);
 }
 
-// False when the deadline comes before one of either set is ready.
+// False if the deadline passes before a socket is ready.
 bool Wait(fd_set *toRead, fd_set *toWrite, fd_set *failed, const Deadline *deadline)
 {
     using std::chrono::microseconds;
@@ -71,7 +70,7 @@ Socket OpenSocket()
 
 int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
 {
-    SetMode(socket, kDoesNotWait);
+    SetMode(socket, kNonblocking);
     const bool connected = connect(HandleOf(socket), SystemAddress(peer), sizeof peer) == 0;
     int error = connected ? 0 : WSAGetLastError();
     if (error == WSAEWOULDBLOCK) {
@@ -81,7 +80,7 @@ int ConnectInTime(int socket, const Address &peer, const Deadline *deadline)
             getsockopt(HandleOf(socket), SOL_SOCKET, SO_ERROR, reinterpret_cast<char *>(&error), &length);
         }
     }
-    SetMode(socket, kWaits);
+    SetMode(socket, kBlocking);
     return error;
 }
 
@@ -126,7 +125,7 @@ int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline)
     if (!Wait(&wanted, nullptr, nullptr, deadline)) {
         return -1;
     }
-    // when asking failed, reading tells why
+    // if select failed, reading reports the reason
     const auto *const ready = std::find_if(sockets.begin(), sockets.end(),
                                            [&](int socket) { return FD_ISSET(HandleOf(socket), &wanted) != 0; });
     return ready == sockets.end() ? *sockets.begin() : *ready;
@@ -134,7 +133,7 @@ int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline)
 
 bool WaitToWrite(int socket, const Deadline *deadline)
 {
-    fd_set wanted, failed; // a failed connect is told apart only here
+    fd_set wanted, failed; // a failed connect is reported only in the latter
     FD_ZERO(&wanted);
     FD_ZERO(&failed);
     FD_SET(HandleOf(socket), &wanted);
@@ -144,10 +143,10 @@ bool WaitToWrite(int socket, const Deadline *deadline)
 
 std::ptrdiff_t SendSome(int socket, std::string_view bytes)
 {
-    SetMode(socket, kDoesNotWait);
+    SetMode(socket, kNonblocking);
     const int sent = send(HandleOf(socket), bytes.data(), static_cast<int>(bytes.size()), 0);
     const int error = WSAGetLastError();
-    SetMode(socket, kWaits);
+    SetMode(socket, kBlocking);
     WSASetLastError(error);
     return sent < 0 && error == WSAEWOULDBLOCK ? 0 : sent;
 }
@@ -174,7 +173,7 @@ void ResetWhenClosed(int socket)
     setsockopt(HandleOf(socket), SOL_SOCKET, SO_LINGER, reinterpret_cast<const char *>(&atOnce), sizeof atOnce);
 }
 
-// The system tells neither segments nor when they came.
+// Windows reports neither segments nor their arrival times.
 
 Arrived ArrivedOn(int socket)
 {

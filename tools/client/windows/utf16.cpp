@@ -10,7 +10,7 @@ namespace client {
 
 namespace {
 
-// Returns false for text that is no UTF-8 under MB_ERR_INVALID_CHARS.
+// With MB_ERR_INVALID_CHARS, returns false for invalid UTF-8.
 bool Widen(std::string_view utf8, DWORD flags, std::wstring *wide)
 {
     const int length = static_cast<int>(utf8.size());
@@ -42,7 +42,7 @@ WideText ToWide(std::string_view utf8)
 {
     std::wstring wide;
     if (!Widen(utf8, MB_ERR_INVALID_CHARS, &wide)) {
-        throw Failure(ExitCode::kUsage, "this is not UTF-8: " + diagnostics::PrintableText(utf8));
+        throw Failure(ExitCode::kUsage, "not valid UTF-8: " + diagnostics::PrintableText(utf8));
     }
     return wide;
 }

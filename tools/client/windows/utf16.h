@@ -1,4 +1,4 @@
-// UTF-8 inside this program, UTF-16 for the system.
+// Converts between UTF-8 (this program) and UTF-16 (Windows).
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace client {
 
-// What is no valid text becomes U+FFFD.
+// Invalid sequences become U+FFFD.
 [[nodiscard]] std::wstring Utf16Of(std::string_view utf8);
 [[nodiscard]] std::string Utf8Of(std::wstring_view utf16);
 

@@ -1,5 +1,5 @@
-// Boost's reader replaces libxml2, of which there is none here. It stops at a
-// zero byte and takes no document for one, so both are looked for before.
+// Uses Boost's reader, because Debian has no libxml2 for Windows. It stops at a zero byte
+// and accepts an empty document, so both are checked first.
 #include "diagnostics/xml_fault.h"
 
 #include "diagnostics/printable.h"
@@ -19,13 +19,13 @@ std::string XmlFault(std::string_view document)
         return "it is empty";
     }
     if (const std::size_t zero = document.find('\0'); zero != std::string_view::npos) {
-        return "it holds a zero byte, the first at " + std::to_string(zero);
+        return "it contains a zero byte at offset " + std::to_string(zero);
     }
     try {
         boost::property_tree::ptree tree;
         std::istringstream stream{std::string(document)};
         boost::property_tree::read_xml(stream, tree, boost::property_tree::xml_parser::no_comments);
-        return tree.size() == 1 ? "" : "it has no single element that holds all others";
+        return tree.size() == 1 ? "" : "it has no root element, or several";
     } catch (const boost::property_tree::xml_parser_error &error) {
         return "line " + std::to_string(error.line()) + ": " + Printable(error.message());
     }

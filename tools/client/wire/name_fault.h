@@ -1,4 +1,4 @@
-// Which rule a failed look-up or a failed connection breaks.
+// Maps errors of look-ups and connections to rules.
 #pragma once
 
 #include "diagnostics/rule.h"
@@ -7,15 +7,15 @@
 
 namespace client {
 
-// error: that of a look-up for IPv4 addresses. Asks for others, too, when
-// the system does not tell "no such name" from "no such address".
+// error: of a look-up for an IPv4 address. May look up other addresses, because some
+// systems do not distinguish "no such name" from "no such address".
 [[nodiscard]] const diagnostics::Rule &NameRule(const std::string &host, int error);
 
-// Why this thread's last look-up failed, and the reason for one that took too long.
+// The error of this thread's last look-up, and the one for a time-out.
 [[nodiscard]] int LastLookUpError();
 extern const int kLookUpTimeOut;
 
-// error: that of a connect.
+// error: of a connect.
 [[nodiscard]] const diagnostics::Rule &ConnectRule(int error);
 
 } // namespace client

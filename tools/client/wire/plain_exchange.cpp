@@ -19,8 +19,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds kForTheEnd{50};
 constexpr milliseconds kForTheResetOfAPurchase{300};
 
-// Bytes beyond the announced ones, the end of the connection or its reset come a
-// moment later, if they come.
+// Further bytes and the end or reset of the connection may follow a moment later.
 void WaitForTheEnd(ReplyWatch *watch, diagnostics::Exchange *exchange, const Deadline &deadline)
 {
     const bool isPurchase = exchange->call == diagnostics::Call::kPurchase;

@@ -1,4 +1,4 @@
-// One request and its reply over a plain socket, without the library.
+// One request and its reply over a plain socket.
 #pragma once
 
 #include "diagnostics/exchange.h"
@@ -10,21 +10,20 @@
 
 namespace client {
 
-// Looks a host up as the library does. Returns a finding and leaves *address
-// without one when there is no IPv4 address.
+// Looks up a host as the library does. Returns a finding if it has no IPv4 address.
 [[nodiscard]] diagnostics::Findings LookUp(const std::string &host, int port, Address *address);
 
-// Returns a finding and leaves *socket alone when nobody takes the connection.
+// Returns a finding, and leaves *socket unchanged, if the connection fails.
 [[nodiscard]] diagnostics::Findings Connect(const Address &address, std::chrono::milliseconds patience, Socket *socket);
 
 struct PlainExchange {
-    diagnostics::Findings noConnection; // why nothing could be asked
+    diagnostics::Findings noConnection; // why no request could be sent
     diagnostics::Exchange exchange;
     bool sawFirstSegment = false; // see ReplyWatch
 };
 
-// Never takes longer than `patience` to connect, and as long for the exchange. What
-// comes after the announced body is waited for a moment longer if `toTheEnd`.
+// patience: limit for the connection, and again for the exchange. toTheEnd: also wait a
+// moment for bytes after the announced body.
 [[nodiscard]] PlainExchange Ask(const Address &address, const std::string &request, diagnostics::Call call,
                                 std::chrono::milliseconds patience, bool toTheEnd = true);
 

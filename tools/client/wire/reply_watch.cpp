@@ -41,7 +41,7 @@ bool ReplyWatch::WaitForFirst(const Deadline &deadline)
 void ReplyWatch::NoteFirstSegment(const Arrived &arrived)
 {
     const std::size_t most = std::min(arrived.unread, kFirstReception);
-    if (arrived.segments <= 1) { // of an unknown number, what is there at once must do for the first
+    if (arrived.segments <= 1) { // 0 means unknown: take what arrived at once for the first
         sawFirstSegment_ = true;
         exchange_->firstBytes = arrived.unread;
         return;
@@ -52,7 +52,7 @@ void ReplyWatch::NoteFirstSegment(const Arrived &arrived)
         exchange_->firstBytes = firstPiece_ = *first;
     } else if (first && most == kFirstReception) {
         sawFirstSegment_ = true;
-        exchange_->segments = 1; // of those that the first reception comes in
+        exchange_->segments = 1; // all that the first receive needs
     }
 }
 

@@ -1,4 +1,4 @@
-// Receives a reply and sees in which segments it begins.
+// Receives a reply and identifies its first segment.
 #pragma once
 
 #include "diagnostics/exchange.h"
@@ -12,26 +12,25 @@ class ReplyWatch {
 public:
     static constexpr std::size_t kMostAtOnce = 16384;
 
-    // socket: connected; the request is sent afterwards. The reply goes into
-    // *exchange, as much of it as is kept; the rest is counted.
+    // socket: connected, before the request is sent. *exchange gets the beginning of the
+    // reply, and the number of further bytes.
     ReplyWatch(int socket, diagnostics::Exchange *exchange);
 
-    // Waits for the first bytes, notes the segment that brought them, and how long
-    // that took. False when nothing comes until the deadline, or the connection ends.
+    // Waits for the first bytes, and records their segment and delay. False if the deadline
+    // passes or the connection ends first.
     [[nodiscard]] bool WaitForFirst(const Deadline &deadline);
 
-    // Reads once, what is there or comes until the deadline. Empty at the end, which
-    // is noted. The view is good until the next call.
+    // Receives once. Returns nothing at the end of the reply or the deadline, which is
+    // recorded. The view is valid until the next call.
     [[nodiscard]] std::string_view Read(const Deadline &deadline, std::size_t most = kMostAtOnce);
 
-    // Whether all is there that the head announces, in any spelling; false while a
-    // head without length is read on.
+    // Whether the announced length (in any spelling) or the last chunk has arrived.
     [[nodiscard]] bool IsComplete() const;
 
-    // False when the first bytes had more company than could be told apart. Where the
-    // system tells no segments, what the first reception brought is taken for the first.
+    // False if the first segment could not be told from later ones. If the system does not
+    // report segments, the first receive counts as the first segment.
     [[nodiscard]] bool sawFirstSegment() const { return sawFirstSegment_; }
-    // How many bytes may be passed on at once without joining two segments.
+    // How many bytes can be passed on at once without merging two segments.
     [[nodiscard]] std::size_t firstPiece() const { return firstPiece_; }
 
 private:

@@ -1,4 +1,4 @@
-// What the system knows of a connection and recv does not tell: linux/ or windows/.
+// What the system knows about received segments, beyond recv: linux/ and windows/.
 #pragma once
 
 #include "wire/socket.h"
@@ -9,14 +9,14 @@
 namespace client {
 
 struct Arrived {
-    unsigned segments = 0;  // TCP segments with data, since the connection began; 0 when the system tells none
-    std::size_t unread = 0; // bytes that wait to be read
+    unsigned segments = 0;  // TCP segments with data, since the connection began; 0 if unknown
+    std::size_t unread = 0; // bytes
 };
 
 [[nodiscard]] Arrived ArrivedOn(int socket);
 
-// While one lives, the system notes when each packet arrives; it begins a moment
-// after the first is made.
+// Makes the system record when each packet arrives, for as long as it exists. It takes
+// effect a moment after the first one is constructed.
 class ArrivalTimes {
 public:
     ArrivalTimes();
@@ -25,13 +25,11 @@ private:
     Socket holder_;
 };
 
-// Has the times of arrival told with what is read from a socket, and segments kept
-// apart where they would be joined.
+// Makes a socket report arrival times, and keeps segments from being merged.
 void WatchSegments(int socket);
 
-// How many of the first `most` bytes that wait to be read came in the first
-// segment. It ends where the time of arrival changes, so that segments that wait
-// together are told apart; nothing is read. Nothing when the system tells no times.
+// How many of the first `most` unread bytes belong to the first segment, which ends where
+// the arrival time changes. Reads nothing. Empty if the system reports no times.
 [[nodiscard]] std::optional<std::size_t> FirstSegment(int socket, std::size_t most);
 
 } // namespace client

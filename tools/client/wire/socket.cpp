@@ -28,7 +28,7 @@ int LookUpIpv4(const std::string &host, Address *address)
     using namespace pavonix::platform;
     constexpr std::uint16_t kWinsock22 = 0x0202;
     std::uint16_t granted = 0;
-    StartWinsock(kWinsock22, &granted); // a connection of the library's may have released it once too often
+    StartWinsock(kWinsock22, &granted); // the library may have called WSACleanup once too often
     const HostEntry *found = ResolveHost(host.c_str());
     if (found == nullptr) {
         return LastLookUpError();

@@ -1,5 +1,5 @@
-// TCP sockets over IPv4, as the client needs them of its system: linux/ or windows/.
-// Errors are the system's own numbers; system.h has words for them.
+// The client's TCP sockets over IPv4: linux/ and windows/. Errors are the system's numbers;
+// NetworkErrorText (system.h) returns their messages.
 #pragma once
 
 #include "platform/sockets.h"
@@ -25,7 +25,7 @@ using Address = pavonix::platform::SocketAddress; // laid out like the system's 
 
 void CloseSocket(int socket);
 
-// Closes a socket when its owner goes.
+// Owns a socket.
 class Socket {
 public:
     Socket() = default;
@@ -45,44 +45,43 @@ public:
         }
     }
 
-    int get() const { return number_; } // negative when there is none
+    int get() const { return number_; } // negative for none
 
 private:
     int number_ = -1;
 };
 
-// Looks a host up with the library's own function, and leaves the port alone. Returns 0,
-// or an error for NameRule (wire/name_fault.h) when there is no IPv4 address.
+// Looks up a host with the library's own function; the port is unchanged. Returns 0, or an
+// error for NameRule (wire/name_fault.h).
 [[nodiscard]] int LookUpIpv4(const std::string &host, Address *address);
 
 [[nodiscard]] Socket OpenSocket();
-// Connects a socket that blocks, and leaves it blocking. Returns 0 or an error for
-// ConnectRule, that of a time-out also when the deadline comes; null is no deadline.
+// The socket stays blocking. Returns 0 or an error for ConnectRule; a passed deadline
+// counts as a time-out. Null means no deadline.
 [[nodiscard]] int ConnectInTime(int socket, const Address &peer, const Deadline *deadline);
 
-// For port 0 the one that was picked is in *address.
+// Sets the port in *address if it was 0.
 [[nodiscard]] Socket Listen(Address *address, int mostWaiting);
 [[nodiscard]] Socket Accept(int listener, Address *client);
 
 [[nodiscard]] int LastSocketError();
 void SetLastSocketError(int error);
-extern const int kSocketTimeOut; // the error of a connection that takes too long
+extern const int kSocketTimeOut; // the error number of a time-out
 
-// Waits until there is something to read, or an end or an error, on one of them, and
-// returns the first that has it. Negative when the deadline comes first; without one
-// it waits as long as it takes.
+// Waits for bytes, the end or an error, and returns the first of the sockets that has
+// one; negative if the deadline passes first. Null means no deadline.
 [[nodiscard]] int WaitToReadOne(std::initializer_list<int> sockets, const Deadline *deadline);
 [[nodiscard]] bool WaitToRead(int socket, const Deadline *deadline);
 [[nodiscard]] bool WaitToWrite(int socket, const Deadline *deadline);
 
-// Returns how many bytes were taken without waiting, negative for an error.
+// Returns how many bytes were sent without blocking, negative for an error.
 [[nodiscard]] std::ptrdiff_t SendSome(int socket, std::string_view bytes);
-// False when the other side has gone, or takes nothing until the deadline.
+// False if the peer is gone or the deadline passes.
 [[nodiscard]] bool SendAll(int socket, std::string_view bytes, const Deadline &deadline);
-// Returns 0 at the end, negative for an error.
+// Returns 0 at the end of the stream, negative for an error.
 [[nodiscard]] std::ptrdiff_t ReceiveSome(int socket, char *room, std::size_t most);
 
-void SendWithoutDelay(int socket); // small pieces too
+void SendWithoutDelay(int socket); // TCP_NODELAY
 void EndSending(int socket);
 void ResetWhenClosed(int socket);
 
