@@ -64,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     client::Diagnosis diagnosis;
     for (const auto &[topic, shown] : client::PointsOf(exchange)) {
         DemandPrintable(shown);
-        diagnosis.LookedAt(topic, shown);
+        diagnosis.SetExamined(topic, shown);
     }
     diagnosis.AddDownload(findings);
     client::Report report("doctor", true);

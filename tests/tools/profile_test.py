@@ -135,7 +135,7 @@ class ProfileTest(unittest.TestCase):
         table = [(["--bits", "2048"], "holds at most 1023"), (["--bits", "1023"], "multiple of 8"),
                  (["--bits", "256"], "--bits"), (["--user-agent", "a\nUser-Id: 1"], "misread"),
                  (["--serial", "A\nB"], "visible ASCII"), (["--serial", "A B"], "visible ASCII"),
-                 (["--user-agent", "a\nb"], "a line feed ends"), (["--user-agent", "a\r"], "carriage return"), (["--user-agent", "x" * 1012], "1024 characters")]
+                 (["--user-agent", "a\nb"], "must not contain a line feed"), (["--user-agent", "a\r"], "carriage return"), (["--user-agent", "x" * 1012], "1024 characters")]
         for arguments, words in table:
             with self.subTest(arguments=arguments[1][:20]):
                 code, output = self.new(*arguments)
