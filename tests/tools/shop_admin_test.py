@@ -128,7 +128,7 @@ class AdminTest(ShopTest):
                     self.assertEqual(file.read(), content)
 
     def test_words_that_are_wrong(self):
-        table = [(["devcie"], 2, "option devcie"), (["device", "lsit"], 2, "option lsit"), (["--prot", "1"], 2, "option --prot"),
+        table = [(["devcie"], 2, "did you mean device?"), (["device", "lsit"], 2, "did you mean list?"), (["--prot", "1"], 2, "option --prot"),
                  (["device"], 2, "subcommand"), (["--host", "nowhere.invalid"], 1, "--host nowhere.invalid: "),
                  (["--host", "a\x1b"], 1, "--host a\\x1b"), (["--port", str(self.port)], 1, f"--port {self.port}: "),
                  (["goods", "import", "/none"], 2, "/none"), (["goods", "export", "/none/x"], 1, "/none/x")]
