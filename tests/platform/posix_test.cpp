@@ -87,6 +87,11 @@ TEST(PosixCodePages, TakeWhatIsNotText)
     EXPECT_EQ(Wide(platform::kUtf8CodePage, "a\xE2\x82"), u"a\uFFFD\uFFFD") << "the text ends inside a character";
     EXPECT_EQ(Wide(platform::kUtf8CodePage, "\xFFz\xC3("), u"\uFFFDz\uFFFD(");
     EXPECT_EQ(Wide(1252, "\x80\x81"), u"\u20ac\x81") << "a byte without a character is a control character";
+    bool lossy = true;
+    EXPECT_EQ(platform::WideToBytes(1250, u"\u0081", 1, nullptr, 0, &lossy), 1);
+    EXPECT_FALSE(lossy) << "also the other way";
+    EXPECT_EQ(platform::WideToBytes(platform::kUtf8CodePage, u"a\U0001F600", 2, nullptr, 0, &lossy), 2);
+    EXPECT_TRUE(lossy) << "the text ends inside a pair";
     EXPECT_EQ(Wide(28592, "\xA1"), u"\u0104");
     EXPECT_EQ(Wide(20127, "a"), u"a");
     for (const std::uint32_t codePage : {932u, 950u, 1255u, 1258u}) {

@@ -106,6 +106,8 @@ TEST_F(Store, PreparesTheLastFolderOnly)
         return result;
     };
     std::u16string written;
+    EXPECT_TRUE(prepare(u"\\list.xml", &written));
+    EXPECT_EQ(written, u"?") << "the root";
     EXPECT_TRUE(prepare(box.Path("list.xml"), &written));
     EXPECT_EQ(written, u"?") << "a folder that exists leaves the buffer untouched";
 

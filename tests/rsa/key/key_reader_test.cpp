@@ -82,7 +82,7 @@ TEST(KeyReader, TextsAndTheirOutcome)
          "", "Ne------ public"},
         {"<K><Modulus kind='b64'>&#84;&#x67;<!-- x -->\r\n\t<![CDATA[=]]><?pi?>=</Modulus>" + e + "</K>", "",
          "Ne------ public"},
-        {"<K><\xC3\xA4>\xFF</\xC3\xA4>\x80<Modulus>\x80T\xFFg=</Modulus>" + e + "</K>", "", "Ne------ public"},
+        {"<K><\x80\xA4>\xFF</\x80\xA4>\x80<Modulus>\x80T\xFFg=</Modulus>" + e + "</K>", "", "Ne------ public"},
         {"<K>" + n + e + "</K>" + "<K>" + p + "</K>", "", "Ne------ public"},
         {"no XML at all & <", "  No modulus;", "-------- private"},
         {"", "  No modulus;", "-------- private"},
