@@ -188,6 +188,11 @@ class PostgresqlTest(ShopTest):
                 error = self.keep(url, "--port", "0", code=1)
                 self.assertIn(words, error)
                 self.assertNotIn("secret", error)
+        locked = self.new_database("locked")
+        self.keep(locked, "db", "create")
+        with contextlib.closing(psycopg2.connect(locked)) as holder, holder.cursor() as cursor:
+            cursor.execute("LOCK TABLE shop")
+            self.assertIn("lock timeout", self.keep(locked, "--port", "0", code=1))
 
     def test_restart_and_lock(self):
         port = self.start(self.url, "--connections", "2").port

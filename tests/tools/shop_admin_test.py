@@ -7,7 +7,7 @@ import sqlite3
 import subprocess
 import unittest
 
-from shop_fixture import PROGRAMS, Key, ShopTest
+from shop_fixture import PROGRAMS, Key, ShopTest, run
 
 KEY = Key(512)
 HEADER = "type,type_name,category,category_name,id,title,maker,price,added,description\n"
@@ -126,6 +126,18 @@ class AdminTest(ShopTest):
                 self.assertEqual((code, output, words in complaint), (1, "", True), complaint)
                 with open(path, "rb") as file:
                     self.assertEqual(file.read(), content)
+
+    def test_a_database_that_cannot_be_written(self):
+        holder = sqlite3.connect(self.database_file, isolation_level=None)
+        self.addCleanup(holder.close)
+        holder.execute("BEGIN EXCLUSIVE")
+        self.assertIn("database is locked", self.keep("--port", "0")[2])
+        holder.execute("ROLLBACK")
+        os.chmod(self.database_file, 0o444)
+        # Root writes read-only files, too, unless it is deprived of this.
+        prefix = ["setpriv", "--bounding-set=-dac_override"] if os.getuid() == 0 else []
+        done = run(*prefix, f"{PROGRAMS}/pavonix-shop", "--db", self.database_file, "--port", "0")
+        self.assertEqual((done.returncode, "readonly database" in done.stderr), (1, True), done.stderr)
 
     def test_words_that_are_wrong(self):
         table = [(["devcie"], 2, "did you mean device?"), (["device", "lsit"], 2, "did you mean list?"), (["--prot", "1"], 2, "option --prot"),

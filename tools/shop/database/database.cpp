@@ -60,7 +60,8 @@ std::string ShownPlace(const std::string &place)
 std::string MessageOf(const soci::soci_error &failure)
 {
     static const std::regex kSpaces("\\s+");
-    static const std::regex kFrame("^(sqlite3_statement_backend::\\w+: |Cannot [a-z ]*\\. )?((ERROR|FATAL): )?| $");
+    static const std::regex kFrame(
+        "^(sqlite3_statement_backend::\\w+: |(Cannot [a-z ]*|Fatal error)\\. )?((ERROR|FATAL): )?|( LINE \\d+: .*| )$");
     const std::string line = std::regex_replace(failure.get_error_message(), kSpaces, " ");
     return std::regex_replace(line, kFrame, "");
 }

@@ -129,15 +129,18 @@ void RequireOurs(Database &database, Int64 version)
     }
 }
 
-// Two programs may be the first one at the same time. SQLite has the write lock already.
+// Two programs may be the first one at the same time. SQLite has the write lock already, but takes it for a read-only
+// file as well: only a write, here undone or of the usual value, shows that.
 void LockSchema(Database &database)
 {
-    if (database.IsPostgresql()) {
-        database.Run("SET LOCAL lock_timeout = '5s'");
-        const auto mode = Select<std::string>(database, "SELECT current_setting('transaction_read_only')");
-        Require(std::get<0>(mode.at(0)) == "off", "the database is read-only");
-        database.Run("SELECT pg_advisory_xact_lock(" + std::to_string(kSqliteApplication) + ")");
+    if (!database.IsPostgresql()) {
+        database.Run("PRAGMA user_version = 0");
+        return;
     }
+    database.Run("SET LOCAL lock_timeout = '5s'");
+    const auto mode = Select<std::string>(database, "SELECT current_setting('transaction_read_only')");
+    Require(std::get<0>(mode.at(0)) == "off", "the database is read-only");
+    database.Run("SELECT pg_advisory_xact_lock(" + std::to_string(kSqliteApplication) + ")");
 }
 
 void CreateTables(Database &database)
