@@ -7,7 +7,7 @@
 #include "diagnostics/device_reading.h"
 #include "diagnostics/exchange_view.h"
 #include "diagnostics/printable.h"
-#include "shop/window/html.h"
+#include "shop/texts.h"
 
 #include <nlohmann/json.hpp>
 

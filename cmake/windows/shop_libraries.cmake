@@ -15,10 +15,10 @@ endif()
 set(generated ${CMAKE_CURRENT_BINARY_DIR}/shop_libraries)
 file(WRITE ${generated}/soci/soci-config.h "#define SOCI_HAVE_CXX11\n")
 file(WRITE ${generated}/soci_backends_config.h "#define DEFAULT_BACKENDS_PATH \"\"\n")
-# libxml2: the parser and the writer, no more.
+# libxml2: the parser only.
 set(BUILD_SHARED_LIBS OFF)
 foreach(feature C14N CATALOG DEBUG DOCB FTP HTML HTTP ICONV ISO8859X LEGACY LZMA MODULES PATTERN PROGRAMS PYTHON READER
-                REGEXPS SCHEMAS SCHEMATRON TESTS VALID XINCLUDE XPATH XPTR ZLIB)
+                REGEXPS SCHEMAS SCHEMATRON TESTS VALID WRITER XINCLUDE XPATH XPTR ZLIB)
   set(LIBXML2_WITH_${feature} OFF CACHE BOOL "" FORCE)
 endforeach()
 add_subdirectory(${libxml2_source} ${generated}/libxml2 EXCLUDE_FROM_ALL)

@@ -18,7 +18,7 @@ from caller import BUILD, Caller
 
 BUY = "http://127.0.0.1/shop/buy"
 PRICE, TYPE, FIRST_GOOD = 100, 3, 1001
-SERVER = ("--max-skew", 3600, "--threads", 2)
+SERVER = ("--max-skew", 3600)
 TRY_AGAIN = (0, 500, 502, 503, 504)
 
 

@@ -14,7 +14,6 @@
 #include <iomanip>
 #include <iostream>
 #include <iterator>
-#include <thread>
 
 namespace shop {
 
@@ -190,11 +189,11 @@ void AddServingOptions(CLI::App &app, Options &options)
     app.add_option("--host", options.host, "Address or name to listen on")->capture_default_str();
     app.add_option("--port", options.port, "Port to listen on, 0 picks a free one and prints it")
         ->capture_default_str();
-    options.threads = std::max(1U, std::thread::hardware_concurrency());
-    app.add_option("--threads", options.threads,
-                   "Threads besides those that wait for the database, one for each core by default")
-        ->check(CLI::Range(1, 256));
-    app.add_option("--connections", options.connections, "Connections to the database")
+    app.add_option("--threads", options.threads, "Threads that receive requests")
+        ->check(CLI::Range(1, 256))
+        ->capture_default_str();
+    app.add_option("--connections", options.connections,
+                   "Connections to the database, each with a thread that makes the replies")
         ->check(CLI::Range(1, 1000))
         ->capture_default_str();
     app.add_option("--keep-alive", options.keepAliveSeconds,

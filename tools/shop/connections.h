@@ -1,11 +1,10 @@
-// The connections to the database, which the requests share.
+// The connections to the database, each with a thread that waits for its replies.
 #pragma once
 
 #include "shop.h"
 
-#include <boost/asio/any_io_executor.hpp>
-#include <boost/asio/io_context.hpp>
 #include <boost/asio/steady_timer.hpp>
+#include <boost/asio/thread_pool.hpp>
 
 #include <deque>
 #include <functional>
@@ -13,35 +12,36 @@
 
 namespace shop {
 
-// A request is answered by the thread that read it. The network must have more threads than there are connections, so
-// that a hanging database does not stop it.
 class Connections {
 public:
+    // network: runs a timer.
     Connections(boost::asio::io_context &network, ShopState &state, unsigned count);
 
-    // Calls `done` with the response: at once if a connection is free, or later on the executor. It is a refusal if no
-    // connection is free for two seconds. request: must live until then.
-    void Answer(const Request &request, const boost::asio::any_io_executor &executor,
-                std::function<void(Response)> done);
+    // Calls `done` with the response, on another thread. It is a refusal if no connection is free for two seconds.
+    // request: must live until then.
+    void Handle(const Request &request, std::function<void(Response)> done);
+
+    // Waits for the last requests.
+    void Join() { threads_.join(); }
 
 private:
     struct Job {
         const Request *request;
-        boost::asio::any_io_executor executor;
         std::function<void(Response)> done;
         std::chrono::steady_clock::time_point deadline;
     };
 
-    void Run(Shop &shop, const Job &job);
-    void Release(Shop &shop);
+    void Run(Shop &shop, Job job);
+    [[nodiscard]] std::optional<Job> NextJob(Shop &shop);
     void RefuseLate();
 
     ShopState &state_;
     std::deque<Shop> shops_;
     std::mutex mutex_;
     std::vector<Shop *> idle_;
-    std::deque<Job> waiting_;
+    std::deque<Job> waiting_; // in the order of their deadlines
     boost::asio::steady_timer timer_;
+    boost::asio::thread_pool threads_;
 };
 
 } // namespace shop

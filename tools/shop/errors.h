@@ -43,7 +43,7 @@ inline constexpr std::array kErrorKinds = {kUnknownPath,   kWrongParameter,  kUn
                                            kAlreadyOwned,  kBalanceTooLow,   kWrongMethod,      kLengthRequired,
                                            kNotAForm,      kRequestTooLarge, kMalformedRequest, kShopFailure};
 
-// Thrown where the reason is found; Shop::Answer makes it an error response.
+// Thrown where the reason is found; Shop::Handle makes it an error response.
 class Refusal : public std::runtime_error {
 public:
     // detail: plain ASCII of the shop's own making, never text from the request.

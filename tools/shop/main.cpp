@@ -15,19 +15,22 @@ void Serve(const shop::Options &options)
 {
     (void)shop::OpenShopDatabase(options.database); // so that what is wrong with it shows before the shop listens
     shop::ShopState state(options.database, std::chrono::seconds(options.maxSkewSeconds));
-    const unsigned threads = options.threads + options.connections;
-    boost::asio::io_context network(static_cast<int>(threads));
+    shop::Networks networks;
+    for (unsigned i = 0; i < options.threads; ++i) {
+        networks.emplace_back(1);
+    }
     shop::Window window(options.database, options.windowForAll);
-    shop::Connections connections(network, state, options.connections);
+    shop::Connections connections(networks.front(), state, options.connections);
     shop::ServerContext context{state, connections, window, shop::FindFault(options.fault)};
     context.keepAlive = std::chrono::seconds(options.keepAliveSeconds);
     for (const std::string &address : options.watchers) {
         context.watchers.insert(boost::asio::ip::make_address(address));
     }
-    shop::Server server(network, context, options.host, options.port);
+    shop::Server server(networks, context, options.host, options.port);
     std::cout << "listening on http://" << server.address() << ':' << server.port() << "/shop/ with database "
               << shop::ShownPlace(options.database) << std::endl;
-    server.Run(threads);
+    server.Run();
+    connections.Join();
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "reply_sender.h"
 
-#include <boost/asio/dispatch.hpp>
 #include <boost/asio/write.hpp>
 
 namespace shop {
@@ -16,17 +15,19 @@ constexpr std::chrono::seconds kSilenceTime{60};
 
 } // namespace
 
+std::size_t WriteNow(beast::tcp_stream &stream, const std::string &bytes)
+{
+    beast::error_code error; // shows again in what follows
+    (void)stream.socket().non_blocking(true, error);
+    return stream.socket().write_some(asio::buffer(bytes), error);
+}
+
 ReplySender::ReplySender(beast::tcp_stream stream, Transmission transmission)
     : stream_(std::move(stream)), transmission_(std::move(transmission)), pause_(stream_.get_executor())
 {
 }
 
 void ReplySender::Start()
-{
-    asio::dispatch(stream_.get_executor(), [self = shared_from_this()] { self->SendNext(); });
-}
-
-void ReplySender::SendNext()
 {
     if (next_ == transmission_.pieces.size()) {
         Finish();
@@ -40,11 +41,17 @@ void ReplySender::SendNext()
 
 void ReplySender::Write()
 {
+    const std::string &bytes = transmission_.pieces[next_++].bytes;
+    const std::size_t sent = WriteNow(stream_, bytes);
+    if (sent == bytes.size()) {
+        Start();
+        return;
+    }
     stream_.expires_after(kWriteTime);
-    asio::async_write(stream_, asio::buffer(transmission_.pieces[next_++].bytes),
+    asio::async_write(stream_, asio::buffer(bytes) + sent,
                       [self = shared_from_this()](beast::error_code error, std::size_t) {
                           if (!error) {
-                              self->SendNext();
+                              self->Start();
                           }
                       });
 }

@@ -11,16 +11,19 @@
 
 namespace shop {
 
+// Writes as many of the bytes as the system takes at once, mostly all, which saves a turn of the stream's thread.
+// Returns their number.
+[[nodiscard]] std::size_t WriteNow(boost::beast::tcp_stream &stream, const std::string &bytes);
+
 // Lives as long as one of its operations is under way.
 class ReplySender : public std::enable_shared_from_this<ReplySender> {
 public:
     ReplySender(boost::beast::tcp_stream stream, Transmission transmission);
 
-    // Runs on the stream's executor, whichever thread calls.
+    // Sends what has not been sent.
     void Start();
 
 private:
-    void SendNext();
     void Write();
     void Finish();
     void Drain();

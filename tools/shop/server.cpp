@@ -4,7 +4,7 @@
 #include "diagnostics/printable.h"
 
 #include <boost/asio/dispatch.hpp>
-#include <boost/asio/strand.hpp>
+#include <boost/asio/executor_work_guard.hpp>
 
 #include <thread>
 
@@ -35,10 +35,14 @@ asio::ip::address AddressOf(asio::io_context &network, const std::string &host)
 
 } // namespace
 
-Server::Server(asio::io_context &network, ServerContext &context, const std::string &host, unsigned short port)
-    : network_(network), context_(context), idleTimer_(network), signals_(network, SIGINT, SIGTERM), acceptor_(network)
+Server::Server(Networks &networks, ServerContext &context, const std::string &host, unsigned short port)
+    : networks_(networks),
+      context_(context),
+      idleTimer_(networks.front()),
+      signals_(networks.front(), SIGINT, SIGTERM),
+      acceptor_(networks.front())
 {
-    const asio::ip::tcp::endpoint endpoint(AddressOf(network_, host), port);
+    const asio::ip::tcp::endpoint endpoint(AddressOf(networks.front(), host), port);
     try {
         acceptor_.open(endpoint.protocol());
         acceptor_.set_option(asio::socket_base::reuse_address(true));
@@ -50,15 +54,18 @@ Server::Server(asio::io_context &network, ServerContext &context, const std::str
     }
 }
 
-void Server::Run(unsigned threads)
+void Server::Run()
 {
     signals_.async_wait([this](boost::system::error_code, int) { Stop(); });
     Accept();
     std::vector<std::thread> others;
-    for (unsigned i = 1; i < threads; ++i) {
-        others.emplace_back([this] { network_.run(); });
+    for (std::size_t i = 1; i < networks_.size(); ++i) {
+        others.emplace_back([&network = networks_[i]] {
+            const auto work = asio::make_work_guard(network);
+            network.run();
+        });
     }
-    network_.run();
+    networks_.front().run();
     for (std::thread &thread : others) {
         thread.join();
     }
@@ -78,7 +85,9 @@ void Server::StopWhenIdle(int tries)
     idleTimer_.expires_after(kStopInterval);
     idleTimer_.async_wait([this, tries](boost::system::error_code) {
         if (context_.exchangesUnderWay == 0 || tries == 0) {
-            network_.stop();
+            for (asio::io_context &network : networks_) {
+                network.stop();
+            }
         } else {
             StopWhenIdle(tries - 1);
         }
@@ -87,8 +96,8 @@ void Server::StopWhenIdle(int tries)
 
 void Server::Accept()
 {
-    acceptor_.async_accept(asio::make_strand(network_), [this](boost::system::error_code error,
-                                                               asio::ip::tcp::socket socket) {
+    asio::io_context &network = networks_[next_++ % networks_.size()];
+    acceptor_.async_accept(network, [this](boost::system::error_code error, asio::ip::tcp::socket socket) {
         if (error == asio::error::operation_aborted) {
             return;
         }
@@ -101,7 +110,7 @@ void Server::Accept()
         }
         // Out of descriptors, most likely: accepting again at once would only spin.
         LogError(error.message());
-        auto pause = std::make_shared<asio::steady_timer>(network_, std::chrono::milliseconds(100));
+        auto pause = std::make_shared<asio::steady_timer>(networks_.front(), std::chrono::milliseconds(100));
         pause->async_wait([this, pause](boost::system::error_code) { Accept(); });
     });
 }

@@ -5,7 +5,6 @@
 #include "replies.h"
 #include "reply_sender.h"
 
-#include <boost/asio/post.hpp>
 #include <boost/asio/write.hpp>
 
 namespace shop {
@@ -104,7 +103,7 @@ void Session::Parse(bool ended)
         ++context_.exchangesUnderWay;
         since_ = std::chrono::steady_clock::now();
         request_ = parser_->release();
-        Answer();
+        Handle();
     } else {
         Read();
     }
@@ -116,7 +115,7 @@ bool Session::MayWatch() const
     return (peer_.is_loopback() || context_.watchers.contains(peer_)) && request_.count("X-Forwarded-For") == 0;
 }
 
-void Session::Answer()
+void Session::Handle()
 {
     if (Window::IsAskedFor(request_)) {
         --context_.exchangesUnderWay;
@@ -132,23 +131,22 @@ void Session::Answer()
     } else {
         try {
             const Fault *named = TakeFault(&request_);
-            AnswerFromDatabase(named == nullptr && !IsForWatchers(request_) ? context_.fault : named);
+            HandleByShop(named == nullptr && !IsForWatchers(request_) ? context_.fault : named);
         } catch (const Refusal &refusal) {
             Send(&request_, MakeErrorResponse(refusal.kind(), refusal.what()), nullptr);
         }
     }
 }
 
-void Session::AnswerFromDatabase(const Fault *fault)
+void Session::HandleByShop(const Fault *fault)
 {
     if (fault != nullptr && fault->answer != nullptr) {
         Send(&request_, fault->answer(), fault);
         return;
     }
-    context_.connections.Answer(request_, stream_.get_executor(),
-                                [self = shared_from_this(), fault](Response response) {
-                                    self->Send(&self->request_, std::move(response), fault);
-                                });
+    context_.connections.Handle(request_, [self = shared_from_this(), fault](Response response) {
+        self->Send(&self->request_, std::move(response), fault);
+    });
 }
 
 void Session::Send(const Request *request, Response response, const Fault *fault)
@@ -159,17 +157,17 @@ void Session::Send(const Request *request, Response response, const Fault *fault
     if (request != nullptr && IsForWatchers(*request)) {
         response.set(http::field::cache_control, "no-store");
     }
-    const Transmission sent = fault == nullptr ? AsOnePiece(response) : fault->send(response);
+    Transmission sent = fault == nullptr ? AsOnePiece(response) : fault->send(response);
     // Before the reply, so that a client that has it finds its line in the log.
     LogVisit({peer_.to_string(), request, &response, fault == nullptr ? "" : fault->name});
-    if (stays) {
-        SendAndStay(sent.pieces.front().bytes);
-    } else {
-        std::make_shared<ReplySender>(std::move(stream_), sent)->Start();
-    }
-    --context_.exchangesUnderWay;
     context_.state.metrics.CountExchange(request, response, std::chrono::steady_clock::now() - since_);
     Show(request, response, fault, sent);
+    if (stays) {
+        SendAndStay(std::move(sent.pieces.front().bytes));
+    } else {
+        std::make_shared<ReplySender>(std::move(stream_), std::move(sent))->Start();
+    }
+    --context_.exchangesUnderWay;
 }
 
 // For a balancer, which keeps its connections. A device's library adds a line end after its form that Content-Length
@@ -177,20 +175,30 @@ void Session::Send(const Request *request, Response response, const Fault *fault
 void Session::SendAndStay(std::string reply)
 {
     reply_ = std::move(reply);
+    const std::size_t sent = WriteNow(stream_, reply_);
+    if (sent == reply_.size()) {
+        ReadNext();
+        return;
+    }
     stream_.expires_after(kWriteTime);
-    asio::async_write(stream_, asio::buffer(reply_), [self = shared_from_this()](beast::error_code error, std::size_t) {
-        if (error) {
-            return;
-        }
-        self->stream_.expires_after(self->context_.keepAlive);
-        self->AwaitRequest();
-        self->received_.erase(0, std::min(self->received_.find_first_not_of("\r\n"), self->received_.size()));
-        if (self->received_.empty()) {
-            self->Read();
-        } else {
-            self->Parse(false);
-        }
-    });
+    asio::async_write(stream_, asio::buffer(reply_) + sent,
+                      [self = shared_from_this()](beast::error_code error, std::size_t) {
+                          if (!error) {
+                              self->ReadNext();
+                          }
+                      });
+}
+
+void Session::ReadNext()
+{
+    stream_.expires_after(context_.keepAlive);
+    AwaitRequest();
+    received_.erase(0, std::min(received_.find_first_not_of("\r\n"), received_.size()));
+    if (received_.empty()) {
+        Read();
+    } else {
+        Parse(false);
+    }
 }
 
 // Without keep-alive also what was received after the request.

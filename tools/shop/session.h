@@ -27,7 +27,8 @@ struct ServerContext {
     std::atomic<bool> stopping = false;
 };
 
-// Lives as long as one of its operations is under way. All run on the executor of its socket.
+// Lives as long as one of its operations is under way. The thread of its network receives requests; a thread of the
+// connections makes the reply and sends what the system takes at once. Never both at the same time.
 class Session : public std::enable_shared_from_this<Session> {
 public:
     Session(boost::asio::ip::tcp::socket socket, ServerContext &context);
@@ -39,11 +40,12 @@ private:
     void Read();
     void OnRead(boost::beast::error_code error, std::size_t count);
     void Parse(bool ended);
-    void Answer();
-    void AnswerFromDatabase(const Fault *fault);
+    void Handle();
+    void HandleByShop(const Fault *fault);
     [[nodiscard]] bool MayWatch() const;
     void Send(const Request *request, Response response, const Fault *fault);
     void SendAndStay(std::string reply);
+    void ReadNext();
     [[nodiscard]] std::string TakeReceived();
     void Show(const Request *request, const Response &response, const Fault *fault, const Transmission &sent);
 

@@ -96,7 +96,7 @@ std::string Shop::Retried(const Request &request)
     }
 }
 
-Response Shop::Answer(const Request &request)
+Response Shop::Handle(const Request &request)
 {
     try {
         return MakeResponse(http::status::ok, Retried(request));

@@ -35,7 +35,7 @@ public:
     explicit Shop(ShopState &state) : state_(state) {}
 
     // Errors become error responses.
-    [[nodiscard]] Response Answer(const Request &request);
+    [[nodiscard]] Response Handle(const Request &request);
 
 private:
     struct Connection {

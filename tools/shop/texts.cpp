@@ -2,13 +2,17 @@
 
 #include "diagnostics/printable.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <libxml/xmlstring.h>
+
+#include <algorithm>
+#include <array>
 
 namespace shop {
 
 namespace {
 
-// Controls of both sets, and what turns the direction of writing or ends a line.
+// Control characters, and those that change the direction of writing or end a line.
 bool IsControl(int letter)
 {
     return letter < 0x20 || (letter >= 0x7F && letter < 0xA0) || (letter >= 0x200E && letter <= 0x200F) ||
@@ -42,6 +46,27 @@ bool IsPlainText(const std::string &text)
 std::string ForTerminal(const std::string &text)
 {
     return IsReadable(text, "") ? text : diagnostics::Printable(text, text.size());
+}
+
+void AppendEscaped(std::string *document, std::string_view text)
+{
+    constexpr std::string_view kSpecial = "&<>\"\r";
+    constexpr std::array kEscapes = {"&amp;", "&lt;", "&gt;", "&quot;", "&#13;"};
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t special = std::min(text.find_first_of(kSpecial, at), text.size());
+        document->append(text, at, special - at);
+        if (special < text.size()) {
+            document->append(kEscapes[kSpecial.find(text[special])]);
+        }
+        at = special + 1;
+    }
+}
+
+std::string Html(const std::string &text)
+{
+    std::string html;
+    AppendEscaped(&html, ForTerminal(text));
+    return boost::replace_all_copy(html, "'", "&#39;");
 }
 
 } // namespace shop

@@ -1,74 +1,75 @@
 #include "xml_writer.h"
 
+#include "texts.h"
+
+#include <libxml/xmlstring.h>
+
 #include <stdexcept>
 
 namespace shop {
 
-namespace {
-
-void Check(int result)
+void XmlWriter::EndTag(const char *end)
 {
-    if (result < 0) {
-        throw std::runtime_error("the XML writer failed");
+    if (inTag_) {
+        document_ += end;
+        inTag_ = false;
     }
-}
-
-const xmlChar *Bytes(const char *text)
-{
-    return reinterpret_cast<const xmlChar *>(text);
-}
-
-const xmlChar *Bytes(const std::string &text)
-{
-    if (!xmlCheckUTF8(Bytes(text.c_str()))) {
-        throw std::runtime_error("a text for the XML writer is not UTF-8");
-    }
-    return Bytes(text.c_str());
-}
-
-} // namespace
-
-XmlWriter::XmlWriter() : buffer_(xmlBufferCreate()), writer_(xmlNewTextWriterMemory(buffer_.get(), 0))
-{
-    if (writer_ == nullptr) {
-        throw std::bad_alloc();
-    }
-    Check(xmlTextWriterSetIndent(writer_.get(), 1));
-    Check(xmlTextWriterSetIndentString(writer_.get(), Bytes("  ")));
-    Check(xmlTextWriterStartDocument(writer_.get(), nullptr, "UTF-8", nullptr));
 }
 
 void XmlWriter::Start(const char *element)
 {
-    Check(xmlTextWriterStartElement(writer_.get(), Bytes(element)));
+    EndTag(">\n");
+    Indent();
+    document_.append("<").append(element);
+    open_.push_back(element);
+    inTag_ = true;
 }
 
-void XmlWriter::Attribute(const char *name, const std::string &value)
+void XmlWriter::Attribute(const char *name, std::string_view value)
 {
-    Check(xmlTextWriterWriteAttribute(writer_.get(), Bytes(name), Bytes(value)));
+    document_.append(" ").append(name).append("=\"");
+    AppendEscaped(&document_, value);
+    document_ += '"';
 }
 
-void XmlWriter::Text(const std::string &text)
+void XmlWriter::Text(std::string_view text)
 {
-    Check(xmlTextWriterWriteString(writer_.get(), Bytes(text)));
+    EndTag(">");
+    AppendEscaped(&document_, text);
+    hasText_ = true;
 }
 
-void XmlWriter::Element(const char *element, const std::string &text)
+void XmlWriter::Element(const char *element, std::string_view text)
 {
-    Check(xmlTextWriterWriteElement(writer_.get(), Bytes(element), Bytes(text)));
+    Start(element);
+    Text(text);
+    End();
 }
 
 void XmlWriter::End()
 {
-    Check(xmlTextWriterEndElement(writer_.get()));
+    const char *element = open_.back();
+    open_.pop_back();
+    if (inTag_) {
+        EndTag("/>\n");
+        return;
+    }
+    if (!hasText_) {
+        Indent();
+    }
+    document_.append("</").append(element).append(">\n");
+    hasText_ = false;
 }
 
 std::string XmlWriter::Finish()
 {
-    Check(xmlTextWriterEndDocument(writer_.get()));
-    Check(xmlTextWriterFlush(writer_.get()));
-    return {reinterpret_cast<const char *>(xmlBufferContent(buffer_.get())),
-            static_cast<std::size_t>(xmlBufferLength(buffer_.get()))};
+    while (!open_.empty()) {
+        End();
+    }
+    if (!xmlCheckUTF8(reinterpret_cast<const xmlChar *>(document_.c_str()))) {
+        throw std::runtime_error("a text for an XML document is not UTF-8");
+    }
+    return std::move(document_);
 }
 
 } // namespace shop

@@ -1,37 +1,34 @@
-// Writes an XML document of elements, attributes and texts; libxml2 escapes.
+// Writes an XML document of elements, attributes and texts.
 #pragma once
 
-#include <libxml/xmlwriter.h>
-
-#include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace shop {
 
-// Every failure (memory, bytes that are not UTF-8) throws std::runtime_error.
 class XmlWriter {
 public:
-    // Begins a document that declares UTF-8.
-    XmlWriter();
-
     void Start(const char *element);
-    void Attribute(const char *name, const std::string &value);
+    void Attribute(const char *name, std::string_view value);
     void Attribute(const char *name, long long value) { Attribute(name, std::to_string(value)); }
     void Attribute(const char *name, int value) { Attribute(name, std::to_string(value)); }
-    void Text(const std::string &text);
-    void Element(const char *element, const std::string &text);
+    void Text(std::string_view text);
+    void Element(const char *element, std::string_view text);
     void End();
 
-    // Closes the open elements and returns the document's bytes. Call it last, once.
+    // Closes the open elements and returns the document. Call it last, once. Throws std::runtime_error if a text was
+    // not UTF-8.
     [[nodiscard]] std::string Finish();
 
 private:
-    struct Release {
-        void operator()(xmlBuffer *buffer) const { xmlBufferFree(buffer); }
-        void operator()(xmlTextWriter *writer) const { xmlFreeTextWriter(writer); }
-    };
-    std::unique_ptr<xmlBuffer, Release> buffer_;
-    std::unique_ptr<xmlTextWriter, Release> writer_;
+    void Indent() { document_.append(2 * open_.size(), ' '); }
+    void EndTag(const char *end);
+
+    std::string document_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+    std::vector<const char *> open_;
+    bool inTag_ = false;
+    bool hasText_ = false;
 };
 
 } // namespace shop

@@ -4,7 +4,7 @@
 #include "diagnostics/head_lines.h"
 #include "shop/errors.h"
 #include "shop/form_fields.h"
-#include "shop/window/html.h"
+#include "shop/texts.h"
 #include "shop/window/token_view.h"
 
 #include <algorithm>

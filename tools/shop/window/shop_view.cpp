@@ -1,6 +1,6 @@
 #include "shop/window/shop_view.h"
 
-#include "shop/window/html.h"
+#include "shop/texts.h"
 
 namespace shop {
 

@@ -1,6 +1,6 @@
 #include "shop/window/token_view.h"
 
-#include "shop/window/html.h"
+#include "shop/texts.h"
 #include "token/token.h"
 
 #include <boost/algorithm/hex.hpp>

@@ -3,7 +3,7 @@
 #include "shop/files.h"
 #include "shop/reply_sender.h"
 #include "shop/window/exchange_view.h"
-#include "shop/window/html.h"
+#include "shop/texts.h"
 #include "shop/window/shop_view.h"
 
 #include <boost/asio/post.hpp>
