@@ -1,128 +1,39 @@
-// A system for PAVONIX.dll on a bare ARM processor: loads it, gives it the functions
-// that it imports, and makes whole calls. Compiled in ARM and in THUMB state, so that
-// the processor must change state, or must not, on each way in and out.
+// A system for PAVONIX.dll on a bare ARM processor: loads the DLL, resolves its imports
+// and makes whole calls. Compiled in ARM and in Thumb state, so that the processor must
+// change state, or must not, on each way in and out. newlib is built for version 4T and
+// reads files through the emulator (semihosting).
 //
-//   state_loader DLL PROFILE [MISSING]     MISSING: the beginning of names that GetProcAddressW does not find
+//   state_loader [MISSING] <PROFILE     in the folder of PAVONIX.dll; MISSING: prefix of the
+//                                       names that GetProcAddressW does not find
 //
-// Prints the image's address, the results, what was sent, and the files as written.
-// Nothing of a C library is linked, because that would need a later processor.
+// Prints the image's address, the results, and the bytes that were sent and written.
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
 typedef unsigned char Byte;
 typedef unsigned short Half;
 typedef unsigned Word;
 
-enum { kExit = 1, kRead = 3, kWrite = 4, kOpen = 5, kMap = 192 };
-enum { kReadWriteRun = 7, kPrivateAnonymous = 0x22, kRelocatedWord = 3 };
-enum { kNotFound = 2, kInvalid = -1, kDirectory = 0x10, kFile = 0x20 };
-
-int SystemCall(int number, Word a, Word b, Word c, Word d, Word e);
-__asm__(".arm\n.type SystemCall, %function\nSystemCall:\n"
-        "\tstmfd sp!, {r4, r5, r7, lr}\n\tmov r7, r0\n\tmov r0, r1\n\tmov r1, r2\n\tmov r2, r3\n"
-        "\tldr r3, [sp, #16]\n\tldr r4, [sp, #20]\n\tmov r5, #0\n\tsvc 0\n"
-        "\tldmfd sp!, {r4, r5, r7, lr}\n\tbx lr\n"
-        ".globl _start\n_start:\n\tadd r0, sp, #4\n\tldr r1, 1f\n\tmov lr, pc\n\tbx r1\n1:\t.word Run\n");
+enum { kRelocatedWord = 3, kNotFound = 2, kInvalid = -1, kDirectory = 0x10, kFile = 0x20 };
 
 static Word lastError;
 static const char *missing;
 
-// Memory and text
-void *memset(void *to, int value, Word size)
+// Memory that is readable, writable and executable, by Linux's mmap.
+__attribute__((target("arm"), noinline)) static void *Map(Word size)
 {
-    for (Byte *byte = to; size > 0; --size) {
-        *byte++ = (Byte)value;
-    }
-    return to;
-}
-void *memmove(void *to, const void *from, Word size)
-{
-    Byte *target = to;
-    const Byte *source = from;
-    for (Word i = 0; i < size; ++i) {
-        const Word at = target < source ? i : size - 1 - i;
-        target[at] = source[at];
-    }
-    return to;
-}
-void *memcpy(void *to, const void *from, Word size)
-{
-    return memmove(to, from, size);
-}
-static int strncmp(const Byte *a, const Byte *b, Word size)
-{
-    for (; size > 0 && *a == *b && *a != 0; ++a, ++b, --size) {
-    }
-    return size == 0 ? 0 : *a - *b;
-}
-static int strcmp(const Byte *a, const Byte *b)
-{
-    return strncmp(a, b, ~0u);
-}
-static Word strlen(const char *text)
-{
-    Word length = 0;
-    for (; text[length] != 0; ++length) {
-    }
-    return length;
-}
-static const char *strchr(const char *text, int wanted)
-{
-    for (; *text != wanted && *text != 0; ++text) {
-    }
-    return *text == wanted ? text : 0;
-}
-static const char *strstr(const char *text, const char *wanted)
-{
-    for (; strncmp((const Byte *)text, (const Byte *)wanted, strlen(wanted)) != 0; ++text) {
-        if (*text == 0) {
-            return 0;
-        }
-    }
-    return text;
-}
-static const void *memchr(const void *bytes, int wanted, Word size)
-{
-    for (const Byte *byte = bytes; size > 0; ++byte, --size) {
-        if (*byte == (Byte)wanted) {
-            return byte;
-        }
-    }
-    return 0;
-}
-static int memcmp(const Byte *a, const Byte *b, Word size)
-{
-    for (; size > 0 && *a == *b; ++a, ++b, --size) {
-    }
-    return size == 0 ? 0 : *a - *b;
-}
-static void *malloc(Word size) // a word before each block holds its size; none is used again
-{
-    static Word heap[1 << 20];
-    static Word used;
-    Word *const block = heap + used;
-    *block = size;
-    used += (size + 15) / 8 * 2;
-    memset(block + 1, 0xCD, size);
-    return block + 1;
-}
-static void free(Word *block)
-{
-    if (block != 0) {
-        memset(block, 0xDD, block[-1]);
-    }
-}
-static void *calloc(Word count, Word size)
-{
-    return memset(malloc(count * size), 0, count * size);
-}
-static void *realloc(Word *block, Word size)
-{
-    void *const moved = malloc(size);
-    if (block != 0) {
-        memcpy(moved, block, block[-1] < size ? block[-1] : size);
-    }
-    return moved;
+    register Word result __asm__("r0") = 0, length __asm__("r1") = size, protection __asm__("r2") = 7;
+    register Word flags __asm__("r3") = 0x22, file __asm__("r4") = ~0u, offset __asm__("r5") = 0,
+                        call __asm__("r7") = 192;
+    __asm__ volatile("svc 0"
+                     : "+r"(result)
+                     : "r"(length), "r"(protection), "r"(flags), "r"(file), "r"(offset), "r"(call)
+                     : "memory");
+    return (void *)result;
 }
 
-// Files: the profile, and those that the DLL has written
+// Files: the profile, and those that the DLL writes
 static Byte profile[4096];
 static Word profileSize, profileRead;
 static int folderMade, fileWritten;
@@ -176,12 +87,12 @@ static Word Read(Byte *bytes, Word size, Word count)
 static Word Write(const Byte *bytes, Word size, Word count, int stream)
 {
     if (stream == 2) {
-        SystemCall(kWrite, 1, (Word)bytes, size * count, 0, 0);
+        fwrite(bytes, size, count, stdout);
     }
     return count;
 }
 
-// Code pages: of one byte a character
+// Code pages of one byte a character
 static int Convert(Byte *to, Word toSize, const Byte *from, Word fromSize, int length, int room)
 {
     for (int i = 0; i < length && room != 0; ++i) {
@@ -201,7 +112,7 @@ static int ToWide(Word page, Word flags, const void *from, int length, void *to,
     return page + flags == 0 || page == 65001 ? Convert(to, 2, from, 1, length, room) : 0;
 }
 
-// The network: a reply in one piece to each request
+// The network: one reply per request
 static const char *reply;
 static int Start(int version, Half *data)
 {
@@ -221,8 +132,8 @@ static int Socket(void)
 }
 static int Send(int socket, const char *bytes, int length)
 {
-    SystemCall(kWrite, (Word)(socket - 6), (Word)bytes, (Word)length, 0, 0);
-    return length;
+    fwrite(bytes, 1, (Word)length, stdout);
+    return length + socket - 7;
 }
 static int Receive(int socket, char *bytes, int room)
 {
@@ -232,7 +143,7 @@ static int Receive(int socket, char *bytes, int room)
     return (int)length + socket - 7;
 }
 
-// The rest
+// Time, errors, random numbers
 static void LocalTime(Half *time)
 {
     static const Half now[8] = {2026, 11, 6, 21, 8, 0, 1};
@@ -316,7 +227,7 @@ static const struct Function {
 static void *Find(const char *name)
 {
     for (Word i = 0; i < sizeof functions / sizeof *functions; ++i) {
-        if (strcmp((const Byte *)functions[i].name, (const Byte *)name) == 0) {
+        if (strcmp(functions[i].name, name) == 0) {
             return functions[i].function;
         }
     }
@@ -328,7 +239,7 @@ static void *FindFunction(const void *module, const Half *name)
     for (Word i = 0; name[i] != 0; ++i) {
         narrow[i] = (char)name[i];
     }
-    return module == 0 || (missing != 0 && strstr(narrow, missing) == narrow) ? 0 : Find(narrow);
+    return module == 0 || (missing != 0 && strncmp(narrow, missing, strlen(missing)) == 0) ? 0 : Find(narrow);
 }
 
 static Word At(const Byte *place)
@@ -336,29 +247,12 @@ static Word At(const Byte *place)
     return *(const Word *)place;
 }
 
-static void Print(const char *text, Word number)
-{
-    char line[80];
-    Word length = strlen(text);
-    memcpy(line, text, length);
-    for (int shift = 28; shift >= 0; shift -= 4) {
-        line[length++] = "0123456789abcdef"[number >> shift & 15];
-    }
-    line[length++] = '\n';
-    SystemCall(kWrite, 1, (Word)line, length, 0, 0);
-}
-
-static Word ReadWhole(const char *path, Byte *bytes, Word room)
-{
-    return (Word)SystemCall(kRead, (Word)SystemCall(kOpen, (Word)path, 0, 0, 0, 0), (Word)bytes, room, 0, 0);
-}
-
-static Byte *Load(const char *path)
+static Byte *Load(void)
 {
     static Byte file[1 << 20];
-    ReadWhole(path, file, sizeof file);
+    fread(file, 1, sizeof file, fopen("PAVONIX.dll", "rb"));
     const Byte *const header = file + At(file + 0x3C), *const directories = header + 120;
-    Byte *const image = (Byte *)SystemCall(kMap, 0, At(header + 80), kReadWriteRun, kPrivateAnonymous, (Word)-1);
+    Byte *const image = Map(At(header + 80));
     memcpy(image, file, At(header + 84));
     const Byte *section = header + 24 + *(const Half *)(header + 20);
     for (int left = *(const Half *)(header + 6); left > 0; --left, section += 40) {
@@ -378,36 +272,36 @@ static Byte *Load(const char *path)
             const char *const name = (const char *)image + *slot + 2;
             *slot = (Word)Find(name);
             if (*slot == 0) {
-                Print(name, 0);
+                printf("%s is missing\n", name);
             }
         }
     }
     return image;
 }
 
-void Run(const char **arguments)
+int main(int count, const char **arguments)
 {
     static Word request[8], result[1024];
     static char large[3000] = "HTTP/1.1 200 OK\r\nContent-Length: 2000\r\n\r\n";
     memset(large + strlen(large), 'g', 2000);
-    missing = arguments[3];
-    profileSize = ReadWhole(arguments[2], profile, sizeof profile);
-    Byte *const image = Load(arguments[1]);
-    Print("image ", (Word)image);
+    missing = count > 1 ? arguments[1] : 0;
+    profileSize = fread(profile, 1, sizeof profile, stdin);
+    Byte *const image = Load();
+    printf("image %08x\n", (Word)image);
     const Byte *const header = image + At(image + 0x3C);
     const Word *const exported = (const Word *)(image + At(image + At(header + 120) + 28));
     int (*const entry)(void *, Word, void *) = (void *)(image + At(header + 40));
-    Print("attach ", (Word)entry(image, 1, 0));
-    Print("thread attach ", (Word)entry(image, 2, 0));
+    printf("attach %08x\n", (Word)entry(image, 1, 0));
+    printf("thread attach %08x\n", (Word)entry(image, 2, 0));
     for (int i = 0; i < 4; ++i) {
         int (*const download)(const void *, void *, const void *, int, const void *, int) =
             (void *)(image + exported[i & 1]);
         reply = i == 1 ? large : "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nthe goods";
-        Print("\ndownload ",
-              (Word)download(L"\\profile", request, i < 3 ? L"\\shop\\list.xml" : L"\\shop", 1, L"http://h/\xFC", 80));
+        printf("\ndownload %08x\n",
+               (Word)download(u"\\profile", request, i < 3 ? u"\\shop\\list.xml" : u"\\shop", 1, u"http://h/\xFC", 80));
     }
     int (*const buy)(const void *, void *, void *, const void *, int) = (void *)(image + exported[2]);
-    Print("buy ", (Word)buy(L"\\none", request, result, L"http://h/b", 80));
+    printf("buy %08x\n", (Word)buy(u"\\none", request, result, u"http://h/b", 80));
     static const char refusal[] = "HTTP/1.1 403 No\r\nX-Error-Code: 906\r\nX-Error-Message: f\xFCr\r\n"
                                   "X-Server-Timestamp: 2026-11-21 08:00:00.000\r\nContent-Length: 0\r\n\r\n";
     for (int damaged = 0; damaged < 2; ++damaged) {
@@ -415,10 +309,10 @@ void Run(const char **arguments)
             memcpy((char *)strstr((const char *)profile, "<P>"), "<!>", 3);
         }
         reply = refusal;
-        Print("\nbuy ", (Word)buy(L"\\profile", request, result, L"http://h/b", 80));
+        printf("\nbuy %08x\n", (Word)buy(u"\\profile", request, result, u"http://h/b", 80));
     }
-    Print("code ", result[2]);
-    Print("thread detach ", (Word)entry(image, 3, 0));
-    Print("detach ", (Word)entry(image, 0, 0));
-    SystemCall(kExit, 0, 0, 0, 0, 0);
+    printf("code %08x\n", result[2]);
+    printf("thread detach %08x\n", (Word)entry(image, 3, 0));
+    printf("detach %08x\n", (Word)entry(image, 0, 0));
+    return 0;
 }
