@@ -95,8 +95,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                 }
             }
         }
-        CheckExactly(parted,
-                     Play(parted, static_cast<int>(nth), [&] { tap::LimitWrites(static_cast<std::uint32_t>(nth)); }));
+        CheckExactly(parted, Play(parted, static_cast<int>(nth),
+                                  [&] { tap::TheState().writeLimit = static_cast<std::uint32_t>(nth); }));
     } else {
         CheckExactly(call, Play(call));
     }

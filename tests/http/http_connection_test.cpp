@@ -87,7 +87,7 @@ TEST(Connection, ClosesAsThePairingSays)
     EXPECT_EQ(tap::CountOf("CleanupWinsock"), 2) << "a socket that cannot be closed keeps Winsock";
 
     tap::Reset();
-    tap::GrantWinsockVersion(0x0001);
+    tap::TheState().winsockVersion = 0x0001;
     HttpConnection old;
     EXPECT_EQ(old.StartSocket(), 0);
     EXPECT_EQ(tap::CountOf("CleanupWinsock"), 1);

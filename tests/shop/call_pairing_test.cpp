@@ -126,7 +126,7 @@ TEST_F(Pairing, PartsAreNotSentOrWrittenTwice)
     tap::ScriptedPeer peer{{head + std::string(983, 'a'), std::string(1024, 'b'), std::string(993, 'c')}, {}, 0};
     peer.takes = 10;
     tap::UsePeer(&peer);
-    tap::LimitWrites(100);
+    tap::TheState().writeLimit = 100;
     EXPECT_EQ(Download("f"), 200);
     EXPECT_EQ(peer.received, "GET /good?");
     EXPECT_EQ(tap::CountOf("SendSocket"), 1);

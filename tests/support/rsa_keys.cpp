@@ -58,7 +58,7 @@ void ScriptSeed(const std::string &seed)
     std::string state(1000, 0);
     state.replace(103 * 4, seed.size(), seed);
     state[106 * 4 + 3] ^= static_cast<char>(0x80);
-    tap::UseRandom(state);
+    tap::TheState().random = state;
     SharedR250().Seed();
 }
 

@@ -1,4 +1,4 @@
-#include "support/tap_state.h"
+#include "support/tap.h"
 
 #include <algorithm>
 #include <set>
@@ -93,65 +93,9 @@ void FailNone()
     faults.always.clear();
 }
 
-int FallibleCalls()
-{
-    return faults.seen;
-}
-
 bool FaultHappened()
 {
     return faults.happened;
-}
-
-OpenHandles Held()
-{
-    return TheState().held;
-}
-
-std::int64_t PeakBytes()
-{
-    return TheState().peakBytes;
-}
-
-int SectionsEntered()
-{
-    return TheState().sectionsEntered;
-}
-
-void WatchFreedBlocks(const std::vector<std::string> &secrets)
-{
-    TheState().secrets = secrets;
-    TheState().freedWithSecrets = 0;
-}
-
-int FreedWithSecrets()
-{
-    return TheState().freedWithSecrets;
-}
-
-void UsePeer(ScriptedPeer *peer)
-{
-    TheState().peer = peer;
-}
-
-void UseClock(const std::optional<Clock> &clock)
-{
-    TheState().clock = clock;
-}
-
-void UseRandom(const std::string &bytes)
-{
-    TheState().random = bytes;
-}
-
-void GrantWinsockVersion(std::uint16_t version)
-{
-    TheState().winsockVersion = version;
-}
-
-void LimitWrites(std::uint32_t bytes)
-{
-    TheState().writeLimit = bytes;
 }
 
 void Reset()
@@ -160,13 +104,7 @@ void Reset()
     calls.clear();
     before = {};
     State &state = TheState();
-    state.peakBytes = state.bytes;
-    state.peer = nullptr;
-    state.clock.reset();
-    state.random.clear();
-    state.winsockVersion = 0;
-    state.writeLimit = UINT32_MAX;
-    WatchFreedBlocks({});
+    state = {.held = state.held, .bytes = state.bytes, .peakBytes = state.bytes};
 }
 
 } // namespace pavonix::tap

@@ -1,6 +1,5 @@
-// A tap on the platform: every contract call and every allocation of the library
-// passes through here in the test programs (the linker's --wrap puts us in
-// front), to be recorded, failed on demand, or answered from a script.
+// The linker's --wrap routes every platform call and every allocation of the library
+// through the tap, which records it, fails it on demand, or returns scripted results.
 #pragma once
 
 #include "platform/clock.h"
@@ -16,23 +15,21 @@
 
 namespace pavonix::tap {
 
-// --- Recording: the contract calls since Reset, as "Name" or "Name(detail)".
+// --- Recording: the platform calls since Reset, as "Name" or "Name(detail)".
 const std::vector<std::string> &Calls();
 int CountOf(const std::string &name);
 
-// --- Faults. A fallible call is an allocation or a contract call that can fail.
-// Makes the nth one (from 1) since now fail; with `everAfter` all later ones too.
+// --- Faults. A fallible call is an allocation or a platform call that can fail.
+// Fails the nth fallible call from now (from 1); with `everAfter` all later ones too.
 void FailNth(int nth, bool everAfter);
-// Makes every call of one contract function fail.
+// Fails every call of one platform function.
 void FailAlways(const std::string &name);
 void FailNone();
-int FallibleCalls();  // seen since FailNth
 bool FaultHappened(); // since FailNth
 
-// Runs `run` with its first fallible call failing, then with its second one, and
-// so on until it makes no more; then all that with every later call failing too. Stops at
-// the first failed expectation.
-// `run` may end the faults itself. Returns how many there were.
+// Calls `run` with its first fallible call failing, then with the second, until no
+// fault happens any more; then once more with every later call failing too. Stops at the
+// first failed expectation. `run` may call FailNone. Returns the number of faults.
 template <typename Run>
 int FailEach(const Run &run)
 {
@@ -40,7 +37,7 @@ int FailEach(const Run &run)
     for (const bool everAfter : {false, true}) {
         bool happened = true;
         for (int nth = 1; happened && !testing::Test::HasFailure(); ++nth) {
-            SCOPED_TRACE("fault " + std::to_string(nth) + (everAfter ? " and ever after" : ""));
+            SCOPED_TRACE("fault " + std::to_string(nth) + (everAfter ? " and every later one" : ""));
             FailNth(nth, everAfter);
             run();
             happened = FaultHappened();
@@ -51,10 +48,10 @@ int FailEach(const Run &run)
     return faults;
 }
 
-// Has something happen before each call of one contract function.
+// Calls `action` before each call of one platform function.
 void Before(const std::string &name, const std::function<void()> &action);
 
-// --- What the library holds, to be compared before and after.
+// --- Resources that the library holds, to be compared before and after.
 struct OpenHandles {
     int blocks = 0; // allocations
     int sockets = 0;
@@ -64,39 +61,53 @@ struct OpenHandles {
     int providers = 0;
     bool operator==(const OpenHandles &) const = default;
 };
-OpenHandles Held();
-int SectionsEntered();    // how often any critical section has been entered
-std::int64_t PeakBytes(); // largest sum of the library's allocations since Reset
-// Looks for these bytes in every block that the library frees from now on, and
-// answers in how many blocks any of them stood.
-void WatchFreedBlocks(const std::vector<std::string> &secrets);
-int FreedWithSecrets();
 
-// --- A scripted peer in place of the network.
+// --- Scripts in place of the network, the clock and the random source.
 struct ScriptedPeer {
-    std::vector<std::string> replies; // one for each receive; after them the peer has closed
-    std::string received;             // what the library sent
+    std::vector<std::string> replies; // one per receive; then the peer closes
+    std::string received;             // all bytes that the library sent
     std::size_t next = 0;
-    int takes = INT_MAX; // bytes of each send, at most
+    int takes = INT_MAX; // bytes accepted by each send, at most
 };
-// Sockets answer from the script while `peer` is not null.
-void UsePeer(ScriptedPeer *peer);
 
-// --- A scripted clock and scripted random bytes.
 struct Clock {
     platform::LocalTime time;
     std::uint32_t ticks;
 };
-void UseClock(const std::optional<Clock> &clock);
-void UseRandom(const std::string &bytes); // what GenerateRandom gives; empty for the real source
-// NextRand always gives the 31-bit numbers of a linear congruence that starts at
-// the seed (tests/data/make_r250.py has it too).
 
-// --- Values that a call reports.
-void LimitWrites(std::uint32_t bytes);           // the most that a write of a stream takes
-void GrantWinsockVersion(std::uint16_t version); // 0 for the real one
+struct State {
+    OpenHandles held;
+    std::int64_t bytes = 0, peakBytes = 0; // allocated by the library; the peak since Reset
+    std::vector<std::string> secrets = {}; // searched for in each block that the library frees
+    int freedWithSecrets = 0;              // blocks that held one of them
+    ScriptedPeer *peer = nullptr;
+    std::optional<Clock> clock = {};
+    std::string random = {};          // the bytes that GenerateRandom returns; empty for the real source
+    std::uint32_t rand = 0;           // NextRand is a linear congruence from the seed, as in tests/data/make_r250.py
+    std::uint16_t winsockVersion = 0; // that StartWinsock grants; 0 for the real one
+    std::uint32_t writeLimit = UINT32_MAX; // bytes that each write of a stream accepts, at most
+};
+State &TheState();
 
-// Forgets records, faults and scripts, as it also happens before each test.
+inline OpenHandles Held()
+{
+    return TheState().held;
+}
+// Sockets are scripted while `peer` is not null.
+inline void UsePeer(ScriptedPeer *peer)
+{
+    TheState().peer = peer;
+}
+inline void UseClock(const std::optional<Clock> &clock)
+{
+    TheState().clock = clock;
+}
+
+// Clears the recording, the faults and the scripts; also called before each test.
 void Reset();
+
+// --- For the tap itself: each records a call and returns whether it must fail.
+bool Enter(const char *name, const std::string &detail = {});
+bool EnterAllocation();
 
 } // namespace pavonix::tap

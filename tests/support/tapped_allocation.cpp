@@ -1,7 +1,7 @@
 // The library allocates with new (std::nothrow), LibTomMath with malloc and its
 // kin (renamed in the copy that the tests link): both are counted and can fail
 // here. The throwing new of the tests themselves passes through uncounted.
-#include "support/tap_state.h"
+#include "support/tap.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 // The tap on the file contract.
 #include "platform/files.h"
-#include "support/tap_state.h"
+#include "support/tap.h"
 
 #include <algorithm>
 

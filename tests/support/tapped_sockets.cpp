@@ -1,6 +1,6 @@
 // The tap on the socket contract, and the scripted peer.
 #include "platform/sockets.h"
-#include "support/tap_state.h"
+#include "support/tap.h"
 
 #include <algorithm>
 

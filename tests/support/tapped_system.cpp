@@ -3,7 +3,7 @@
 #include "platform/code_pages.h"
 #include "platform/critical_section.h"
 #include "platform/random.h"
-#include "support/tap_state.h"
+#include "support/tap.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -32,7 +32,6 @@ int __real_BytesToWide(std::uint32_t codePage, const char *bytes, int length, Wi
 void __real_ReadLocalTime(platform::LocalTime *time);
 std::uint32_t __real_ReadTickCount();
 void __real_InitCriticalSection(platform::CriticalSection *section);
-void __real_EnterSection(platform::CriticalSection *section);
 void __real_FreeCriticalSection(platform::CriticalSection *section);
 bool __real_AcquireProvider(platform::Provider *provider, const WideChar *name, std::uint32_t type,
                             std::uint32_t flags);
@@ -71,12 +70,6 @@ void __wrap_InitCriticalSection(platform::CriticalSection *section)
 {
     ++TheState().held.sections;
     __real_InitCriticalSection(section);
-}
-
-void __wrap_EnterSection(platform::CriticalSection *section)
-{
-    ++TheState().sectionsEntered;
-    __real_EnterSection(section);
 }
 
 void __wrap_FreeCriticalSection(platform::CriticalSection *section)

@@ -153,7 +153,7 @@ TEST(ZtRsa, EveryAllocationMayFail)
     EXPECT_TRUE(run());
     const std::string whole = token;
     EXPECT_EQ(whole.size(), 172u);
-    EXPECT_LE(tap::PeakBytes(), 64 * 1024);
+    EXPECT_LE(tap::TheState().peakBytes, 64 * 1024);
     int failures = 0;
     ScriptSeed("twenty bytes of seed");
     tap::FailEach([&] {

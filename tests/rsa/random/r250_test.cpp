@@ -21,7 +21,7 @@ void Prepare(const std::string &source, const std::string &value)
 {
     tap::Reset();
     if (source == "seed") {
-        tap::UseRandom(FromHex(value));
+        tap::TheState().random = FromHex(value);
     } else {
         tap::FailAlways("GenerateRandom");
         tap::UseClock(tap::Clock{{}, static_cast<std::uint32_t>(std::stoul(value))});
