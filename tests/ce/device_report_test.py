@@ -166,8 +166,7 @@ class WithoutShop(unittest.TestCase):
 class WithShop(ShopTest):
     def setUp(self):
         super().setUp()
-        run(f"{os.environ['PAVONIX_PROGRAMS']}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial",
-            "SAMPLE-1", "--user-id", "1", "--public-key", f"{SAMPLE}.pub.xml", "--balance", "1000000")
+        self.register(pathlib.Path(f"{SAMPLE}.pub.xml").read_text(), 1000000, "SAMPLE-1", 1)
         threading.Thread(target=self.shop.stdout.read, daemon=True).start()  # or its access log would block it
 
     def stop_shop(self):

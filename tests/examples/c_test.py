@@ -85,7 +85,3 @@ class CTest(ExampleTest):
         self.assertEqual(run(program, cwd=self.folder), incomplete)
         self.assertTrue(self.requests[0].startswith(
             "GET /shop/list?type=1&category=0&sort=0&start=0&max=10 HTTP/1.1\r\nHost: 127.0.0.1\r\n"))
-
-
-if __name__ == "__main__":
-    unittest.main()

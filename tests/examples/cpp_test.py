@@ -50,7 +50,3 @@ class CppTest(ExampleTest):
                              "-lws2_32"), (0, []))
         self.assertEqual(run(os.environ["WINE64"], program, os.environ["PAVONIX_WINDOWS_DLL"], cwd=self.folder,
                              stderr=subprocess.DEVNULL), (0, []))
-
-
-if __name__ == "__main__":
-    unittest.main()

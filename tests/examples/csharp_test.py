@@ -56,7 +56,3 @@ class CsharpTest(ExampleTest):
         self.assertEqual(self.shop(reply("200 OK", page[:-8]), reply("200 OK", b"<sold/>")),
                          (1, ["list: 200, shöp\\list.xml is missing or incomplete",
                               "good: 1, shöp\\good.xml is complete", "buy: 200, bought"]))
-
-
-if __name__ == "__main__":
-    unittest.main()

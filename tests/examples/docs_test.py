@@ -46,7 +46,3 @@ class DocsTest(unittest.TestCase):
         named = re.findall(r"`([a-z0-9]+_[a-z0-9_]+)`", (SOURCE / "docs/results.md").read_text())
         self.assertEqual(sorted(a or b for a, b in defined), sorted(named),
                          "docs/results.md, Odd replies and Odd profiles, must name each row of these files once")
-
-
-if __name__ == "__main__":
-    unittest.main()

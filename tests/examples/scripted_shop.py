@@ -3,11 +3,11 @@
 import os
 import pathlib
 import shutil
-import socket
 import subprocess
 import tempfile
-import threading
 import unittest
+
+from odd_server import OddServer
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 # where the examples and the header are taken from: the source, or an unpacked kit
@@ -41,29 +41,8 @@ class ExampleTest(unittest.TestCase):
         shutil.copy(SOURCE / "tests/data/device.profile", self.profile)
 
     def start_shop(self, *replies):
-        """Returns its port. It sends one reply a connection and keeps the requests in self.requests."""
-        self.requests = []
-        listener = socket.create_server(("127.0.0.1", 0))
-        self.addCleanup(listener.close)
-        threading.Thread(target=self._serve, args=(listener, replies), daemon=True).start()
-        return listener.getsockname()[1]
-
-    def _serve(self, listener, replies):
-        for bytes_ in replies:
-            connection, _ = listener.accept()
-            with connection:
-                connection.settimeout(60)
-                self.requests.append(self._read_request(connection))
-                connection.sendall(bytes_)
-
-    @staticmethod
-    def _read_request(connection):
-        """The whole request: closing with a byte unread would reset the connection."""
-        request = b""
-        while b"\r\n\r\n" not in request:
-            request += connection.recv(4096)
-        head, _, body = request.partition(b"\r\n\r\n")
-        length = [int(line[15:]) for line in head.split(b"\r\n") if line.startswith(b"Content-Length:")]
-        while length and len(body) < length[0] + 2:  # CR LF after the form is not counted
-            body += connection.recv(4096)
-        return (head + b"\r\n\r\n" + body).decode("cp1252")
+        """Returns its port. It sends one reply per connection and keeps the requests in self.requests."""
+        left = iter(replies)
+        server = OddServer(self, lambda connection: connection.sendall(next(left)))
+        self.requests = server.requests
+        return server.port

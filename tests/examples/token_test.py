@@ -77,7 +77,3 @@ class TokenTest(ExampleTest):
                 self.assertEqual((code, len(lines)), (1, 1))
                 self.assertIn("not genuine: ", lines[0])
                 self.assertIn(reason, lines[0])
-
-
-if __name__ == "__main__":
-    unittest.main()

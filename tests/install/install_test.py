@@ -90,7 +90,3 @@ class InstallTest(unittest.TestCase):
         symbols = {line.split()[-1] for line in run("nm", "-D", "--defined-only", library).splitlines()}
         self.assertEqual(symbols, {"GetGoodListXml", "GetOneGoodXml", "GetBuyGood"})
         self.assertIn("[libpavonix.so.1]", run("readelf", "-d", library))
-
-
-if __name__ == "__main__":
-    unittest.main()

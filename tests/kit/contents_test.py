@@ -166,7 +166,3 @@ class ContentsTest(unittest.TestCase):
         tree = output_of("git", "-C", SOURCE, "ls-tree", "-r", "--name-only", "HEAD").decode().splitlines()
         self.assertEqual(sorted(path for path in listed if not path.endswith("/")),
                          sorted(f"{name}/{path}" for path in tree))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -58,7 +58,3 @@ class DemoTest(unittest.TestCase):
     def test_what_windows_lacks(self):
         code, text = self.wine("x64/pavonix-shop.exe", "--db", "postgresql://h/n")
         self.assertEqual((code, "SQLite only" in text), (1, True), text)
-
-
-if __name__ == "__main__":
-    unittest.main()

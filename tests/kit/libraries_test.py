@@ -64,7 +64,3 @@ class LibrariesTest(ExampleTest):
                            WINDOWS / folder / "PAVONIX.lib", f"/usr/{mingw}-w64-mingw32/lib/libkernel32.a",
                            "/out:bare.exe")
         self.assertEqual(self.run_beside_the_library("bare.exe"), (40, []))
-
-
-if __name__ == "__main__":
-    unittest.main()

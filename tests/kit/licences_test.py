@@ -67,7 +67,3 @@ class LicencesTest(unittest.TestCase):
             found = {component_of(package) for package in used - NOT_LINKED if component_of(package)}
             with self.subTest(program=program, build=build_name):
                 self.assertEqual(found, set(listed), sorted(used))
-
-
-if __name__ == "__main__":
-    unittest.main()

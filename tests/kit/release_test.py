@@ -43,7 +43,3 @@ class ReleaseTest(unittest.TestCase):
                 lines = self.complaints(**changed)
                 self.assertEqual(len(lines), 1 if words else 0, lines)
                 self.assertTrue(not words or words in lines[0], lines)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -18,8 +18,7 @@ VERSION = run(f"{PROGRAMS}/pavonix", "--version").stdout
 class WindowsClientTest(ShopTest):
     def setUp(self):
         super().setUp()
-        run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "SAMPLE-1",
-            "--user-id", "1", "--public-key", f"{PROFILE}.pub.xml", "--balance", "5000")
+        self.register(pathlib.Path(f"{PROFILE}.pub.xml").read_text(), 5000, "SAMPLE-1", 1)
 
     def pavonix(self, *words):
         """Answers the exit code and all that it wrote. Into a file: Wine's services would hold a pipe open for seconds."""
@@ -97,7 +96,3 @@ class WindowsClientTest(ShopTest):
             self.assertEqual((code, json.loads(text)["cause"]), (3, fault), text)
         code, text = self.call("list", "--type", 1, "--out", "cut.xml", url="http://127.0.0.1/fault/short/shop/{}")
         self.assertEqual(code, 5, text)
-
-
-if __name__ == "__main__":
-    unittest.main()

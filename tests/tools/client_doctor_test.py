@@ -10,7 +10,8 @@ import subprocess
 import time
 import unittest
 
-from client_fixture import ClientTest, OddServer, reset
+from client_fixture import ClientTest
+from odd_server import OddServer, reset
 from shop_fixture import PROGRAMS, run
 
 PAGE = b"<a>" + b"x" * 3000 + b"</a>"
@@ -78,7 +79,7 @@ class DoctorTest(ClientTest):
         self.assertEqual((done.returncode, "url-https" in done.stdout), (8, True))
 
     def test_the_sample_shop(self):
-        self.register(1000)
+        self.register_device(1000)
         code, results, rules = self.doctor("--profile", self.profile)
         self.assertEqual((code, set(results.values()), rules), (0, {"ok"}, {}))
         self.assertEqual(self.query("SELECT count(*) FROM purchase"), [(0,)])
@@ -156,7 +157,7 @@ class DoctorTest(ClientTest):
         self.assertEqual(sorted(request.split()[0] for request in requests), ["GET", "POST"], requests)
 
     def test_the_verdict_says_what_it_covers(self):
-        self.register(1000)
+        self.register_device(1000)
         command = [f"{PROGRAMS}/pavonix", "doctor", f"http://127.0.0.1:{self.port}/shop/list", "--quiet", "--tries", "1"]
         profile, buy = ["--profile", self.profile], ["--buy", "1,7"]
         for arguments, covered, rest in (([], "Downloads from this server are", "purchases; use --profile"),
@@ -251,7 +252,7 @@ class WatchTest(ClientTest):
         return relay
 
     def test_a_device_works_through_it(self):
-        self.register(1000)
+        self.register_device(1000)
         relay = self.watch(self.port, 3)
         self.assertEqual(self.good(port=self.relay_port)[0], 0)
         self.assertEqual(self.buy(port=self.relay_port)[0], 0)
@@ -304,7 +305,3 @@ class WatchTest(ClientTest):
                 self.assertTrue(seen["client"].startswith("127.0.0.1:") and seen["time"].startswith("20"))
         done = run(f"{PROGRAMS}/pavonix", "watch", "--listen", "0", "--to", "http://127.0.0.1:80")
         self.assertEqual((done.returncode, "without http://" in done.stderr), (2, True), done.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()

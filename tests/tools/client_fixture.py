@@ -1,55 +1,11 @@
-"""A device that runs the command-line client, and servers that behave in odd ways."""
+"""A device that runs the command-line client."""
 
 import json
 import os
-import socket
-import struct
-import threading
-import time
 
 from shop_fixture import PROGRAMS, Key, ShopTest, run
 
 KEY = Key()
-
-
-def reset(connection):
-    connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
-    connection.close()
-
-
-class OddServer:
-    """Returns each connection with pieces: bytes are sent, numbers waited for, functions called with the connection."""
-
-    def __init__(self, test, *pieces):
-        self.pieces = pieces
-        self.requests = []
-        self.listener = socket.create_server(("127.0.0.1", 0))
-        self.port = self.listener.getsockname()[1]
-        threading.Thread(target=self.serve, daemon=True).start()
-        test.addCleanup(self.listener.close)
-
-    def serve(self):
-        try:
-            while True:
-                connection, _ = self.listener.accept()
-                threading.Thread(target=self.answer, args=(connection,), daemon=True).start()
-        except OSError:
-            pass  # the test is over
-
-    def answer(self, connection):
-        connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
-        try:
-            self.requests.append(connection.recv(65536).decode("latin-1"))
-            for piece in self.pieces:
-                if callable(piece):
-                    piece(connection)
-                elif isinstance(piece, bytes):
-                    connection.sendall(piece)
-                else:
-                    time.sleep(piece)
-            connection.close()
-        except OSError:
-            pass  # the client has left
 
 
 class ClientTest(ShopTest):
@@ -62,19 +18,11 @@ class ClientTest(ShopTest):
         return (f"User-Agent: Test/1\nUser-Serial: {serial}\nUser-Id: {user}\n"
                 f"Public-Key: {KEY.public_xml()}\nPrivate-Key: {KEY.private_xml()}\n")
 
-    def write(self, name, text):
-        path = os.path.join(self.folder, name)
-        with open(path, "w", newline="") as file:
-            file.write(text)
-        return path
-
-    def register(self, balance):
-        public_key = self.write("device.pub", KEY.public_xml())
-        run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "PX-1",
-            "--user-id", "42", "--public-key", public_key, "--balance", str(balance))
+    def register_device(self, balance):
+        self.register(KEY.public_xml(), balance)
 
     def call(self, command, *arguments, url=None, port=None, profile=None):
-        """Runs the client; returns its exit code and all that it wrote."""
+        """Runs the client; returns its exit code and its output."""
         url = url or f"http://127.0.0.1/shop/{command}"
         done = run(f"{PROGRAMS}/pavonix", command, "--url", url, "--port", str(port or self.port),
                    "--profile", profile or self.profile, *arguments)

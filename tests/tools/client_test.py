@@ -8,7 +8,8 @@ import subprocess
 import time
 import unittest
 
-from client_fixture import ClientTest, OddServer, reset
+from client_fixture import ClientTest
+from odd_server import OddServer, reset
 from shop_fixture import PROGRAMS, run
 
 HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n"
@@ -233,7 +234,7 @@ class CommandTest(ClientTest):
         self.assertEqual(done.returncode, 6)
 
     def test_buy_at_the_shop(self):
-        self.register(300)
+        self.register_device(300)
         self.assertEqual(self.buy(), (0, "bought (200): type 1, id 7\n"))
         for arguments, code in ((["--force"], 909), ([], 908)):
             exit_code, words = self.buy(*arguments)
@@ -265,7 +266,3 @@ class CommandTest(ClientTest):
                 reply = b"HTTP/1.1 %s\r\n%sContent-Length: %d\r\n\r\n%s" % (status, headers, len(body), body)
                 exit_code, output = self.buy(port=OddServer(self, reply).port)
                 self.assertEqual((exit_code, words in output), (4, True), output)
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -5,7 +5,8 @@ import pathlib
 import re
 import unittest
 
-from client_fixture import ClientTest, OddServer
+from client_fixture import ClientTest
+from odd_server import OddServer
 from shop_fixture import PROGRAMS, run
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
@@ -52,7 +53,3 @@ class TraceAndDiagnosis(ClientTest):
         seen = {self.compare(name, self.port, f"/fault/{name}/shop/good") for name in faults if name != "slow"}
         seen |= {self.compare(name, OddServer(self, *pieces).port) for name, pieces in REPLIES}
         self.assertEqual(seen, {None, "no-reply", "tls", "not-http"} | LATER - {"head-without-end"})
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -6,7 +6,8 @@ import stat
 import unittest
 from tempfile import TemporaryDirectory
 
-from client_fixture import KEY, OddServer
+from client_fixture import KEY
+from odd_server import OddServer
 from shop_fixture import PROGRAMS, Key, run
 
 PUBLIC = KEY.public_xml()
@@ -140,7 +141,3 @@ class ProfileTest(unittest.TestCase):
             with self.subTest(arguments=arguments[1][:20]):
                 code, output = self.new(*arguments)
                 self.assertEqual((code, words in output, os.listdir(self.folder)), (2, True, []), output)
-
-
-if __name__ == "__main__":
-    unittest.main()

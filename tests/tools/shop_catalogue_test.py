@@ -148,7 +148,3 @@ class WireTest(ShopTest):
         self.assertEqual(self.ask("GET", "/shop/good?type=1&id=1")[0], 200)
         slow.sendall(b"TP/1.1\r\n\r\n")
         self.assertTrue(slow.recv(1024).startswith(b"HTTP/1.1 200 "))
-
-
-if __name__ == "__main__":
-    unittest.main()

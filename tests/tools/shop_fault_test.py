@@ -59,14 +59,9 @@ def file_state(stored, meant):
 class FaultTest(ShopTest):
     def setUp(self):
         super().setUp()
-        public_key, self.profile = (os.path.join(self.folder, name) for name in ("device.pub", "device.profile"))
-        with open(public_key, "w") as file:
-            file.write(KEY.public_xml())
-        with open(self.profile, "w", newline="") as file:
-            file.write(f"User-Serial: PX-1\nUser-Id: 42\nPublic-Key: {KEY.public_xml()}\n"
-                       f"Private-Key: {KEY.private_xml()}\n")
-        run(SHOP, "device", "add", "--db", self.database_file, "--serial", "PX-1", "--user-id", "42",
-            "--public-key", public_key, "--balance", "100000")
+        self.profile = self.write("device.profile", f"User-Serial: PX-1\nUser-Id: 42\nPublic-Key: {KEY.public_xml()}\n"
+                                  f"Private-Key: {KEY.private_xml()}\n")
+        self.register(KEY.public_xml(), 100000)
 
     def target(self, fault, kind):
         return os.path.join(self.folder, f"{fault}-{kind}.xml")
@@ -125,7 +120,3 @@ class FaultTest(ShopTest):
         for path in ("/fault/", "/fault/x/shop/list", "/fault/%00/shop/list", "/fault/head-apart"):
             status, headers, _ = self.ask("GET", path)
             self.assertEqual((status, headers["X-Error-Code"]), (404, "900"))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -93,8 +93,19 @@ class ShopTest(unittest.TestCase):
         first_line = self.shop.stdout.readline()
         self.port = int(re.search(r"listening on http://127\.0\.0\.1:(\d+)/", first_line)[1])
 
+    def write(self, name, content):
+        path = os.path.join(self.folder, name)
+        with open(path, "wb") as file:
+            file.write(content if isinstance(content, bytes) else content.encode())
+        return path
+
+    def register(self, public_key, balance, serial="PX-1", user=42):
+        """Adds a device to the shop, or changes it; returns the finished process."""
+        return run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", serial, "--user-id",
+                   str(user), "--public-key", self.write("device.pub", public_key), "--balance", str(balance))
+
     def stop_shop(self):
-        """Stops the shop; returns the lines that it wrote."""
+        """Stops the shop; returns its output's lines."""
         if self.shop.poll() is None:
             self.shop.terminate()
         output = self.shop.stdout.read() if not self.shop.stdout.closed else ""

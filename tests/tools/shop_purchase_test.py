@@ -22,14 +22,10 @@ KEY = Key()
 class PurchaseTest(ShopTest):
     def setUp(self):
         super().setUp()
-        self.assertIn("1024 bits", self.add_device("PX-1", 42, KEY.public_xml(), 1000))
+        self.assertIn("1024 bits", self.add_device(KEY.public_xml(), 1000))
 
-    def add_device(self, serial, user, public_key, balance):
-        path = os.path.join(self.folder, "device.pub")
-        with open(path, "w") as file:
-            file.write(public_key)
-        done = run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", serial,
-                   "--user-id", str(user), "--public-key", path, "--balance", str(balance))
+    def add_device(self, *arguments):
+        done = self.register(*arguments)
         return done.stdout if done.returncode == 0 else done.stderr
 
     def buy(self, type_=1, id_=7, force=0, token=None, **changes):
@@ -114,7 +110,7 @@ class PurchaseTest(ShopTest):
     def test_owned_goods(self):
         self.assertEqual(self.buy(), (200, 0))
         self.assertEqual(self.buy(), (409, 908))
-        self.add_device("PX-2", 42, KEY.public_xml(), 199)
+        self.add_device(KEY.public_xml(), 199, "PX-2")
         self.assertEqual(self.buy(User_Serial="PX-2"), (200, 0))
         self.assertEqual(self.buy(force=1), (200, 0))
         self.assertEqual(self.buy(User_Serial="PX-2", force=1), (402, 909))
@@ -150,7 +146,7 @@ class PurchaseTest(ShopTest):
         for bits, form in ((512, "xml"), (1023, "pem"), (2048, "xml")):
             with self.subTest(bits=bits):
                 key = Key(bits)
-                self.add_device("PX-1", 42, key.public_xml() if form == "xml" else key.public_pem.decode(), 1000)
+                self.add_device(key.public_xml() if form == "xml" else key.public_pem.decode(), 1000)
                 self.assertEqual(self.buy(force=1, token=key.token(time_text())), (200, 0))
                 self.assertEqual(self.buy(force=1), (403, 905))
 
@@ -160,7 +156,7 @@ class PurchaseTest(ShopTest):
                  (KEY.public_xml().replace("AQAB", "A*AB"), "Exponent"), (private_pem, "no RSA public key")]
         for text, words in table:
             with self.subTest(words):
-                self.assertIn(words, self.add_device("PX-9", 1, text, 0))
+                self.assertIn(words, self.add_device(text, 0, "PX-9", 1))
         self.assertEqual(self.query("SELECT count(*) FROM device"), [(1,)])
 
     def test_killed_while_selling(self):
@@ -191,7 +187,3 @@ class PurchaseTest(ShopTest):
         self.assertEqual((tokens, self.balance()), (purchases, 1000000 - paid))
         self.assertTrue(len(accepted) <= purchases <= len(accepted) + 3 * 4)
         self.assertEqual(self.buy(), (200, 0))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -36,11 +36,7 @@ def open_browser(test, *more):
 class WindowTest(ShopTest):
     def setUp(self):
         super().setUp()
-        public_key = os.path.join(self.folder, "device.pub")
-        with open(public_key, "w") as file:
-            file.write(KEY.public_xml())
-        run(f"{PROGRAMS}/pavonix-shop", "device", "add", "--db", self.database_file, "--serial", "PX-1",
-            "--user-id", "42", "--public-key", public_key, "--balance", "1000")
+        self.register(KEY.public_xml(), 1000)
 
     def buy(self, id_, token=None, serial="PX-1", path="/shop/buy"):
         return self.ask("POST", path, {"User-Serial": serial, "User-ID": "42", "User-Cert": token or KEY.token(time_text()),
@@ -177,7 +173,3 @@ class WindowTest(ShopTest):
                 return
             time.sleep(0.05)
         self.fail("no room for another viewer")
-
-
-if __name__ == "__main__":
-    unittest.main()

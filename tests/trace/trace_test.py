@@ -10,9 +10,9 @@ import socket
 import subprocess
 import sys
 import tempfile
-import threading
-import time
 import unittest
+
+from odd_server import OddServer
 
 LIBRARY, *CALLER = sys.argv[1:]
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
@@ -44,18 +44,6 @@ def wide(text):
     return "".join("%04x" % ord(character) for character in text) or '""'
 
 
-def serve(listener, pieces):
-    connection, _ = listener.accept()
-    with connection:
-        connection.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
-        request = b""
-        while not request.endswith((b"\r\n\r\n", b"force=0\r\n")):
-            request += connection.recv(4096)
-        for number, piece in enumerate(pieces):
-            time.sleep(0.3 if number else 0)  # a segment of its own
-            connection.sendall(piece)
-
-
 class TraceTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -83,10 +71,9 @@ class TraceTest(unittest.TestCase):
         return int(answer.split()[1]), self.trace.read_text()
 
     def listen(self, pieces):
-        listener = socket.create_server(("127.0.0.1", 0))
-        self.addCleanup(listener.close)
-        threading.Thread(target=serve, args=(listener, pieces), daemon=True).start()
-        return listener.getsockname()[1]
+        """Sends the pieces apart, each in a segment of its own."""
+        paused = [part for piece in pieces for part in (0.3, piece)][1:]
+        return OddServer(self, *paused).port
 
     def get(self, port, url="http://127.0.0.1/good"):
         return self.call(f"good {self.path('profile')} 0 0 1 7 {self.path('x.xml')} 1 {wide(url)} {port}")

@@ -32,7 +32,7 @@ check format formatted
 check Python python_checked
 check shell shell_checked
 check lint tools/check/tidy.py build/linux build/sanitize build/windows-x64 build/ce-armv4 build/device-arm
-check "dependencies and sizes" python3 -B tests/house_test.py
+check "dependencies and sizes" python3 -B tests/dependencies_test.py
 check "links of the pages" tools/check/links.py
 check "share of tests" tools/check/share_of_tests.py
 [ "$failed" -eq 0 ] || { echo "$failed of the checks above failed" >&2; exit 1; }

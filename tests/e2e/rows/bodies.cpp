@@ -41,7 +41,7 @@ std::vector<Scenario> BodyRows()
         Row("body_of_1_mb", {Announce(body.size(), body)}, body),
 
         Row("announced_shorter_within_the_first_reception", {Announce(10, first(500))}, first(10)),
-        Row("announced_shorter_keeps_what_the_last_reception_brought", {Announce(1000, first(3000))},
+        Row("announced_shorter_keeps_all_of_the_last_reception", {Announce(1000, first(3000))},
             first(983 + 1024)),
         Row("announced_longer_than_sent", {Announce(5000, first(2000))}, first(2000), Ending::kCloses),
         Row("announced_longer_than_a_short_first_reception", {Announce(5000, first(300))},
@@ -51,11 +51,11 @@ std::vector<Scenario> BodyRows()
         Row("no_length_and_a_long_body", {bare + first(3000)}, first(1005), Ending::kCloses),
         Row("length_0_and_a_body", {Announce(0, first(5))}, first(5) + std::string(981, '\0')),
 
-        Row("body_behind_the_head_s_segment_is_stored_as_zeros", {Announce(100, ""), first(100)},
+        Row("body_after_the_head_s_segment_is_stored_as_zeros", {Announce(100, ""), first(100)},
             std::string(100, '\0')),
         Row("body_cut_inside_the_first_reception", {Announce(900, first(400)), body.substr(400, 500)},
             first(400) + std::string(500, '\0')),
-        Row("long_body_behind_the_head_s_segment", {Announce(5000, ""), first(5000)},
+        Row("long_body_after_the_head_s_segment", {Announce(5000, ""), first(5000)},
             std::string(983, '\0') + first(4 * 1024)),
         Row("trickled_after_a_full_first_reception", Trickled(Announce(1100, first(983)), body.substr(983, 117)),
             first(1100)),

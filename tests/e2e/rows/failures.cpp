@@ -40,7 +40,7 @@ std::vector<Scenario> FailureRows()
         NothingSent("a_port_and_no_host_in_the_address", u"http://:8080/goods"),
         // the host would be right if seven characters were taken for "http://"
         NothingSent("other_scheme", u"ftp://x127.0.0.1/goods"),
-        NothingSent("double_slash_behind_an_address_without_scheme", u"127.0.0.1/a//b"),
+        NothingSent("double_slash_after_an_address_without_scheme", u"127.0.0.1/a//b"),
         NothingSent("slashes_without_scheme", u"//127.0.0.1/goods"),
         NothingSent("secure_scheme", u"https://127.0.0.1/goods"),
         NothingSent("scheme_with_a_wrong_first_letter", u"xttp://127.0.0.1/goods"),

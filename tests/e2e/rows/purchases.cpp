@@ -133,7 +133,7 @@ std::vector<Scenario> Verdicts(const DeviceKey &key)
         Signed("error_headers_are_found_in_the_body_too", key,
                Head({"HTTP/1.1 403 No", "Content-Length: 47"}) + "X-Error-Code: 5\r\nX-Error-Message: in the body\r\n",
                403, {5, u" in the body", {}, {}}),
-        Signed("a_message_without_line_end_is_none", key,
+        Signed("message_without_line_end_is_ignored", key,
                Head({"HTTP/1.1 403 No", "X-Error-Code: 5"}) + "X-Error-Message: no end", 403, {5, {}, {}, {}}),
         Signed("longest_message", key, Filled(plain, "X-Error-Message"), 403, {12, Value(961), {}, {}}),
         Signed("longest_timestamp", key, Filled(skewed, "X-Server-Timestamp"), 403, {906, {}, {}, Value(957)}),
@@ -143,7 +143,7 @@ std::vector<Scenario> Verdicts(const DeviceKey &key)
         Signed("purchase_without_a_reply", key, "", 0, {0, {}, u"", {}}),
         Signed("longest_body_as_message", key, Head({"HTTP/1.1 500 "}) + std::string(3000, 'm'), 500,
                {0, {}, std::u16string(1007, u'm'), {}}),
-        Signed("reply_without_a_head_is_a_message_but_for_two_bytes", key, "HTTP/1.1 5 " + std::string(1013, 'm'), 0,
+        Signed("incomplete_head_is_the_message_without_its_first_two_bytes", key, "HTTP/1.1 5 " + std::string(1013, 'm'), 0,
                {0, {}, u"TP/1.1 5 " + std::u16string(1013, u'm'), {}}),
     };
 }
@@ -172,10 +172,10 @@ std::vector<Scenario> KeyRows(const DeviceKey &key)
         Keys("keys_of_512_bits_need_two_blocks", small.PublicXml(), small.PrivateXml(), &small),
         Keys("no_public_key", "", privateXml, &key),
         Keys("empty_keys", "", "", nullptr),
-        Keys("private_key_that_is_no_xml", publicXml, "not a key", nullptr),
+        Keys("private_key_that_is_not_xml", publicXml, "not a key", nullptr),
         Keys("private_key_cut_off", publicXml, CutOff(privateXml, "</P>"), nullptr),
         Keys("public_key_in_the_private_key_s_place", publicXml, publicXml, nullptr),
-        Keys("private_key_whose_line_is_too_long", "", large.PrivateXml(), nullptr),
+        Keys("private_key_in_too_long_a_line", "", large.PrivateXml(), nullptr),
     };
 }
 

@@ -44,7 +44,7 @@ std::vector<Scenario> RequestRows()
          .pieces = {kReply},
          .request = RequestOf("/goods?type=3&id=42", "127.0.0.1"),
          .after = {{"good.xml", "<xml/>"}}},
-        {.name = "list_words_at_their_limits_and_the_caller_s_own_words_unread",
+        {.name = "list_numbers_at_their_limits_and_reserved_words_ignored",
          .words = {-1, 99, -2147483647 - 1, 2147483647, -1, 0, 100},
          .pieces = {kReply},
          .request = RequestOf("/goods?type=-2147483648&category=2147483647&sort=-1&start=0&max=100", "127.0.0.1"),
