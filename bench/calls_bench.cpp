@@ -1,4 +1,4 @@
-// Whole calls against the same work done without the library, on loopback.
+// Whole calls compared with the same work without the library, on loopback.
 #include "bare/buy_with_openssl.h"
 #include "bare/curl_transfer.h"
 #include "bare/receive_to_file.h"

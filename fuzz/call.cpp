@@ -1,6 +1,5 @@
-// A whole call behind the tap against the model of a call: whatever the profile,
-// the address, the target and the reply, with sends and writes that take a part,
-// and with allocations and platform calls that fail.
+// A whole call on the tap, compared with the model of a call: any profile, URL, target and
+// reply, with partial sends and writes, and with failing allocations and platform calls.
 #include "demand.h"
 #include "truncated/played_call.h"
 #include "driver/tree.h"
@@ -23,8 +22,8 @@ void CheckExactly(const Scenario &call, const Outcome &outcome)
     Demand(difference.empty(), difference);
 }
 
-// With something failing, no file but the target is touched, no other request is made,
-// and the result is one that the call could have had, or 0.
+// With a fault, only the target file may change, the request must not differ, and the result
+// must be 0 or one of the call's own.
 void CheckLoosely(const Scenario &call, const Outcome &outcome)
 {
     const int status = ReplyModel(CutAt(SIZE_MAX, call.pieces)).status;
@@ -46,8 +45,8 @@ void CheckLoosely(const Scenario &call, const Outcome &outcome)
     Demand(files.empty(), files);
 }
 
-// A call that reads the whole key and sends nothing: what the library holds between
-// calls depends on the last one alone.
+// Makes a call that reads the whole key and sends nothing: the memory held between calls
+// depends on the last call only.
 tap::OpenHandles HeldAfterwards()
 {
     static const std::u16string profile = PlayGround().Write("whole", PlainPurchase().profile.value_or(""));
@@ -80,12 +79,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const Scenario call = DrawCall("drawn", &choices);
     if (disturbance >= 1 && disturbance <= 3) {
         CheckLoosely(call, Play(call, INT_MAX, [&] { Disturb(disturbance, nth); }));
-        HeldAfterwards(); // brings the key back
+        HeldAfterwards(); // restores the key
         CheckExactly(call, Play(call));
     } else if (disturbance == 4 && call.request && call.result == 200 && call.function != Export::kBuy) {
         Scenario parted = call;
         parted.request = call.request->substr(0, nth);
-        for (auto &[name, content] : parted.after) { // bodies are longer than any other file
+        for (auto &[name, content] : parted.after) { // the one that differs is the body
             const Receptions writes = BodyWrites(CutAt(SIZE_MAX, call.pieces));
             if (!call.before.contains(name) || call.before.at(name) != content) {
                 content.clear();
@@ -100,6 +99,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     } else {
         CheckExactly(call, Play(call));
     }
-    Demand(HeldAfterwards() == held, "something was left behind");
+    Demand(HeldAfterwards() == held, "resources were leaked");
     return 0;
 }

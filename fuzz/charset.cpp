@@ -1,5 +1,5 @@
-// Texts in their three representations, and in code pages: what a character
-// set can express comes back from the system's own iconv.
+// Texts in three representations and in code pages: iconv must convert the result back to
+// the same text.
 #include "demand.h"
 #include "rsa/charset/convert_text.h"
 #include "rsa/text/x_string.h"
@@ -18,7 +18,7 @@ struct Page {
 constexpr Page kPages[] = {
     {1252, "CP1252"}, {1251, "CP1251"}, {1250, "CP1250"}, {28592, "ISO-8859-2"}, {65001, "UTF-8"}};
 
-// Empty when the text is not one of the character set.
+// Returns an empty text if the bytes are invalid in the character set.
 std::u16string ToWide(const char *charset, std::string bytes)
 {
     std::u16string units(bytes.size() + 1, u'\0');
@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (!units.empty()) {
         CheckRoundTrip(units);
     }
-    XString odd, ansi; // whatever the bytes
+    XString odd, ansi; // from any bytes
     odd.SetFromUtf8(bytes.c_str());
     odd.AppendAnsi(bytes.c_str());
     Demand(static_cast<std::size_t>(odd.LengthUtf16()) == std::u16string(odd.GetUtf16()).size(), "a length");

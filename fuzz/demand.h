@@ -1,5 +1,5 @@
-// What every fuzzer here shares: the end of a run in which the library and its
-// oracle differ. The fuzzer then keeps the input.
+// Shared by the fuzzers: aborts when the library and its oracle differ, so that the fuzzer
+// keeps the input.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,10 @@
 #include <iostream>
 #include <string>
 
-inline void Demand(bool holds, const std::string &what)
+inline void Demand(bool holds, const std::string &difference)
 {
     if (!holds) {
-        std::cerr << "the oracle disagrees: " << what << std::endl;
+        std::cerr << "the oracle disagrees: " << difference << std::endl;
         std::abort();
     }
 }

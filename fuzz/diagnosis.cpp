@@ -1,5 +1,5 @@
-// The tools' diagnosis of any exchange, and all that they print of it: printable, an
-// error for each call that fails, and none for a file that is not the body.
+// The tools' diagnosis of any exchange: its text is printable, each call that fails has an
+// error, and so has each file that differs from the body.
 #include "client/doctor/diagnosis.h"
 #include "client/doctor/download_points.h"
 #include "client/profile_text.h"
@@ -17,7 +17,8 @@ using namespace diagnostics;
 
 namespace {
 
-// call and end, how much came at once, segments, length of the request; both messages
+// Four bytes select the call and its end, the size of the first reception, the segments and
+// the length of the request; the request and the reply follow.
 Exchange ExchangeOf(const std::string &bytes)
 {
     const auto byte = [&](std::size_t i) { return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0u; };

@@ -1,5 +1,5 @@
-// The codecs: base64 against OpenSSL, its loose reader against its rules, the others taken
-// apart again by theirs.
+// The codecs: base64 compared with OpenSSL, its lenient decoder with a model, the others
+// decoded by independent code.
 #include "demand.h"
 #include "rsa/encoding/content_coding.h"
 #include "support/openssl_key.h"
@@ -19,7 +19,7 @@ std::string Encoded(Encode encode)
     return test::BytesOf(text);
 }
 
-// The values of the characters in an alphabet, `bits` each, as bytes.
+// Decodes characters of an alphabet, `bits` bits each.
 std::string FromBits(const std::string &text, const char *alphabet, int bits)
 {
     std::string bytes;
@@ -89,8 +89,8 @@ void CheckUuencode(const std::string &bytes, const std::string &text)
     Demand(decoded == bytes, "uuencode");
 }
 
-// What the reader makes of any text: 6-bit steps in a 24-bit word, in which a foreign
-// character between "+" and "z" counts as seven set bits, and others not at all.
+// Model of the lenient decoder: 6-bit steps in a 24-bit word. A character between "+" and
+// "z" outside the alphabet counts as seven set bits; all others are skipped.
 std::string LooselyDecoded(const std::string &text)
 {
     const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

@@ -1,5 +1,5 @@
-// Key texts, whole and spoilt: a sound key however it is written must sign, the
-// signature opened again (c^e mod N) must hold the text, and the rest is survived.
+// Valid and damaged key texts. A valid key must sign, however it is written, and the
+// signature must decrypt (c^e mod N) to the text. Others must not crash.
 #include "demand.h"
 #include "model/choices.h"
 #include "rsa/cipher/zt_rsa.h"
@@ -12,7 +12,7 @@ using namespace pavonix;
 
 namespace {
 
-// One part as an element; `sound` tells whether it still means the same.
+// Writes one part as an element; clears `sound` if it changes the part's value.
 std::string Part(e2e::Choices *choices, const std::string &tag, std::string bytes, bool *sound)
 {
     const std::size_t way = choices->Below(16);
@@ -34,7 +34,7 @@ std::string Part(e2e::Choices *choices, const std::string &tag, std::string byte
     return "<" + tag + attribute + ">" + base64 + "</" + tag + (way == 7 ? " >" : ">");
 }
 
-// PKCS #1 v1.5 by OpenSSL's numbers.
+// Decodes PKCS #1 v1.5 with OpenSSL's big integers.
 std::string Opened(const test::OpenSslKey &key, const std::string &token)
 {
     std::string text;
@@ -73,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const bool imported = rsa.ImportPrivateKey((xml + "</K>").c_str());
     const bool made = rsa.EncryptStringENC(text.c_str(), true, &token);
     Demand(made || token.length() == 0, "a token of a failed encryption");
-    // a short result is filled up with zeros only where the modulus is of whole bytes
+    // a short result is zero-extended only if the modulus has a whole number of bytes
     if (!sound || key.size() < (oaep ? 43 : 12) || (key.bits % 8 != 0 && !made)) {
         return 0;
     }

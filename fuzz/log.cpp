@@ -1,5 +1,5 @@
-// The log's three renderings of whatever is logged in whatever nesting: well formed
-// by libxml2's opinion, and with every entry in its place.
+// The log's three renderings of any entries and nesting: well-formed according to libxml2,
+// and with every entry in its place.
 #include "demand.h"
 #include "model/choices.h"
 #include "rsa/log/logger.h"
@@ -31,7 +31,7 @@ std::string Printable(std::string text, const char *excluded)
     return text;
 }
 
-// Content that brings a CDATA section is passed on as it is.
+// Content with its own CDATA section is not escaped.
 std::string Content(e2e::Choices *choices)
 {
     const std::string text = choices->Text({"", "\t", "a\nb", "<![CDATA[x]]>", "&<>\"'"});
@@ -85,7 +85,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Demand(IsWellFormed(test::LogText(log, &LogBase::getLogXml)), test::LogText(log, &LogBase::getLogXml));
     std::string html = test::LogText(log, &LogBase::getLogHtml);
     for (std::size_t at = 0; (at = html.find("<br>", at)) != std::string::npos;) {
-        html.insert(at + 3, "/"); // as XML has it
+        html.insert(at + 3, "/"); // as in XML
     }
     Demand(IsWellFormed("<html>" + html + "</html>"), html);
     return 0;

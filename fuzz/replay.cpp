@@ -1,6 +1,5 @@
-// Runs a fuzzer over the files of a folder and, for the longest lengths at which a
-// coding begins something new, over each beginning of them: the seeds as a test, where
-// there is no libFuzzer.
+// Runs a fuzzer on the files of a folder and on their short prefixes: the seeds as a test,
+// without libFuzzer.
 #include "demand.h"
 
 #include <algorithm>
@@ -11,9 +10,9 @@
 
 namespace {
 
-constexpr std::size_t kLongestBeginning = 160; // bytes
+constexpr std::size_t kLongestPrefix = 160; // bytes
 
-// In a block of just this size, so that a read beyond is seen.
+// The block has exactly this size, so that a sanitizer detects reads beyond it.
 void Run(const std::vector<std::uint8_t> &bytes)
 {
     LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
@@ -28,7 +27,7 @@ int main(int count, char **arguments)
         std::ifstream file(entry.path(), std::ios::binary);
         const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(file), {}};
         std::cerr << entry.path().filename() << std::endl;
-        for (std::size_t length = 0; length < std::min(bytes.size(), kLongestBeginning); ++length) {
+        for (std::size_t length = 0; length < std::min(bytes.size(), kLongestPrefix); ++length) {
             Run({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length)});
         }
         Run(bytes);

@@ -1,5 +1,5 @@
-// The head and the body prefix that a connection makes of what it receives, the texts
-// taken out of it, and the tools' view of the same bytes.
+// The head, the body prefix and the header values that a connection parses from received
+// bytes, compared with the model and with the tools' view of the same bytes.
 #include "demand.h"
 #include "http/http_connection.h"
 #include "http/reply_facts.h"
@@ -27,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     Demand(connection.GetHeadLength() == model.head.size(), "the head's length");
     Demand(connection.GetHead().c_str() == std::string(model.head.c_str()), "the head");
     Demand(connection.GetContentLength() == model.announced, "the announced length");
-    const std::string held = model.announced == 0 ? model.behind : model.behind.substr(0, model.announced);
+    const std::string held = model.announced == 0 ? model.prefix : model.prefix.substr(0, model.announced);
     Demand(std::string(connection.GetBodyPrefix(), held.size()) == held, "the body's start");
     const ReplyFacts facts(reply);
     Demand(facts.headLength() == model.head.size() && facts.announced() == model.announced, "the tools' view");
@@ -41,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         Demand((value == nullptr ? std::nullopt : std::optional<std::string>(value.get())) == expected, name);
         Demand(facts.Verdict(name) == expected, "the tools' view of a name");
     }
-    const std::unique_ptr<char[]> exact(new char[size + 2]()); // readable one byte beyond the count
+    const std::unique_ptr<char[]> exact(new char[size + 2]()); // one byte beyond the count is readable
     std::copy(data, data + size, exact.get());
     CopyResponsePrefix(exact.get(), &copy, static_cast<std::int32_t>(size));
     connection.Close();

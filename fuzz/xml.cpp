@@ -1,5 +1,4 @@
-// The XML reader against libxml2, where the text is well formed; other texts need
-// only be survived.
+// The XML parser compared with libxml2 on well-formed texts; others must not crash.
 #include "demand.h"
 #include "rsa/key/cls_xml.h"
 
@@ -22,8 +21,8 @@ std::string Text(const xmlNode &element)
     return text;
 }
 
-// No document type, whose entities the reader does not know, and no name space,
-// which libxml2 takes off a name.
+// Excludes document types, whose entities the parser does not support, and namespaces,
+// whose prefix libxml2 removes from names.
 bool IsComparable(const std::string &text)
 {
     return text.find("<!D") == std::string::npos && text.find("xmlns") == std::string::npos &&

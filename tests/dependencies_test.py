@@ -1,7 +1,6 @@
 #!/usr/bin/env python3
-"""Holds the house together: which room of src/ may include which, without cycles, that the
-system's headers stay behind the platform contract, and that the library takes
-nothing from the C and C++ run-time that the device lacks."""
+"""Checks the dependencies in src/: the allowed includes between its folders, without cycles; system headers only in
+platform/; no functions of the C and C++ run-time that the device lacks; and the sizes of files."""
 
 import graphlib
 import re
@@ -10,8 +9,8 @@ from pathlib import Path
 
 SRC = Path(__file__).resolve().parents[1] / "src"
 
-# Each room and what it may include besides itself: rooms, or single headers.
-ROOMS = {
+# Each folder, and the folders or single headers that it may include.
+FOLDERS = {
     "platform": set(),
     "rsa/text": {"platform"},
     "rsa/digest": set(),
@@ -36,28 +35,28 @@ def sources(top=SRC):
     return sorted(path for path in top.rglob("*") if path.suffix in (".h", ".cpp"))
 
 
-def room_of(name):
-    return next((room for room in ROOMS if name.startswith(room + "/")), None)
+def folder_of(name):
+    return next((folder for folder in FOLDERS if name.startswith(folder + "/")), None)
 
 
-class House(unittest.TestCase):
-    def test_rooms_include_only_what_stands_below_them(self):
-        unused = {(room, allowed) for room in ROOMS for allowed in ROOMS[room]}
-        used = {room: set() for room in ROOMS}
+class Dependencies(unittest.TestCase):
+    def test_folders_include_only_allowed_ones(self):
+        unused = {(folder, allowed) for folder in FOLDERS for allowed in FOLDERS[folder]}
+        used = {folder: set() for folder in FOLDERS}
         for path in sources():
             name = str(path.relative_to(SRC))
-            room = room_of(name)
-            self.assertIsNotNone(room, f"{name} stands in no room")
+            folder = folder_of(name)
+            self.assertIsNotNone(folder, f"{name} is in no listed folder")
             for header in re.findall(r'#include "([^"]+)"', path.read_text()):
-                target = room_of(header) or header.split("/")[0]
-                unused -= {(room, target), (room, header)}
-                used[room] |= {target} - {room}
+                target = folder_of(header) or header.split("/")[0]
+                unused -= {(folder, target), (folder, header)}
+                used[folder] |= {target} - {folder}
                 with self.subTest(file=name, header=header):
-                    self.assertTrue(target == room or target in ROOMS[room] or header in ROOMS[room])
-        self.assertEqual(set(), unused, "allowed, but nobody does it")
+                    self.assertTrue(target == folder or target in FOLDERS[folder] or header in FOLDERS[folder])
+        self.assertEqual(set(), unused, "allowed, but unused")
         graphlib.TopologicalSorter(used).prepare()  # raises CycleError
 
-    def test_headers_of_the_system_stay_in_the_platform(self):
+    def test_system_headers_only_in_platform(self):
         for path in sources():
             if "platform" in path.relative_to(SRC).parts:
                 continue

@@ -1,7 +1,7 @@
-# Read by ctest when it starts: adds a test for each suite in the program of unit tests.
+# Read by ctest when it starts: adds a test for each suite of the unit tests.
 execute_process(COMMAND ${unit_tests} --gtest_list_tests OUTPUT_VARIABLE list RESULT_VARIABLE result)
 if(NOT result EQUAL 0)
-  add_test(unit ${unit_tests}) # not built, or it cannot start: fails and says why
+  add_test(unit ${unit_tests}) # not built, or it cannot start: fails and reports why
 endif()
 string(REGEX MATCHALL "[^\n]+" lines "${list}")
 foreach(line IN LISTS lines)

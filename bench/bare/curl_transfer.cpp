@@ -30,7 +30,7 @@ long CurlDownload(const std::string &url, const std::string &path)
     CURL *handle = curl_easy_init();
     std::FILE *file = std::fopen(path.c_str(), "wbe");
     if (file == nullptr) {
-        std::abort(); // there is nothing to measure
+        std::abort(); // the benchmark cannot run
     }
     curl_easy_setopt(handle, CURLOPT_URL, url.c_str());
     curl_easy_setopt(handle, CURLOPT_WRITEDATA, file);

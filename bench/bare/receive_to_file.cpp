@@ -20,7 +20,7 @@ int Connect(int port)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     const int fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (fd < 0 || connect(fd, reinterpret_cast<sockaddr *>(&address), sizeof address) != 0) {
-        std::abort(); // there is nothing to measure
+        std::abort(); // the benchmark cannot run
     }
     return fd;
 }

@@ -6,7 +6,7 @@
 
 namespace pavonix::bench {
 
-// Stores the body of `size` bytes that the loopback server has for that id.
+// Stores the body of `size` bytes that the loopback server sends for that id.
 void ReceiveToFile(int port, std::size_t size, const std::string &path);
 
 } // namespace pavonix::bench

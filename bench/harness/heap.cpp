@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <malloc.h>
 
-// glibc's own allocator by its other names.
+// glibc's allocator under its internal names.
 extern "C" {
 void *__libc_malloc(std::size_t size);
 void *__libc_calloc(std::size_t count, std::size_t size);
@@ -20,7 +20,7 @@ struct Count {
     std::ptrdiff_t peak = 0;
 };
 
-thread_local Count count; // the server's thread does not count
+thread_local Count count; // the server's thread is not counted
 
 void *Taken(void *block)
 {
@@ -54,7 +54,7 @@ void *calloc(std::size_t number, std::size_t size)
 
 void *realloc(void *block, std::size_t size)
 {
-    Given(block); // a failure would be the end of a benchmark anyway
+    Given(block); // a failure would end the benchmark anyway
     return Taken(__libc_realloc(block, size));
 }
 

@@ -1,4 +1,4 @@
-// A device and a shop: a profile, a target file, and the loopback server.
+// A device's profile and target file, and the loopback server.
 #pragma once
 
 #include "harness/key.h"
@@ -11,7 +11,7 @@
 
 namespace pavonix::bench {
 
-// Its files are in the folder for temporary files.
+// Its files are in the temporary folder.
 class Shop {
 public:
     Shop()

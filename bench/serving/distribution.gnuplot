@@ -1,4 +1,4 @@
-# Draws what serving.py measured: gnuplot -e "data='FOLDER'; picture='FILE.svg'" distribution.gnuplot
+# Plots the results of serving.py: gnuplot -e "data='FOLDER'; picture='FILE.svg'" distribution.gnuplot
 set terminal svg size 720,440 font "sans-serif,13" background "white"
 set output picture
 set title "Time to a page of the catalogue, one connection each" font ",15"

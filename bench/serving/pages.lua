@@ -1,6 +1,6 @@
--- For wrk: asks for one page a connection, as the devices do: the pages from the argument FIRST on, COUNT of them, one
--- after the other, of the KIND good, list (in five orders, from the first 2,000 goods), deep (from all of them) or both:
--- good and list in turn. At the end it prints requests a second, how many failed, and the latency in ms at percentiles.
+-- For wrk: requests one page per connection, as the devices do. The arguments are FIRST, COUNT and KIND: COUNT pages in
+-- sequence from FIRST on, of the kind good, list (five orders, the first 2,000 goods), deep (five orders, all goods) or
+-- both (good and list alternately). Prints requests per second, failures, and latencies in ms at percentiles.
 local first, count, kind, number
 
 function init(arguments)

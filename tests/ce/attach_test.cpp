@@ -1,4 +1,4 @@
-// Loading, calling and unloading in one process, and what the DLL holds meanwhile.
+// Loading, calls and unloading in one process, and the resources that the DLL holds.
 #include "device_test.h"
 #include "driver/scenario.h"
 #include "support/times.h"
@@ -17,7 +17,7 @@ TEST_F(Attach, AndCallsWithoutGrowth)
 {
     Counts first;
     for (int i = 0; i < test::Times(50); ++i) {
-        e2e::ReloadLibrary(); // what is left behind by unloading, the runner tells in the end
+        e2e::ReloadLibrary(); // the runner reports leaks when it ends
         Counts attached = Stats();
         attached.erase("peak");
         if (i == 0) {
@@ -34,7 +34,7 @@ TEST_F(Attach, AndCallsWithoutGrowth)
         ASSERT_EQ(200, Call(e2e::Export::kList, kGoods));
         ASSERT_EQ(200, Call(e2e::Export::kGood, kGoods));
         ASSERT_EQ(403, Call(e2e::Export::kBuy, kRefusal));
-        // the log of the last operation stays, and now and then has an entry more
+        // the log of the last operation stays and sometimes has one more entry
         ASSERT_NEAR(once.at("heap"), Stats().at("heap"), 1024);
     }
 }

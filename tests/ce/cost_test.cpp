@@ -1,5 +1,4 @@
-// The work of a token on the device, in instructions: the same on every machine
-// that runs this, whatever else it is doing.
+// The instructions of a token on the device. The count does not depend on the machine's load.
 #include "device_test.h"
 #include "driver/flavour.h"
 
@@ -12,15 +11,14 @@ namespace {
 
 class WatchedCost : public DeviceTest {
 protected:
-    // The instructions inside the DLL of a process that asks for `purchases`.
-    // Nobody listens on the port, so a purchase is its token and little more.
+    // Returns the instructions of this many purchases inside the DLL. The port refuses the
+    // connection, so a purchase is little more than its token.
     long InstructionsOf(int purchases)
     {
         const std::string log = e2e::TheSuite().scratch + "/instructions.txt";
         {
-            const OtherRunner counting(
-                ThePrograms().dll, {"-plugin", OtherRunner::Plugin("count_instructions"), "-d", "plugin", "-D", log},
-                {});
+            const OtherRunner counting(ThePrograms().dll,
+                                       OtherRunner::Plugin("count_instructions") + " -d plugin -D " + log);
             for (int i = 0; i < purchases; ++i) {
                 EXPECT_EQ(0, Call(e2e::Export::kBuy, 1));
             }

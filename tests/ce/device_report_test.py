@@ -1,4 +1,4 @@
-"""PavonixTest.exe on emulated devices: ones where all is right, images that lack something, wrong shops, bad input.
+"""PavonixTest.exe on emulated devices: working ones, incomplete images, wrong shops, bad input.
 
     device_report_test.py EMULATOR RUNNER DLL PLUGINS
 """
@@ -25,7 +25,7 @@ SAMPLE = HERE.parents[1] / "packaging/sample/sample.profile"
 KINDS = {"a": ["--imports=arm", "--search=rejects-trailing"],
          "b": ["--imports=thumb", "--search=accepts-trailing"],
          "c": ["--imports=thumb", "--ansi=932"]}
-WAIT = 10  # seconds; the shop's late replies take six
+WAIT = 10  # seconds; the shop's late replies take six seconds
 
 
 class Device:
@@ -43,7 +43,7 @@ class Device:
             (self.folder / "own.profile").write_text(profile)
 
     def run(self, *options, emulator=()):
-        """Taps the program; returns its report's lines, the message box's, and those that are marked."""
+        """Runs the program; returns the lines of its report and of its message box, and the marked lines."""
         command = [EMULATOR, *emulator, RUNNER, f"--root={self.root.name}", *options,
                    str(self.folder / "PavonixTest.exe")]
         done = subprocess.run(command, capture_output=True, text=True, timeout=500)
@@ -57,7 +57,7 @@ class Device:
 
 
 class Relay:
-    """A wrong shop: sends requests on with other bytes in them."""
+    """A wrong shop: forwards requests with changed bytes."""
 
     def __init__(self, port, old, new):
         self.listener = socket.create_server(("127.0.0.1", 0))
@@ -167,7 +167,7 @@ class WithShop(ShopTest):
     def setUp(self):
         super().setUp()
         self.register(pathlib.Path(f"{SAMPLE}.pub.xml").read_text(), 1000000, "SAMPLE-1", 1)
-        threading.Thread(target=self.shop.stdout.read, daemon=True).start()  # or its access log would block it
+        threading.Thread(target=self.shop.stdout.read, daemon=True).start()  # or a full pipe would block it
 
     def stop_shop(self):
         self.shop.terminate()

@@ -32,15 +32,12 @@ Programs &ThePrograms()
     return programs;
 }
 
-OtherRunner::OtherRunner(const std::string &dll, const std::vector<std::string> &emulatorOptions,
-                         const std::vector<std::string> &runnerOptions)
+OtherRunner::OtherRunner(const std::string &dll, const std::string &emulatorOptions, const std::string &runnerOptions)
 {
-    std::vector<std::string> command = {ThePrograms().emulator};
-    command.insert(command.end(), emulatorOptions.begin(), emulatorOptions.end());
-    command.push_back(ThePrograms().runner);
-    command.insert(command.end(), runnerOptions.begin(), runnerOptions.end());
-    command.push_back(dll);
-    caller_ = std::make_unique<e2e::CallerProcess>(command, e2e::TheSuite().scratch + "/other-errors.txt");
+    const Programs &programs = ThePrograms();
+    caller_ = std::make_unique<e2e::CallerProcess>(programs.emulator + " " + emulatorOptions + " " + programs.runner +
+                                                       " " + runnerOptions + " " + dll,
+                                                   e2e::TheSuite().scratch + "/other-errors.txt");
     std::swap(caller_, e2e::TheSuite().caller);
 }
 
@@ -48,7 +45,7 @@ std::string Ask(const std::string &command)
 {
     const std::optional<std::string> answer = e2e::TheSuite().caller->Ask(command);
     if (!answer) {
-        ADD_FAILURE() << "the runner died: " << e2e::TheSuite().caller->Complaints();
+        ADD_FAILURE() << "the runner crashed: " << e2e::TheSuite().caller->ErrorOutput();
     }
     return answer.value_or("");
 }
@@ -63,12 +60,12 @@ Counts ImportCalls()
     return ReadCounts(Ask("count"));
 }
 
-int Calm()
+int StopFaults()
 {
     std::istringstream words(Ask("calm"));
-    std::string calm;
+    std::string command;
     int faults = -1;
-    words >> calm >> faults;
+    words >> command >> faults;
     return faults;
 }
 

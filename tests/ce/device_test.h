@@ -1,5 +1,5 @@
-// What the tests on the device's image share: calls into it through the runner,
-// and the runner's own commands.
+// Shared by the tests of the device's image: calls through the runner, and the runner's own
+// commands.
 #pragma once
 
 #include "driver/suite.h"
@@ -11,59 +11,59 @@
 #include <memory>
 #include <string>
 #include <utility>
-#include <vector>
 
 namespace pavonix::ce {
 
-// Where everything is; the plug-ins are the emulator's.
+// Paths of the programs; the plug-ins are the emulator's.
 struct Programs {
     std::string emulator, runner, dll, probe, plugins;
 };
 Programs &ThePrograms();
 
-// A runner with options of its own; calls go to it while it lives. Whoever wants
-// to know how it ended asks.
+// A runner with other options, which receives all calls while this object exists.
 class OtherRunner {
 public:
-    // Options of the emulator, such as a plug-in's, and of the runner.
-    OtherRunner(const std::string &dll, const std::vector<std::string> &emulatorOptions,
-                const std::vector<std::string> &runnerOptions);
+    explicit OtherRunner(const std::string &dll, const std::string &emulatorOptions = "",
+                         const std::string &runnerOptions = "");
     ~OtherRunner() { std::swap(caller_, e2e::TheSuite().caller); }
     OtherRunner(const OtherRunner &) = delete;
     OtherRunner &operator=(const OtherRunner &) = delete;
 
-    // A plug-in as an option of the emulator.
-    static std::string Plugin(const std::string &name) { return ThePrograms().plugins + "/lib" + name + ".so"; }
+    // The emulator's option for one of its plug-ins.
+    static std::string Plugin(const std::string &name)
+    {
+        return "-plugin " + ThePrograms().plugins + "/lib" + name + ".so";
+    }
 
 private:
     std::unique_ptr<e2e::CallerProcess> caller_;
 };
 
-// A command to the runner that only it knows, and its answer.
+// Sends the runner one of its own commands and returns the reply.
 std::string Ask(const std::string &command);
 
 using Counts = std::map<std::string, int>;
 
-// "heap", "peak", "sockets" and so on, as the runner tells them; the peak starts anew.
+// Returns the runner's "heap", "peak", "sockets" and so on, and resets the peak.
 Counts Stats();
-// The imports called since the last Calm, by name.
+// Returns the number of calls of each import since the last StopFaults.
 Counts ImportCalls();
-// No faults from now on; returns how many there were since the last Calm.
-int Calm();
-// Has the nth call from now of an import fail; false for one that cannot.
+// Stops injecting faults; returns how many there were since the last StopFaults.
+int StopFaults();
+// Fails the nth call of an import from now; returns false if it cannot fail.
 bool FailOnce(const std::string &name, int nth);
 
-// A device with a profile and a folder of its own.
+// A device with its own profile and folder.
 class DeviceTest : public testing::Test {
 protected:
     // A profile with a key pair of `bits`.
     explicit DeviceTest(int bits = 1024);
 
-    // The call's result; -1 when the runner died, which also fails the test.
+    // Returns the call's result; -1 if the runner crashed, which also fails the test.
     int Call(e2e::Export function, int port);
-    // The same, with a server that answers so.
+    // The same with a server that sends this reply.
     int Call(e2e::Export function, const std::string &reply);
-    // The last purchase's record, byte by byte.
+    // The bytes of the last purchase's record.
     const std::string &Record() const { return record_; }
     std::string Target() const { return folder_.path() + "/list.xml"; }
 

@@ -1,4 +1,4 @@
-// What becomes of a call where a handheld is not like a desktop.
+// Calls where a handheld differs from a desktop.
 #include "device_test.h"
 #include "driver/scenario.h"
 
@@ -29,11 +29,11 @@ TEST_F(Handheld, AFileThatCannotBeDeletedStaysAsItIs)
     EXPECT_EQ(e2e::Bytes(3000), e2e::ReadFile(Target()));
 }
 
-// A call that reaches nobody cleans up more than it started: the application's own
-// starts are what pays for it, and calls work all the same.
+// A failed call calls WSACleanup more often than WSAStartup, at the expense of the
+// application's own starts. Later calls work nevertheless.
 TEST_F(Handheld, AFailedCallTakesAStartOfWinsockFromTheApplication)
 {
-    const OtherRunner runner(ThePrograms().dll, {}, {});
+    const OtherRunner runner(ThePrograms().dll);
     ASSERT_EQ("winsock 1", Ask("winsock 1"));
     EXPECT_EQ(200, Call(e2e::Export::kList, kGoods));
     EXPECT_EQ("winsock 1", Ask("winsock 0"));
@@ -43,14 +43,14 @@ TEST_F(Handheld, AFailedCallTakesAStartOfWinsockFromTheApplication)
     EXPECT_EQ(0, Call(e2e::Export::kList, 1));
     EXPECT_NE("winsock 0", Ask("winsock 0"));
     EXPECT_EQ(200, Call(e2e::Export::kList, kGoods));
-    EXPECT_TRUE(e2e::TheSuite().caller->Quit()) << e2e::TheSuite().caller->Complaints();
+    EXPECT_TRUE(e2e::TheSuite().caller->Quit()) << e2e::TheSuite().caller->ErrorOutput();
 }
 
-// The provider's functions are a component of its own; the seed then comes from rand.
-TEST_F(Handheld, WithoutCryptBuysAllTheSame)
+// The provider's functions are an optional component; without them rand makes the seed.
+TEST_F(Handheld, BuysWithoutCrypt)
 {
     for (const char *missing : {"CryptAcquireContextW", "CryptGenRandom", "CryptReleaseContext"}) {
-        const OtherRunner runner(ThePrograms().dll, {}, {std::string("--without=") + missing});
+        const OtherRunner runner(ThePrograms().dll, "", std::string("--without=") + missing);
         EXPECT_EQ(403, Call(e2e::Export::kBuy, kRefusal)) << missing;
         const bool seeds = std::string(missing) != "CryptReleaseContext";
         EXPECT_EQ(seeds ? 3 * 250 : 0, ImportCalls()["rand"]) << missing;
@@ -61,10 +61,11 @@ TEST_F(Handheld, WithoutCryptBuysAllTheSame)
 
 TEST_F(Handheld, AJapaneseDeviceReadsItsMessageInPairsOfBytes)
 {
-    const OtherRunner runner(ThePrograms().dll, {}, {"--ansi=932"});
+    const OtherRunner runner(ThePrograms().dll, "", "--ansi=932");
     const std::string reply = "HTTP/1.1 403 No\r\nX-Error-Code: 906\r\nX-Error-Message: \x8E\x9E\x8Cv\\\r\n\r\n";
     ASSERT_EQ(403, Call(e2e::Export::kBuy, reply));
-    constexpr char16_t kMessage[] = u" \u6642\u8A08\\"; // "clock", whose second character ends in a letter's byte
+    constexpr char16_t kMessage[] =
+        u" \u6642\u8A08\\"; // "clock"; the second byte of its second character is that of a letter
     EXPECT_EQ(std::string(reinterpret_cast<const char *>(kMessage), sizeof kMessage),
               Record().substr(12, sizeof kMessage));
 }

@@ -1,4 +1,4 @@
-// What the loader refuses, as the device would.
+// Images that the loader refuses, as the device would.
 #include "device_test.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace pavonix::ce {
 namespace {
 
 struct BrokenImage {
-    const char *complaint;
+    const char *message;
     std::function<void(std::string &)> damage;
 };
 
@@ -21,7 +21,7 @@ void Replace(std::string &image, const std::string &old, const std::string &with
     image.replace(place, with.size(), with);
 }
 
-// A number of the image's headers, replaced; offsets count from the "PE" mark.
+// Replaces a number in the image's headers; offsets are relative to the "PE" mark.
 std::function<void(std::string &)> Put(std::size_t offset, std::uint32_t value, std::size_t size)
 {
     return [=](std::string &image) {
@@ -40,13 +40,13 @@ std::uint32_t WordAt(const std::string &image, std::size_t offset)
     return word;
 }
 
-// Where the bytes of a section are in the file.
+// Returns the offset of a section's bytes in the file.
 std::size_t Section(const std::string &image, const std::string &name)
 {
     return WordAt(image, image.find(name) + kRawOffset);
 }
 
-// The type of the first base relocation.
+// Changes the type of the first base relocation.
 void MakeRelocationUnknown(std::string &image)
 {
     char &type = image[Section(image, ".reloc") + 9];
@@ -110,11 +110,11 @@ TEST(Image, IsRefusedWithItsReason)
         std::string image = whole;
         row.damage(image);
         e2e::WriteFile(copy, image);
-        const OtherRunner broken(copy, {}, {});
+        const OtherRunner broken(copy);
         e2e::CallerProcess &runner = *e2e::TheSuite().caller;
-        EXPECT_FALSE(runner.Ask("stats")) << row.complaint;
-        EXPECT_NE(std::string::npos, runner.Complaints().find(row.complaint))
-            << row.complaint << " not in " << runner.Complaints();
+        EXPECT_FALSE(runner.Ask("stats")) << row.message;
+        EXPECT_NE(std::string::npos, runner.ErrorOutput().find(row.message))
+            << row.message << " not in " << runner.ErrorOutput();
     }
 }
 

@@ -1,5 +1,5 @@
-// ce_tests EMULATOR RUNNER DLL PROBE PLUGINS: what is tested on the device's image alone,
-// beside the scenarios that every flavour runs.
+// ce_tests EMULATOR RUNNER DLL PROBE PLUGINS: tests of the device's image only, in addition to
+// the scenarios of every flavour.
 #include "device_test.h"
 
 #include <iostream>
@@ -14,5 +14,5 @@ int main(int count, char **arguments)
     }
     ce::ThePrograms() = {arguments[1], arguments[2], arguments[3], arguments[4], arguments[5]};
     e2e::TheSuite().flavour = e2e::Flavour::kCe;
-    return e2e::RunSuite({arguments[1], arguments[2], arguments[3]});
+    return e2e::RunSuite(std::string(arguments[1]) + " " + arguments[2] + " " + arguments[3]);
 }

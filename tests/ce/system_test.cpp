@@ -1,5 +1,5 @@
-// The runner itself: how its system does what a device does in a way of its
-// own, and what becomes of an image that does what no device forgives.
+// The runner itself: behaviour that is peculiar to devices, and errors that end the program
+// as they would on a device.
 #include "device_test.h"
 #include "probe/probes.h"
 #include "support/hex.h"
@@ -14,13 +14,13 @@ namespace {
 class System : public testing::Test {
 protected:
     struct Row {
-        std::string call, answer; // of the command "system"
+        std::string call, reply; // of the command "system"
     };
 
-    void ExpectAnswers(const std::vector<Row> &rows)
+    void ExpectReplies(const std::vector<Row> &rows)
     {
         for (const Row &row : rows) {
-            EXPECT_EQ("system " + row.answer, Ask("system " + row.call)) << row.call;
+            EXPECT_EQ("system " + row.reply, Ask("system " + row.call)) << row.call;
         }
     }
 
@@ -36,26 +36,26 @@ protected:
         return Wide(e2e::LibraryPath(e2e::Flavour::kCe, folder_.path() + "/" + name));
     }
 
-    // What an image does, and how the program ends.
-    struct Crime {
+    // An action of an image, and the message with which the program ends.
+    struct Action {
         const char *imports;
         Probe probe;
         int value;
-        const char *complaint; // none: this device can do it
+        const char *message; // empty: allowed on this device
     };
 
-    static void ExpectTheEnds(std::span<const Crime> rows, const std::vector<std::string> &emulator)
+    static void ExpectMessages(std::span<const Action> rows, const std::string &emulatorOptions)
     {
-        for (const Crime &row : rows) {
+        for (const Action &row : rows) {
             SCOPED_TRACE(std::string(row.imports) + " " + std::to_string(row.probe));
-            const OtherRunner runner(ThePrograms().probe, emulator, {std::string("--imports=") + row.imports});
-            EXPECT_EQ(row.complaint[0] == 0, AskProbe(row.probe, row.value).has_value());
-            EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find(row.complaint))
-                << e2e::TheSuite().caller->Complaints();
+            const OtherRunner runner(ThePrograms().probe, emulatorOptions, std::string("--imports=") + row.imports);
+            EXPECT_EQ(row.message[0] == 0, AskProbe(row.probe, row.value).has_value());
+            EXPECT_NE(std::string::npos, e2e::TheSuite().caller->ErrorOutput().find(row.message))
+                << e2e::TheSuite().caller->ErrorOutput();
         }
     }
 
-    // What the probe answers; nullopt when the runner died of it.
+    // Returns the probe's result; nullopt if the runner ended.
     static std::optional<int> AskProbe(Probe probe, int value = 0)
     {
         const std::optional<std::string> line = e2e::TheSuite().caller->Ask("good - 0 0 " + std::to_string(value) +
@@ -66,9 +66,9 @@ protected:
     e2e::RowFolder folder_{e2e::TheSuite().scratch};
 };
 
-TEST_F(System, ConversionsTakeWhatADeviceTakes)
+TEST_F(System, ConversionsAreThoseOfADevice)
 {
-    ExpectAnswers({
+    ExpectReplies({
         {"WideCharToMultiByte 0 0 =ac20 1 ?2 2 0 0", "1 0 8000"},                // EURO SIGN
         {"WideCharToMultiByte 0 0 =8100 1 ?2 2 0 0", "1 0 8100"},                // a byte without a character
         {"WideCharToMultiByte 0 0 =4230 1 ?2 2 0 ?4", "1 0 3f00 01000000"},      // HIRAGANA LETTER A
@@ -80,8 +80,8 @@ TEST_F(System, ConversionsTakeWhatADeviceTakes)
         {"MultiByteToWideChar 0 0x10 =80 1 ?2 1", "0 1004 0000"},
         {"MultiByteToWideChar 65001 1 =41 1 ?2 1", "0 1004 0000"},
     });
-    const OtherRunner japanese(ThePrograms().dll, {}, {"--ansi=932"});
-    ExpectAnswers({
+    const OtherRunner japanese(ThePrograms().dll, "", "--ansi=932");
+    ExpectReplies({
         {"WideCharToMultiByte 0 0 =4230 1 ?2 2 0 0", "2 0 82a0"},
         {"WideCharToMultiByte 0 0 =71ff 1 ?2 2 0 0", "1 0 b100"},           // of half width
         {"WideCharToMultiByte 0 0 =e900 1 ?2 2 0 ?4", "1 0 6500 00000000"}, // e with an acute
@@ -93,15 +93,15 @@ TEST_F(System, ConversionsTakeWhatADeviceTakes)
 TEST_F(System, ProvidersAndBlocksAreThoseOfADevice)
 {
     const std::string base = "CryptAcquireContextW ?4 0 " + Wide(u"Microsoft Base Cryptographic Provider v1.0");
-    ExpectAnswers({
+    ExpectReplies({
         {"CryptAcquireContextW ?4 0 " + Wide(u"Microsoft Base Provider") + " 1 0xF0000000", "0 2148073497 00000000"},
         {base + " 2 0xF0000000", "0 2148073492 00000000"}, // no such type
         {base + " 1 0xF0000001", "0 2148073481 00000000"}, // no such flag
-        {base + " 1 8", "0 2148073494 00000000"},          // keys that nobody keeps
+        {base + " 1 8", "0 2148073494 00000000"},          // stored keys are unsupported
         {"CryptReleaseContext 1 1", "0 2148073481"},
     });
     const std::string block = std::to_string(std::stoi(Ask("system malloc 8").substr(7)));
-    ExpectAnswers({{"realloc " + block + " 0", "0 0"}});
+    ExpectReplies({{"realloc " + block + " 0", "0 0"}});
 }
 
 TEST_F(System, FilesAreFoundAndKeptAsOnADevice)
@@ -114,7 +114,7 @@ TEST_F(System, FilesAreFoundAndKeptAsOnADevice)
     std::filesystem::permissions(folder_.path() + "/shop/fixed.xml", std::filesystem::perms::owner_read);
     ASSERT_EQ("ok", Ask("hold " + folder_.path() + "/shop/held.xml"));
     const std::string append = " " + Wide(u"ab");
-    ExpectAnswers({
+    ExpectReplies({
         {"CreateDirectoryW " + Path("shop/new") + " 0", "1 0"},
         {"CreateDirectoryW " + Path("SHOP/New") + " 0", "0 183"},
         {"CreateDirectoryW " + Path("none/new") + " 0", "0 3"},
@@ -134,19 +134,19 @@ TEST_F(System, FilesAreFoundAndKeptAsOnADevice)
     });
     const std::string stream =
         std::to_string(std::stoi(Ask("system _wfopen " + Path("SHOP/list.xml") + append).substr(7)));
-    ExpectAnswers({
+    ExpectReplies({
         {"_wfopen " + Path("shop/List.xml") + append, "0 32"},
         {"DeleteFileW " + Path("shop/List.xml"), "0 32"},
         {"fclose " + stream, "0 0"},
         {"DeleteFileW " + Path("shop/LIST.xml"), "1 0"},
     });
     EXPECT_EQ("ok", Ask("release"));
-    ExpectAnswers({{"DeleteFileW " + Path("shop/held.xml"), "1 0"}});
+    ExpectReplies({{"DeleteFileW " + Path("shop/held.xml"), "1 0"}});
 }
 
 TEST_F(System, WinsockGrantsAtMostVersion2Point2)
 {
-    const OtherRunner runner(ThePrograms().dll, {}, {});
+    const OtherRunner runner(ThePrograms().dll);
     EXPECT_EQ(0u, Ask("system WSAStartup 0x0707 ?400").find("system 0 0 02020202"));
     EXPECT_EQ(0u, Ask("system WSAStartup 0x0101 ?400").find("system 0 0 01010202"));
     EXPECT_EQ(0u, Ask("system WSAStartup 0x0100 ?400").find("system 10092 0 "));
@@ -178,42 +178,42 @@ TEST_F(System, SearchesFollowTheDevicesRules)
         }
         if (row.count != 0) {
             EXPECT_TRUE(Ask("system FindNextFileW " + search + " ?560").starts_with("system 0 18 "));
-            ExpectAnswers({{"FindClose " + search, "1 0"}});
+            ExpectReplies({{"FindClose " + search, "1 0"}});
         }
     }
 }
 
-TEST_F(System, ThreadsComeAndGoWithErrorsOfTheirOwn)
+TEST_F(System, ThreadsHaveTheirOwnErrors)
 {
     const std::string missing = "DeleteFileW " + Path("none.xml");
-    ExpectAnswers({{missing, "0 2"}});
-    const OtherRunner runner(ThePrograms().probe, {}, {"--thread=own", "--imports=thumb"});
-    ExpectAnswers({{missing, "0 0"}}); // who asks for the error is another thread
+    ExpectReplies({{missing, "0 2"}});
+    const OtherRunner runner(ThePrograms().probe, "", "--thread=own --imports=thumb");
+    ExpectReplies({{missing, "0 0"}}); // another thread asks for the error
     const std::optional<int> reasons = AskProbe(kEntryReasons);
-    ASSERT_TRUE(reasons) << e2e::TheSuite().caller->Complaints();
+    ASSERT_TRUE(reasons) << e2e::TheSuite().caller->ErrorOutput();
     EXPECT_EQ(0x32, *reasons & 0xFF);
     EXPECT_EQ(4, AskProbe(kStackAlignment));
     EXPECT_NE(0x1234, AskProbe(kReadBelowStack, 0x1234));
     EXPECT_FALSE(AskProbe(kStartInEntry)); // as the thread ends
-    EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find("called from an image's entry"));
+    EXPECT_NE(std::string::npos, e2e::TheSuite().caller->ErrorOutput().find("called from an image's entry"));
 }
 
 // Calls that end the program. `$` is the result of the first one.
-TEST_F(System, NoDeviceForgivesTheseCalls)
+TEST_F(System, InvalidCallsEndTheProgram)
 {
-    struct Crime {
-        const char *complaint;
+    struct Row {
+        const char *message;
         std::vector<std::string> calls;
     };
-    const Crime rows[] = {
+    const Row rows[] = {
         {"written after it was freed", {"malloc 8", "free $", "memset $ 0 1", "stats"}},
         {"a block used after free", {"malloc 8", "free $", "free $"}},
         {"memcpy of bytes that overlap", {"malloc 16", "memcpy $4 $ 8"}},
         {"deleted while it is owned",
          {"malloc 20", "InitializeCriticalSection $", "EnterCriticalSection $", "DeleteCriticalSection $"}},
     };
-    for (const Crime &row : rows) {
-        const OtherRunner runner(ThePrograms().dll, {}, {});
+    for (const Row &row : rows) {
+        const OtherRunner runner(ThePrograms().dll);
         std::optional<std::string> answer;
         int first = 0;
         for (std::string call : row.calls) {
@@ -224,15 +224,15 @@ TEST_F(System, NoDeviceForgivesTheseCalls)
             answer = e2e::TheSuite().caller->Ask(call == "stats" ? call : "system " + call);
             first = first != 0 || !answer ? first : std::stoi(answer->substr(7));
         }
-        EXPECT_FALSE(answer) << row.complaint;
-        EXPECT_NE(std::string::npos, e2e::TheSuite().caller->Complaints().find(row.complaint))
-            << e2e::TheSuite().caller->Complaints();
+        EXPECT_FALSE(answer) << row.message;
+        EXPECT_NE(std::string::npos, e2e::TheSuite().caller->ErrorOutput().find(row.message))
+            << e2e::TheSuite().caller->ErrorOutput();
     }
 }
 
-TEST_F(System, NoDeviceForgives)
+TEST_F(System, InvalidActionsEndTheProgram)
 {
-    const Crime rows[] = {
+    const Action rows[] = {
         {"arm", kUseStack, 60, "the stack of 56 KB is used up"},
         {"arm", kCallDeep, 50, ""},
         {"arm", kCallDeep, 53, "a system call with less than 4 KB of the stack left"},
@@ -241,14 +241,14 @@ TEST_F(System, NoDeviceForgives)
         {"thumb", kCountZeros, 0, ""},
         {"thumb", kCallSystem, 0, ""},
     };
-    ExpectTheEnds(rows, {"-cpu", "arm926"});
+    ExpectMessages(rows, "-cpu arm926");
 }
 
 class WatchedSystem : public System {};
 
-TEST_F(WatchedSystem, NoDeviceForgives)
+TEST_F(WatchedSystem, InvalidActionsEndTheProgram)
 {
-    const Crime rows[] = {
+    const Action rows[] = {
         {"arm", kUseStack, 40, ""},
         {"arm", kLoadUnaligned, 0, "an unaligned access"},
         {"arm", kLoadHalfUnaligned, 0, "an unaligned access"},
@@ -258,7 +258,7 @@ TEST_F(WatchedSystem, NoDeviceForgives)
         {"arm", kCallSystem, 0, ""},
         {"thumb", kCallSystem, 0, "must change to THUMB state"},
     };
-    ExpectTheEnds(rows, {"-cpu", "arm926", "-plugin", OtherRunner::Plugin("watch_image")});
+    ExpectMessages(rows, "-cpu arm926 " + OtherRunner::Plugin("watch_image"));
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Allocations that fail while the image is loaded, and a socket that is not closed. That
-// each call of the library may fail is shown where it runs under the sanitizers.
+// Failing allocations while the image is loaded, and a failing closesocket. Failures of the
+// other calls are tested under the sanitizers.
 #include "device_test.h"
 #include "driver/scenario.h"
 
@@ -7,7 +7,7 @@ namespace pavonix::ce {
 
 namespace {
 
-// The handles alone: the blocks of the component's log differ from call to call.
+// Only the handles: the blocks of the component's log differ between calls.
 Counts HeldHandles()
 {
     Counts held = Stats();
@@ -21,14 +21,14 @@ const std::string kGoods = e2e::Announce(3000, e2e::Bytes(3000));
 
 class Torture : public DeviceTest {
 protected:
-    // Small keys: what counts is the number of calls, not the arithmetic.
+    // Small keys: the number of calls matters, not the arithmetic.
     Torture() : DeviceTest(512) {}
 };
 
-// Process-wide objects that got no memory must be usable all the same.
+// Process-wide objects must be usable even if an allocation failed.
 TEST_F(Torture, AnAttach)
 {
-    Calm();
+    StopFaults();
     e2e::ReloadLibrary();
     const Counts calls = ImportCalls();
     ASSERT_LT(0, calls.at("malloc"));
@@ -36,7 +36,7 @@ TEST_F(Torture, AnAttach)
         SCOPED_TRACE("with allocation " + std::to_string(nth) + " failed");
         ASSERT_TRUE(FailOnce("malloc", nth));
         e2e::ReloadLibrary();
-        EXPECT_EQ(1, Calm());
+        EXPECT_EQ(1, StopFaults());
         const int download = Call(e2e::Export::kList, kGoods), purchase = Call(e2e::Export::kBuy, kRefusal);
         ASSERT_TRUE(download == 0 || download == 200) << download;
         ASSERT_TRUE(purchase == 0 || purchase == 403) << purchase;
@@ -45,8 +45,8 @@ TEST_F(Torture, AnAttach)
     EXPECT_EQ(200, Call(e2e::Export::kList, kGoods));
 }
 
-// What a failed closesocket leaves open stays so by design; and the runner must
-// tell it, or the other tests would see no leak either.
+// A socket whose closesocket failed stays open by design. The runner must report it, or
+// the other tests would miss leaks.
 TEST_F(Torture, AFailedCloseLeavesSocketAndWinsock)
 {
     Counts expected = HeldHandles();
@@ -58,7 +58,7 @@ TEST_F(Torture, AFailedCloseLeavesSocketAndWinsock)
     EXPECT_EQ(200, Call(e2e::Export::kList, kGoods)) << "the call after";
     e2e::CallerProcess &runner = *e2e::TheSuite().caller;
     EXPECT_FALSE(runner.Quit());
-    EXPECT_NE(std::string::npos, runner.Complaints().find("sockets=1 winsock=1")) << runner.Complaints();
+    EXPECT_NE(std::string::npos, runner.ErrorOutput().find("sockets=1 winsock=1")) << runner.ErrorOutput();
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-"""Plays the scenarios with the plug-in that watches the image, and prints how deep
-its stack became.
+"""Runs the scenarios with the plug-in that watches the image, and prints the depth of its
+stack.
 
     watched_table.py EMULATOR-OPTIONS EMULATOR RUNNER E2E_TESTS OPTION...
 """

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes r250.txt: what an R250 generator gives for known seeds.
+"""Writes r250.txt: the output of an R250 generator for known seeds.
 
 A second implementation to compare the library's with: it keeps the whole
 sequence in a list instead of walking a table of 250 words.
@@ -7,7 +7,7 @@ sequence in a list instead of walking a table of 250 words.
     python3 make_r250.py > r250.txt
 
 Lines: "seed" and 1000 bytes, or "rand" and the start of the linear
-congruence whose 31-bit numbers stand for the C library's rand; then requests
+congruence whose 31-bit numbers replace the C library's rand; then requests
 on that generator, "bytes" or "nonzero", with their count and the result.
 """
 import random
@@ -39,12 +39,12 @@ def sequence(words):
 
 
 def request(kind, count, steps):
-    answer = b""
-    while len(answer) < count:
+    result = b""
+    while len(result) < count:
         word = next(steps)
         if kind == "bytes" or 0 not in word:
-            answer += word
-    print(kind, count, answer[:count].hex())
+            result += word
+    print(kind, count, result[:count].hex())
 
 
 def case(header, words):

@@ -1,7 +1,6 @@
-"""The header in every language an application may be written in, and the C example at work."""
+"""The header in the supported languages, and the C example."""
 
 import textwrap
-import unittest
 
 from scripted_shop import SOURCE, PROGRAMS, ExampleTest, reply, run
 
@@ -32,7 +31,7 @@ class CTest(ExampleTest):
         layout.write_text(LAYOUT)
         for compiler, language, standard in LANGUAGES:
             for prefix, options in TARGETS:
-                wide_texts = prefix or options  # where L"text" is what the calls take
+                wide_texts = prefix or options  # where L"text" has the type of the calls' texts
                 for source in [layout, *EXAMPLES] if wide_texts else [layout]:
                     command = [prefix + compiler, "-x", language, f"-std={standard}", *STRICT, *options, *INCLUDE,
                                "-c", source, "-o", self.folder / "made.o"]

@@ -2,7 +2,6 @@
 
 import os
 import subprocess
-import unittest
 
 from scripted_shop import ORIGIN, SOURCE, ExampleTest, reply, run
 

@@ -1,6 +1,5 @@
 """The C# client, a managed caller, against libpavonix.so on Mono."""
 
-import unittest
 
 from scripted_shop import ORIGIN, PROGRAMS, ExampleTest, reply, run
 

@@ -1,4 +1,4 @@
-"""What the pages say against what is there: the sample shop's codes, and the example of a token."""
+"""Facts on the pages, compared with the sources: the sample shop's codes, the example of a token, the scenarios."""
 
 import re
 import sys

@@ -1,6 +1,6 @@
-// An application with Winsock of its own, and calls that reach nobody: through the
-// example's client it keeps its sockets.
-//   own_winsock LIBRARY      exit code 0, or where it lost them
+// An application that uses Winsock itself. Failed calls through the example's client must
+// not end its Winsock.
+//   own_winsock LIBRARY      exit code 0, or the step at which Winsock was lost
 #include "shop_client.h"
 
 namespace {

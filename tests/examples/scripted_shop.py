@@ -1,4 +1,4 @@
-"""Shared by the tests of the examples: a shop with scripted replies, and programs run beside it."""
+"""Shared by the tests of the examples: a shop with scripted replies, and a way to run programs."""
 
 import os
 import pathlib
@@ -10,7 +10,7 @@ import unittest
 from odd_server import OddServer
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
-# where the examples and the header are taken from: the source, or an unpacked kit
+# the folder of the examples and the header: the source, or an unpacked kit
 ORIGIN = pathlib.Path(os.environ.get("PAVONIX_ORIGIN", SOURCE))
 PROGRAMS = pathlib.Path(os.environ["PAVONIX_PROGRAMS"])
 
@@ -23,7 +23,7 @@ def run(*arguments, **options):
 
 
 def reply(status, body, **headers):
-    """A whole reply; keywords are further headers, "_" standing for "-"."""
+    """Returns a reply; keywords are further headers, with "_" for "-"."""
     lines = [f"HTTP/1.1 {status}", f"Content-Length: {len(body)}"]
     lines += [f"{name.replace('_', '-')}: {value}" for name, value in headers.items()]
     return "\r\n".join(lines).encode("cp1252") + b"\r\n\r\n" + body

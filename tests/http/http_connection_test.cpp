@@ -43,8 +43,8 @@ TEST(Connection, ComposesTheRequestInItsOrder)
         "Range: bytes=100-199\r\n\r\ntype=1&id=a+b%26c\r\n");
 
     connection.Reset();
-    EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)), bare) << "as if new";
-    EXPECT_FALSE(SplitUrl("http:///x").valid) << "a resolver may take no name for this machine";
+    EXPECT_EQ(Text(connection.BuildRequest("GET", SplitUrl("http://host/"), 0)), bare) << "like a new connection";
+    EXPECT_FALSE(SplitUrl("http:///x").valid) << "a resolver may take an empty name for this machine";
 }
 
 TEST(Connection, CopiesTheFirstReception)
@@ -55,7 +55,7 @@ TEST(Connection, CopiesTheFirstReception)
     ZtByteData reply;
     EXPECT_EQ(connection.Get("http://host:99/x", &reply, 80), 1);
     EXPECT_STREQ(connection.GetHeadBuffer(), "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello");
-    EXPECT_EQ(reply.length(), 5u + 2u) << "cut at the content length, ended by two zeros";
+    EXPECT_EQ(reply.length(), 5u + 2u) << "Content-Length bytes and two zeros";
     char buffer[4];
     EXPECT_EQ(connection.Receive(buffer, 4), -1) << "the peer has closed";
     peer = {{"HTTP/1.1 200 OK\r\nContent-Length: 5000\r\n\r\n" + std::string(2000, 'b')}, {}, 0};
@@ -63,7 +63,7 @@ TEST(Connection, CopiesTheFirstReception)
     EXPECT_EQ(reply.length(), 1024u + 2u) << "the first reception at most";
 }
 
-TEST(Connection, ClosesAsThePairingSays)
+TEST(Connection, BalancesWinsockCalls)
 {
     tap::ScriptedPeer peer;
     tap::UsePeer(&peer);
@@ -73,7 +73,7 @@ TEST(Connection, ClosesAsThePairingSays)
         EXPECT_EQ(tap::CountOf("CleanupWinsock"), 1) << "also without a socket";
         EXPECT_EQ(tap::CountOf("CloseSocket"), 0);
     }
-    EXPECT_EQ(tap::CountOf("CleanupWinsock"), 2) << "the destructor releases once more";
+    EXPECT_EQ(tap::CountOf("CleanupWinsock"), 2) << "also by the destructor";
     {
         HttpConnection connection;
         EXPECT_EQ(connection.Connect(nullptr, 80), 0);

@@ -22,7 +22,7 @@ TEST(FindText, FindsTheFirstAtOrAfterTheStart)
     EXPECT_EQ(FindText("abc", nullptr, 0), kFindNullArgument);
 }
 
-TEST(UrlEncode, EscapesAllButLettersDigitsAndBlanks)
+TEST(UrlEncode, EscapesAllButLettersDigitsAndSpaces)
 {
     const auto encode = [](const std::string &text) {
         StringBuffer encoded;

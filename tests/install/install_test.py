@@ -1,5 +1,4 @@
-"""What `cmake --install` lays down, used as other projects use it: by pkg-config, by find_package, and as a
-folder of their own build."""
+"""The installed library, used like other projects do: by pkg-config, by find_package, and as a subdirectory."""
 
 import os
 import pathlib
@@ -49,7 +48,7 @@ class InstallTest(unittest.TestCase):
         run("cmake", "--install", BUILD, "--prefix", cls.prefix)
         (cls.top / "consumer.c").write_text(PROGRAM)
 
-    def expect_answer(self, program):
+    def expect_output(self, program):
         self.assertEqual(run(program, LD_LIBRARY_PATH=str(self.prefix / "lib")), f"{VERSION} 0\n")
 
     def build_with_cmake(self, name, finds, *options):
@@ -59,7 +58,7 @@ class InstallTest(unittest.TestCase):
         (source / "CMakeLists.txt").write_text(CONSUMER % finds)
         run("cmake", "-S", source, "-B", source / "build", "-G", "Ninja", *options)
         run("cmake", "--build", source / "build")
-        self.expect_answer(source / "build/consumer")
+        self.expect_output(source / "build/consumer")
         return source / "build"
 
     def test_pkg_config(self):
@@ -68,13 +67,13 @@ class InstallTest(unittest.TestCase):
         flags = run("pkg-config", "--cflags", "--libs", "pavonix", **search).split()
         program = self.top / "by-pkg-config"
         run("gcc", "-std=c89", "-fshort-wchar", self.top / "consumer.c", "-o", program, *flags)
-        self.expect_answer(program)
+        self.expect_output(program)
 
     def test_find_package(self):
         finds = f"find_package(Pavonix {VERSION} REQUIRED)"
         self.build_with_cmake("found", finds, f"-DCMAKE_PREFIX_PATH={self.prefix}")
 
-    def test_as_a_folder_it_brings_the_library_alone(self):
+    def test_a_subdirectory_adds_only_the_library(self):
         build = self.build_with_cmake("inside", f"add_subdirectory({SOURCE} pavonix)")
         targets = run("cmake", "--build", build, "--target", "help")
         self.assertNotRegex(targets, r"(?m)^(pavonix-shop|pavonix_trac\w+|unit_tests|bench)\b")

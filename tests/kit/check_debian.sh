@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# check_debian.sh KIT (as root): tries the Debian packages of a kit. lintian reads them; then they are installed over
-# this system in a layer of its own, used as other projects use them, and removed; nothing of it stays here.
+# check_debian.sh KIT (as root): tests the Debian packages of a kit. lintian checks them; then they are installed in an
+# overlay of this system, used as other projects use them, and removed.
 set -euo pipefail
 
-check_hardening() { # FILE...: what Debian's flags bring
+check_hardening() { # FILE...: the effects of Debian's hardening flags
   local file facts
   for file in "$@"; do
     facts=$(readelf -dlW "$file"; nm -D --undefined-only "$file")

@@ -1,4 +1,4 @@
-"""demo.cmd out of the archive, under Wine, in an empty folder: from nothing to stored files and a purchase."""
+"""demo.cmd from the archive, under Wine, in a new folder: stores files and makes a purchase."""
 
 import os
 import pathlib
@@ -14,12 +14,12 @@ import xml.etree.ElementTree as ElementTree
 from shop_fixture import PROGRAMS, run
 
 WINDOWS = pathlib.Path(os.environ["PAVONIX_UNPACKED"], "windows")
+WINE = {**os.environ, "LC_ALL": "C.UTF-8"}
+
+
 def free_port():
     with socket.create_server(("127.0.0.1", 0)) as listener:
         return listener.getsockname()[1]
-
-
-WINE = {**os.environ, "LC_ALL": "C.UTF-8"}
 
 
 class DemoTest(unittest.TestCase):

@@ -1,17 +1,16 @@
-"""The libraries as they come out of the archives: what links to them links, and what is linked runs."""
+"""The libraries from the archives: programs link to them and run."""
 
 import os
 import pathlib
 import shutil
 import subprocess
-import unittest
 
 from scripted_shop import ExampleTest, reply, run
 
 WINDOWS = pathlib.Path(os.environ["PAVONIX_UNPACKED"], "windows")
 HEADERS = ["-I", WINDOWS / "include"]
 
-# Needs no run-time library, as there is none of Microsoft's here.
+# Needs no run-time library, because Microsoft's is not available here.
 BARE = r"""
 #include <pavonix/pavonix.h>
 __declspec(dllimport) void __stdcall ExitProcess(unsigned);
@@ -54,7 +53,7 @@ class LibrariesTest(ExampleTest):
             self.assertEqual(code, 0, lines)
         self.assertEqual(self.run_beside_the_library("x64/shop.exe"), (1, ["not stored: the call returned 0"]))
 
-    def test_microsofts_way_of_linking(self):
+    def test_clang_links_like_visual_studio(self):
         (self.folder / "bare.c").write_text(BARE)
         for machine, folder, mingw in (("i386", "x86", "i686"), ("x86_64", "x64", "x86_64")):
             with self.subTest(machine):

@@ -1,5 +1,5 @@
-"""Every package whose code is in a shipped program, or which it loads, is in the kit's list of components: the list is
-compared with the headers that the compiler read and the libraries that the linker took."""
+"""The kit's list of components names every package whose code is in a shipped program or is loaded by it: it is compared
+with the headers that the compiler read and the libraries that the linker used."""
 
 import os
 import pathlib
@@ -26,7 +26,7 @@ def output_of(*command, **options):
 
 
 def packages_of(files):
-    """The Debian packages of those of the files that come from one."""
+    """Returns the Debian packages that contain the files."""
     files = sorted({str(pathlib.Path(file).resolve()) for file in files})
     unpackaged = [file for file in files if not file.startswith(("/usr/", "/lib/"))]
     listed = subprocess.run(["dpkg", "-S", *set(files) - set(unpackaged)], stdout=subprocess.PIPE, text=True,

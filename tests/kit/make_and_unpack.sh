@@ -1,5 +1,5 @@
 #!/bin/sh
-# make_and_unpack.sh SOURCE KIT UNPACKED: makes what needs no build of its own, and unpacks the archives to
+# make_and_unpack.sh SOURCE KIT UNPACKED: makes the kit without Debian packages, and unpacks its archives to
 # UNPACKED/ce-armv4 and UNPACKED/windows.
 set -eu
 /usr/bin/python3 -B "$1/packaging/make_kit.py" --without-debian "$2"

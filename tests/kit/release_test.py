@@ -1,4 +1,4 @@
-"""Each reason why a commit cannot be released is printed."""
+"""check_release.py prints each reason why a commit cannot be released."""
 
 import pathlib
 import subprocess
@@ -9,7 +9,7 @@ SOURCE = pathlib.Path(__file__).resolve().parents[2]
 HEADER = '#define PAVONIX_VERSION "1.10.2"\n#define PAVONIX_VERSION_NUMBER 0x010a02\n'
 CHANGES = "# Changes\n\n## 1.10.2, 2026-01-31\n\nFixed:\n\n- A crash.\n\n## 1.10.1, 2026-01-01\n"
 
-# What is changed, and words of the reason.
+# Changes, and a part of the printed reason.
 ROWS = [
     ({}, ""),
     ({"header": HEADER.replace('"1.10.2"', '"1.10.1"')}, "PAVONIX_VERSION "),
@@ -25,7 +25,7 @@ ROWS = [
 
 
 class ReleaseTest(unittest.TestCase):
-    def complaints(self, header=HEADER, changes=CHANGES, after="true", version="1.10.2"):
+    def reasons(self, header=HEADER, changes=CHANGES, after="true", version="1.10.2"):
         with tempfile.TemporaryDirectory() as folder:
             (pathlib.Path(folder) / "include/pavonix").mkdir(parents=True)
             (pathlib.Path(folder) / "include/pavonix/pavonix.h").write_text(header)
@@ -40,6 +40,6 @@ class ReleaseTest(unittest.TestCase):
     def test_each_reason_is_named(self):
         for changed, words in ROWS:
             with self.subTest(**changed):
-                lines = self.complaints(**changed)
+                lines = self.reasons(**changed)
                 self.assertEqual(len(lines), 1 if words else 0, lines)
                 self.assertTrue(not words or words in lines[0], lines)

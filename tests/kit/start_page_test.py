@@ -1,6 +1,5 @@
-"""The commands of the start page, taken from the page in the archive and run as they are written, in the unpacked
-folder: those for Linux by a shell, those for Windows under Wine. The page's port must be free, so it has a network of
-its own."""
+"""The commands of the start page in the archive, run in the unpacked folder: those for Linux by a shell, those for Windows
+under Wine. The page's port must be free, so the test runs in its own network namespace."""
 
 import fcntl
 import html
@@ -23,7 +22,7 @@ OWN_NETWORKS = ["unshare", "--net"], ["unshare", "--map-root-user", "--net"]  # 
 
 
 def enter_own_network():
-    """Starts this program again where no other has a socket."""
+    """Restarts this program in a new network namespace."""
     if "PAVONIX_OWN_NETWORK" not in os.environ:
         allowed = [own for own in OWN_NETWORKS if subprocess.run([*own, "true"], check=False).returncode == 0]
         if not allowed:
@@ -49,7 +48,7 @@ class StartPageTest(unittest.TestCase):
                             "WINEDLLOVERRIDES": "mscoree=;mshtml=;winebrowser.exe="}
 
     def run_command(self, *command):
-        """Into a file: what stays in the background would hold a pipe open."""
+        """The output is written to a file, because background processes would keep a pipe open."""
         with tempfile.TemporaryFile() as output:
             running = subprocess.Popen(command, cwd=self.folder, env=self.environment, stdin=subprocess.DEVNULL,
                                        stdout=output, stderr=subprocess.STDOUT, start_new_session=True)
@@ -80,7 +79,7 @@ class StartPageTest(unittest.TestCase):
         return [language for language, _ in blocks]
 
     def expect_files(self, **wanted):
-        """Each file is what the shop sends for the query."""
+        """Each file must equal the shop's reply to the query."""
         for name, query in wanted.items():
             with urllib.request.urlopen(f"http://127.0.0.1:8080/shop/{query}") as reply:
                 self.assertEqual((self.folder / f"{name}.xml").read_bytes(), reply.read(), name)

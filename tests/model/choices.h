@@ -1,6 +1,5 @@
-// Choices made by bytes: the same bytes make the same ones, whether a random
-// number generator or a fuzzer gave them. When they are used up, the first one of
-// each kind is taken.
+// Choices determined by bytes from a random number generator or a fuzzer. When the bytes
+// are used up, the first alternative is chosen.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +15,7 @@ public:
 
     bool empty() const { return next_ == bytes_.size(); }
 
-    // Below `limit`, at most 65536.
+    // Returns a number below `limit`, which is at most 65536.
     std::size_t Below(std::size_t limit)
     {
         std::size_t number = NextByte();
@@ -31,7 +30,7 @@ public:
     }
     std::string Text(std::initializer_list<const char *> texts) { return Pick(texts); }
 
-    // Any bytes, at most `most`.
+    // Returns any bytes, at most `most`.
     std::string Raw(std::size_t most)
     {
         const std::string raw = bytes_.substr(next_ + 1 < bytes_.size() ? next_ + 1 : bytes_.size(), Below(most + 1));

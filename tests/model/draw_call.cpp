@@ -11,7 +11,7 @@ int DrawNumber(Choices *choices)
     return choices->Pick({0, 1, 7, -1, 1000000, INT32_MAX, INT32_MIN, -12345});
 }
 
-// Raw bytes without those that would end a text or name a key.
+// Raw bytes without NUL and "-", which would end a text or complete a key.
 std::string Harmless(std::string raw, char instead)
 {
     for (char &byte : raw) {
@@ -41,7 +41,7 @@ std::u16string DrawUrl(Choices *choices)
 {
     std::string url = choices->Text(
         {"http://", "http://", "http://", "http://", "", "HTTP://", "hTtP://", "https://", "//", "http\x1a//"});
-    const std::string longest = "127.0.0.1:" + std::string(195, '9'); // each copy asks for memory
+    const std::string longest = "127.0.0.1:" + std::string(195, '9'); // each copy allocates memory
     url += choices->Text({"127.0.0.1", "127.0.0.1", "127.0.0.1:99", "127.0.0.1:", "127.0.0.1", "", longest.c_str()});
     url += choices->Text({"/goods", "/goods", "/goods", "/", "", "/a//b", "/g?a=b&c", "/:\\"});
     url += choices->Below(4) == 0 && url.ends_with("goods") ? Harmless(choices->Raw(30), '/') : "";
@@ -49,7 +49,8 @@ std::u16string DrawUrl(Choices *choices)
     std::u16string wide;
     for (const char byte : url) {
         const auto unit = static_cast<unsigned char>(byte);
-        wide += static_cast<char16_t>(unit >= 0x80 && unit < 0xA0 ? unit + 0x20 : unit); // the page's Latin-1 part
+        wide += static_cast<char16_t>(unit >= 0x80 && unit < 0xA0 ? unit + 0x20
+                                                                  : unit); // the Latin-1 part of the code page
     }
     return wide;
 }

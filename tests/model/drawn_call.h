@@ -1,4 +1,4 @@
-// Whole calls by chance, and what must come of them.
+// Random calls and their expected outcome.
 #pragma once
 
 #include "driver/device_key.h"
@@ -10,15 +10,13 @@ namespace pavonix::e2e {
 // The key pair of every drawn profile.
 const DeviceKey &DrawnKey();
 
-// A call with whatever profile, address, target and reply; the server closes after
-// its last piece. Of the calls before it one matters: the library
-// must have read DrawnKey, as PlainPurchase makes it do.
+// Draws a call with any profile, URL, target and reply; the server closes after its last
+// piece. An earlier call must have imported DrawnKey, such as PlainPurchase.
 Scenario DrawCall(const RowName &name, Choices *choices);
 Scenario PlainPurchase();
 
-// Fills in what must come of a call of which the rest is given. Knows targets of
-// ASCII names without patterns, addresses of the loopback's number, and keys that
-// are DrawnKey's.
+// Fills in the expected outcome of a call. Supports targets with ASCII names and without
+// wildcards, the numeric loopback address, and DrawnKey.
 void PredictOutcome(Scenario *call);
 
 } // namespace pavonix::e2e

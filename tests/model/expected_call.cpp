@@ -42,7 +42,7 @@ struct ProfileModel {
 };
 
 struct AddressModel {
-    std::string host, target; // no host: nothing is sent
+    std::string host, target; // empty host: no request is sent
 
     explicit AddressModel(const std::string &url)
     {
@@ -70,10 +70,10 @@ std::string Pairs(const Scenario &call)
     return pairs;
 }
 
-// Nothing when no connection is made.
+// Nullopt if no connection is made.
 std::optional<std::string> Request(const Scenario &call)
 {
-    std::string url(call.url.begin(), call.url.end()); // the address has Latin-1 alone
+    std::string url(call.url.begin(), call.url.end()); // the URL is Latin-1
     const bool buys = call.function == Export::kBuy;
     std::string form = Pairs(call);
     url += buys || url.empty() ? "" : "?" + form;
@@ -102,7 +102,7 @@ std::string TargetName(const Scenario &call)
     return name;
 }
 
-// The row's folder with the stored body.
+// The row's folder after the body was stored.
 Tree Stored(const Scenario &call, const std::string &body)
 {
     Tree after = call.before;
@@ -111,7 +111,7 @@ Tree Stored(const Scenario &call, const std::string &body)
     const bool reachable =
         folder.find('/') == folder.rfind('/') || std::any_of(after.begin(), after.end(), [&](const auto &entry) {
             return entry.first.starts_with(above);
-        }); // only the last folder is made
+        }); // only the last folder is created
     if (!name.empty() && reachable && !after.contains(name + "/")) {
         after[name] = body;
     }
@@ -138,7 +138,7 @@ void PredictOutcome(Scenario *call)
         return;
     }
     if (call->function == Export::kBuy) {
-        call->record = reply.Verdict();
+        call->record = reply.PurchaseRecord();
         call->signer = &DrawnKey();
     } else if (call->result == 200) {
         const Receptions writes = BodyWrites(receptions);

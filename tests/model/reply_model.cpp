@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kReception = 1024;
 
-// By the ANSI code page; a byte without a character there stays its number.
+// Converts from the ANSI code page; an undefined byte keeps its value.
 std::u16string Wide(const std::string &text)
 {
     static const iconv_t conversion = iconv_open("UTF-16LE", "CP1252");
@@ -47,10 +47,10 @@ ReplyModel::ReplyModel(const Receptions &receptions)
     area.resize(kReception, '\0');
     const std::size_t blankLine = std::string(area.c_str()).find("\r\n\r\n"); // a NUL ends the text
     head = area.substr(0, blankLine == std::string::npos ? 2 : blankLine + 4);
-    behind = area.substr(head.size());
+    prefix = area.substr(head.size());
     const std::size_t line = head.find_first_not_of("\r\n");
-    const std::size_t blank = head.find_first_of(" \r\n", line == std::string::npos ? 0 : line);
-    status = blank == std::string::npos || head[blank] != ' ' ? 0 : NumberOf(head.substr(blank + 1, 3));
+    const std::size_t space = head.find_first_of(" \r\n", line == std::string::npos ? 0 : line);
+    status = space == std::string::npos || head[space] != ' ' ? 0 : NumberOf(head.substr(space + 1, 3));
     announced = static_cast<std::uint32_t>(NumberOf(Value(head, "Content-Length").value_or("")));
 }
 
@@ -63,13 +63,13 @@ std::optional<std::string> ReplyModel::Value(const std::string &text, const std:
     return text.substr(colon + 1, end - colon - 1);
 }
 
-// An error value is looked for in all that came with the head, the body too.
-Record ReplyModel::Verdict() const
+// An error value is searched for in the head and in the body bytes received with it.
+Record ReplyModel::PurchaseRecord() const
 {
     if (status == 200) {
         return {};
     }
-    const std::string body = announced == 0 ? behind : behind.substr(0, announced);
+    const std::string body = announced == 0 ? prefix : prefix.substr(0, announced);
     const std::string text = (head + body).c_str();
     Record record;
     record.errorCode = NumberOf(Value(text, "X-Error-Code").value_or(""));
@@ -89,8 +89,8 @@ Record ReplyModel::Verdict() const
 Receptions BodyWrites(const Receptions &receptions)
 {
     const ReplyModel reply(receptions);
-    const std::size_t wanted = reply.announced == 0 ? reply.behind.size() : reply.announced;
-    Receptions writes = {reply.behind.substr(0, wanted)};
+    const std::size_t wanted = reply.announced == 0 ? reply.prefix.size() : reply.announced;
+    Receptions writes = {reply.prefix.substr(0, wanted)};
     std::size_t written = writes[0].size();
     for (std::size_t i = 1; i < receptions.size() && written < wanted; ++i) {
         writes.push_back(receptions[i]);

@@ -1,4 +1,4 @@
-// A second reading of the rules by which a reply is taken apart, for comparison.
+// A second implementation of reply parsing, for comparison.
 #pragma once
 
 #include "driver/scenario.h"
@@ -10,31 +10,31 @@
 
 namespace pavonix::e2e {
 
-// What each receive of the library brings.
+// The bytes of each receive of the library.
 using Receptions = std::vector<std::string>;
 
-// The receptions when the server closes after `cut` bytes of these pieces.
+// The receptions if the server closes after `cut` bytes of these pieces.
 Receptions CutAt(std::size_t cut, const std::vector<std::string> &pieces);
 
 struct ReplyModel {
     explicit ReplyModel(const Receptions &receptions);
 
-    std::string head;            // with its blank line; two bytes when there is none
-    std::string behind;          // the rest of the 1024 bytes of a first reception
-    int status = 0;              // 0 when the status line has no blank
-    std::uint32_t announced = 0; // 0 when the head announces nothing
+    std::string head;            // with its blank line; two bytes if there is none
+    std::string prefix;          // of the body: the rest of the 1024 bytes of the first reception
+    int status = 0;              // 0 if the status line has no space
+    std::uint32_t announced = 0; // 0 without a Content-Length
 
-    // The value of a header, looked for in this text; nullopt when there is none.
+    // The value of a header in this text, if present.
     static std::optional<std::string> Value(const std::string &text, const std::string &name);
 
-    // What a purchase leaves in its record.
-    Record Verdict() const;
+    // The record of a purchase with this reply.
+    Record PurchaseRecord() const;
 };
 
-// What a download writes, write by write.
+// The bytes of each write of a download.
 Receptions BodyWrites(const Receptions &receptions);
 
-// The number at the start of a text, 0 for none, limited to 32 bits.
+// The number at the start of a text, clamped to 32 bits; 0 if there is none.
 int NumberOf(const std::string &text);
 
 } // namespace pavonix::e2e

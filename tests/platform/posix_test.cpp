@@ -1,5 +1,5 @@
-// What the POSIX port adds to the system's calls; the contract itself is proven by
-// prove_port.
+// Behaviour that the POSIX port adds to the system's calls; prove_port checks the contract
+// itself.
 #include "platform/code_pages.h"
 #include "platform/sockets.h"
 
@@ -28,8 +28,7 @@ std::u16string Wide(std::uint32_t codePage, const std::string &bytes)
     return text.substr(0, static_cast<std::size_t>(length));
 }
 
-// A listener on loopback, and signals that hit the test's thread while it waits in
-// a call.
+// A listener on loopback, and signals that interrupt the test's thread during a call.
 class InterruptedSockets : public testing::Test {
 protected:
     InterruptedSockets()
@@ -52,7 +51,7 @@ protected:
         close(listener_);
     }
 
-    // What `call` answers when twenty signals interrupt it before `release` lets it end.
+    // Returns the result of `call`, interrupted by twenty signals before `release` lets it end.
     static int Interrupted(const std::function<int()> &call, const std::function<void()> &release)
     {
         const pthread_t caller = pthread_self();
@@ -81,7 +80,7 @@ std::atomic<int> InterruptedSockets::signals;
 
 } // namespace
 
-TEST(PosixCodePages, TakeWhatIsNotText)
+TEST(PosixCodePages, AcceptInvalidText)
 {
     EXPECT_EQ(Wide(platform::kUtf8CodePage, "a\xE2\x82\xAC"), u"a\u20ac");
     EXPECT_EQ(Wide(platform::kUtf8CodePage, "a\xE2\x82"), u"a\uFFFD\uFFFD") << "the text ends inside a character";
@@ -99,7 +98,7 @@ TEST(PosixCodePages, TakeWhatIsNotText)
     }
 }
 
-TEST(PosixSockets, NeverHaveTheDescriptorThatMeansNone)
+TEST(PosixSockets, NeverUseDescriptor0)
 {
     const int input = fcntl(0, F_DUPFD_CLOEXEC, 3);
     close(0);
@@ -128,8 +127,8 @@ TEST_F(InterruptedSockets, SendGoesOn)
     platform::CloseSocket(ours);
 }
 
-// The queue of the listener is full, so that a connection waits for it.
-TEST_F(InterruptedSockets, ConnectTellsWhatBecameOfIt)
+// The listener's queue is full, so that a connection has to wait.
+TEST_F(InterruptedSockets, ConnectReportsTheOutcome)
 {
     int theirs = -1;
     const platform::Socket first = platform::OpenSocket(AF_INET, SOCK_STREAM, 0);

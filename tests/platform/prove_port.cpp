@@ -1,6 +1,5 @@
-// Proves a port of the platform contract: calls it as the library does, and
-// checks what the contract promises where systems are known to differ. Plain
-// C++, so that it builds for every port.
+// Checks a port of the platform contract where systems are known to differ, with the calls
+// that the library makes. Uses no test framework, so that it builds for every port.
 //
 //   prove_port FOLDER    FOLDER: an empty folder, as an absolute path
 #include "platform/code_pages.h"
@@ -34,7 +33,7 @@ void Check(bool holds, int line, const char *condition)
     }
 }
 
-// FOLDER and what is appended, with '\' as the separator.
+// FOLDER with a tail appended, with '\' as the separator.
 class Path {
 public:
     explicit Path(const WideChar *tail)
@@ -60,7 +59,7 @@ const char *Path::folder = nullptr;
 
 enum Found { kNothing, kFolder, kFile };
 
-// What a search finds first, and how many entries it has.
+// Returns the kind of the first entry that a search finds, and counts the entries.
 Found Search(const WideChar *path, int *count = nullptr)
 {
     FindRecord record = {};
@@ -114,7 +113,7 @@ void CheckStreams()
     CHECK(reader != nullptr);
     char bytes[32] = {};
     CHECK(ReadStream(reader, bytes, 3) == 3);
-    CHECK(Append(file, "!")); // a reader denies nothing
+    CHECK(Append(file, "!")); // a reader does not lock the file
     CHECK(ReadStream(reader, bytes + 3, 28) >= 7);
     CHECK(std::strncmp(bytes, "one\r\n\x1Atwo\n", 10) == 0);
     CHECK(CloseStream(reader));
@@ -153,7 +152,7 @@ const WideChar kLoneHalf[] = {0xD83D, 'x', 0};
 const Conversion kConversions[] = {
     {kAnsiCodePage, W("Az~\\\x7F"), "Az~\\\x7F", false},
     {1252, W("caf\x00E9 \x20AC"), "caf\xE9 \x80", false},
-    {1252, W("\x0100\x221E\x2212z?"), "???z?", true}, // no look-alikes: A, 8 and -
+    {1252, W("\x0100\x221E\x2212z?"), "???z?", true}, // no best-fit characters: A, 8 and -
     {1252, W("\xD83D\xDE00!"), "?!", true},
     {936, W("\x3042z"), "\xA4\xA2z", false},
     {28592, W("\x0104\x3042"), "\xA1?", true},

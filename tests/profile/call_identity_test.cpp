@@ -7,7 +7,7 @@
 
 using namespace pavonix;
 
-// A token opens, with the device's key, to the time at which it was made.
+// A token decrypts, with the device's key, to the time of its creation.
 TEST(CallIdentity, TakesTheFractionOfItsTimeFromTheTickCount)
 {
     const test::OpenSslKey key(1024);
@@ -35,5 +35,5 @@ TEST(CallIdentity, TakesTheFractionOfItsTimeFromTheTickCount)
     EXPECT_EQ(timeAt({2010, 12, 31, 23, 59, 59}, 0x80000000), "2010-12-31 23:59:59.-281");
     tap::Reset();
     (void)identity.UserCert();
-    EXPECT_EQ(tap::CountOf("ReadLocalTime"), 1) << "a clock that moves back meanwhile is nothing to a token";
+    EXPECT_EQ(tap::CountOf("ReadLocalTime"), 1) << "a clock that is set back meanwhile does not affect a token";
 }

@@ -23,8 +23,8 @@ protected:
 
 } // namespace
 
-// What a request shows of a profile, the scenarios have.
-TEST_F(Profiles, KeepTheirNumberAlone)
+// The scenarios test the values that requests contain.
+TEST_F(Profiles, KeepOnlyTheirNumber)
 {
     Read("User-Serial: S\nUser-No: 7x");
     Read("User-Serial: other\n");
@@ -36,7 +36,7 @@ TEST_F(Profiles, KeepTheirNumberAlone)
     EXPECT_EQ(serial(), "");
 }
 
-// What the stream holds already is old, the rest is what stands there when it is read.
+// Buffered lines are old; the rest is read from the current file.
 TEST_F(Profiles, RewrittenWhileTheyAreRead)
 {
     std::string filler;
@@ -61,7 +61,7 @@ TEST_F(Profiles, RewrittenWhileTheyAreRead)
     }
 }
 
-TEST_F(Profiles, LeavesNoLineBehind)
+TEST_F(Profiles, ErasesTheirLines)
 {
     alignas(LineReader) static char room[sizeof(LineReader)];
     const std::u16string path = box.Write("p.txt", "Private-Key: secret\n");

@@ -1,5 +1,5 @@
-// What each way a call can end does to the platform: starts and releases of
-// Winsock, sockets opened and closed, files and searches left.
+// The platform calls for each way in which a call can end: WSAStartup and WSACleanup, sockets
+// opened and closed, files and searches left open.
 #include "pavonix/pavonix.h"
 #include "support/sandbox.h"
 #include "support/tap.h"
@@ -21,7 +21,7 @@ protected:
                              force, u"http://shop/good", 80);
     }
 
-    // The calls of the contract, without the conversions of texts and paths.
+    // The platform calls without text conversions.
     static std::vector<std::string> Steps()
     {
         std::vector<std::string> steps;
@@ -42,13 +42,13 @@ TEST_F(Pairing, OfEveryEndOfADownload)
         const char *name, *failing, *target, *reply;
         int result, starts, cleanups, sockets, closes;
     };
-    Download("f"); // the process-wide component now holds what every such call leaves in it
+    Download("f"); // creates the lasting state of the process-wide component
     constexpr char kOk[] = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\nok";
     constexpr char kMissing[] = "HTTP/1.1 404 Not Found\r\n\r\n";
     for (const Row &row : {
-             // After a stored body the connection is only reset; its end closes it.
+             // After a stored body the connection is only reset; its destructor closes it.
              Row{"stored", "", "f", kOk, 200, 1, 1, 1, 1},
-             // Close, and then the connection's end, release Winsock.
+             // Both Close and the destructor call WSACleanup.
              {"refused", "", "f", kMissing, 404, 1, 2, 1, 1},
              {"no reply", "", "f", "", 0, 1, 2, 1, 1},
              {"no folder", "", "a/b/f", kOk, 200, 1, 2, 1, 1},
@@ -90,7 +90,7 @@ TEST_F(Pairing, AKeptTargetOnlyReleasesWinsock)
     EXPECT_EQ(Steps(), expected);
     tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
     tap::UsePeer(&peer);
-    EXPECT_EQ(Download("folder", 0), 200) << "a folder is no target to keep";
+    EXPECT_EQ(Download("folder", 0), 200) << "a folder is not kept";
     EXPECT_EQ(tap::CountOf("SetThreadError"), 1);
 }
 
@@ -119,7 +119,7 @@ TEST_F(Pairing, StepsOfADownloadInTheirOrder)
     EXPECT_EQ(Steps(), expected);
 }
 
-// What a send or a write does not take is lost, and not offered again.
+// Bytes that a send or a write does not accept are lost.
 TEST_F(Pairing, PartsAreNotSentOrWrittenTwice)
 {
     const std::string head = "HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n";
@@ -131,13 +131,13 @@ TEST_F(Pairing, PartsAreNotSentOrWrittenTwice)
     EXPECT_EQ(peer.received, "GET /good?");
     EXPECT_EQ(tap::CountOf("SendSocket"), 1);
     EXPECT_EQ(box.Read("f"), std::string(100, 'a'));
-    EXPECT_EQ(tap::CountOf("WriteStream"), 1) << "a file that took less is not written to any more";
-    EXPECT_EQ(tap::CountOf("ReceiveSocket"), 3) << "the body is read to its end";
-    tap::ScriptedPeer deaf{{head}, {}, 0};
-    deaf.takes = 0;
-    tap::UsePeer(&deaf);
-    EXPECT_EQ(Download("f"), 200) << "the reply counts";
-    EXPECT_EQ(deaf.received, "");
+    EXPECT_EQ(tap::CountOf("WriteStream"), 1) << "no write follows a short one";
+    EXPECT_EQ(tap::CountOf("ReceiveSocket"), 3) << "the body is received to its end";
+    tap::ScriptedPeer refusesAll{{head}, {}, 0};
+    refusesAll.takes = 0;
+    tap::UsePeer(&refusesAll);
+    EXPECT_EQ(Download("f"), 200) << "the reply decides";
+    EXPECT_EQ(refusesAll.received, "");
 }
 
 TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
@@ -152,9 +152,8 @@ TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
     EXPECT_EQ(GetOneGoodXml(u"p", &good, u"t", 1, tooLong.c_str(), 80), 0);
     EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, tooLong.c_str(), 80), 0);
     EXPECT_EQ(tap::CountOf("CleanupWinsock"), 3) << "one for each connection object";
-    EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, u"//h/x", 80), 0); // shorter than a scheme
-    for (const char16_t *portOnly : {u"http://:8080/x", u":8080/x"}) {
-        EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, portOnly, 80), 0);
+    for (const char16_t *url : {u"//h/x", u":8080/x"}) { // shorter than a scheme
+        EXPECT_EQ(GetBuyGood(u"p", &buy, nullptr, url, 80), 0);
     }
     EXPECT_EQ(GetGoodListXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
     EXPECT_EQ(GetOneGoodXml(u"p", nullptr, u"t", 1, u"http://h/x", 80), 0);
@@ -165,9 +164,9 @@ TEST_F(Pairing, RejectsBadArgumentsBeforeAnyTraffic)
     tap::Reset();
     tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0}, refusing{{"HTTP/1.1 403 No\r\n\r\n"}, {}, 0};
     tap::UsePeer(&peer);
-    EXPECT_EQ(GetOneGoodXml(nullptr, &good, nullptr, 0, u"http://h/x", 80), 200) << "nothing to read, nowhere to store";
+    EXPECT_EQ(GetOneGoodXml(nullptr, &good, nullptr, 0, u"http://h/x", 80), 200) << "no profile and no target";
     EXPECT_EQ(tap::CountOf("SendSocket"), 1);
     EXPECT_EQ(tap::CountOf("OpenStream"), 0);
     tap::UsePeer(&refusing);
-    EXPECT_EQ(GetBuyGood(nullptr, &buy, nullptr, u"http://h/x", 80), 403) << "no record, no verdict";
+    EXPECT_EQ(GetBuyGood(nullptr, &buy, nullptr, u"http://h/x", 80), 403) << "without a record";
 }

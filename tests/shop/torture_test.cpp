@@ -1,5 +1,5 @@
-// Every allocation and every platform call of a call fails, once and ever after:
-// no crash, nothing left behind, a documented result, and the next call works.
+// Each allocation and each platform call of a call fails, once and from then on: no crash, no
+// leak, a documented result, and the next call works.
 #include "pavonix/pavonix.h"
 #include "profile/process_state.h"
 #include "support/device_profile_file.h"
@@ -20,8 +20,8 @@ constexpr char kReply[] = "HTTP/1.1 200 OK\r\nContent-Length: 3000\r\n\r\n";
 
 class Torture : public testing::Test {
 protected:
-    // Fails each fallible call of `call` in turn. `check` gets the result of the
-    // faulted run.
+    // Fails each fallible call of `call` in turn. `check` receives the result of the run with
+    // the fault.
     void Run(const std::function<int()> &call, const std::function<void(int result)> &check)
     {
         const tap::OpenHandles before = HeldAfterADownload();
@@ -35,8 +35,8 @@ protected:
         EXPECT_GT(faults, 100);
     }
 
-    // What the process-wide component holds (key, log) depends on the last call
-    // alone, and a purchase's log on its random bytes.
+    // The memory of the process-wide component (key, log) depends on the last call, and a
+    // purchase's log on its random bytes.
     tap::OpenHandles HeldAfterADownload()
     {
         EXPECT_EQ(Download(), 200);
@@ -52,11 +52,12 @@ protected:
         const int result =
             GetOneGoodXml(profile.c_str(), &request, box.Path("new/f").c_str(), 1, u"http://shop/good", 80);
         const auto sent = [&](const std::string &text) { return peer.received.find(text) != std::string::npos; };
-        EXPECT_TRUE(result == 0 || sent("Serial: " + serial) || sent("User-ID: 0")) << "whole, or of no profile at all";
+        EXPECT_TRUE(result == 0 || sent("Serial: " + serial) || sent("User-ID: 0"))
+            << "the whole profile, or none of it";
         return result;
     }
 
-    // `request` gets what was sent.
+    // `request` receives the sent bytes.
     int Buy(std::string *request)
     {
         tap::ScriptedPeer peer{{"HTTP/1.1 200 OK\r\n\r\n"}, {}, 0};
@@ -68,7 +69,7 @@ protected:
     }
 
     Sandbox box;
-    const std::string serial = std::string(300, 's'); // so long that each copy needs memory of its own
+    const std::string serial = std::string(300, 's'); // so long that each copy allocates
     std::u16string profile = box.Write("profile", "User-Agent: U\nUser-Serial: " + serial + "\nUser-Id: 1\n");
 };
 
@@ -80,7 +81,7 @@ TEST_F(Torture, OfADownload)
     const auto check = [&](int result) {
         EXPECT_TRUE(result == 200 || result == 0) << result;
         const std::string stored = box.Read("new/f").value_or("");
-        EXPECT_TRUE(body.starts_with(stored)) << "the body, a start of it, or nothing";
+        EXPECT_TRUE(body.starts_with(stored)) << "the body, a prefix of it, or nothing";
         EXPECT_TRUE(result == 200 || stored.empty());
         for (const auto &entry : std::filesystem::directory_iterator(box.root())) {
             const std::string name = entry.path().filename();
@@ -90,7 +91,7 @@ TEST_F(Torture, OfADownload)
     Run([this] { return Download(); }, check);
 }
 
-// A request leaves whole or not at all; a token that could not be made is empty.
+// A request is sent whole or not at all; a token that could not be made is empty.
 TEST_F(Torture, OfAPurchase)
 {
     std::string sent;
@@ -110,11 +111,11 @@ TEST_F(Torture, OfAPurchase)
     EXPECT_TRUE(tokens > 0 && without > 0);
 }
 
-// Texts so long that each copy asks for memory. The process keeps the room of the
-// longest serial that it has read, unless it begins anew.
+// Texts so long that each copy allocates. The process keeps the buffer of the longest serial
+// that it has read, so each run starts with a new profile.
 TEST_F(Torture, OfLongerTextsThanEver)
 {
-    const std::string host(230, 'h'), agent(300, 'u'), longest(650, 's'); // a profile of one read
+    const std::string host(230, 'h'), agent(300, 'u'), longest(650, 's'); // a profile that one read returns
     profile = box.Write("profile", "User-Agent: " + agent + "\nUser-Serial: " + longest + "\nUser-Id: 1\n");
     const std::u16string url = u"http://" + std::u16string(host.begin(), host.end()) + u"/x";
     const OneGoodRequest good = {0, 0, 1, 7};
@@ -134,7 +135,7 @@ TEST_F(Torture, OfLongerTextsThanEver)
             buys ? GetBuyGood(profile.c_str(), &bought, nullptr, url.c_str(), 80)
                  : GetOneGoodXml(profile.c_str(), &good, nullptr, 1, url.c_str(), 80);
             std::string &sent = peer.received;
-            if (const std::size_t token = sent.find("User-Cert: ") + 11; token > 11) { // by some test's key
+            if (const std::size_t token = sent.find("User-Cert: ") + 11; token > 11) { // made with another test's key
                 sent.erase(token, sent.find("\r\n", token) - token);
             }
             EXPECT_TRUE(sent.empty() || sent == whole[buys] || sent.find("User-ID: 0") != sent.npos)

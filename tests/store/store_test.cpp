@@ -35,26 +35,21 @@ TEST_F(Store, ProbesWhatLiesAtAPath)
     for (const Row &row : {Row{"f.xml", PathKind::kFile},
                            {"a1", PathKind::kFolder},
                            {"a1/", PathKind::kFolder},
-                           {"a1//", PathKind::kFolder},
                            {"missing", PathKind::kNothing},
-                           {"missing/", PathKind::kNothing},
                            {"f.xml/x", PathKind::kNothing},
                            {"a*", PathKind::kFolder},
-                           {"a?", PathKind::kFolder},
                            {"?", PathKind::kNothing},
                            {"mixed/b?", PathKind::kFile},
                            {"mixed/b1/*", PathKind::kFile},
-                           {"*.xml", PathKind::kFile},
                            {"a1/*", PathKind::kNothing}, // "." and ".." are never entries
                            {"odd/[x]", PathKind::kFile},
                            {"odd/?[x]", PathKind::kNothing},
-                           {"odd/[x*", PathKind::kFile},
-                           {"none/*", PathKind::kNothing}}) {
+                           {"odd/[x*", PathKind::kFile}}) {
         EXPECT_EQ(ProbePath(box.Path(row.path).c_str()), row.expected) << row.path;
     }
     EXPECT_EQ(ProbePath(u"\\"), PathKind::kFolder) << "the root is a folder";
     EXPECT_EQ(ProbePath(u"\\de?"), PathKind::kFolder) << "a pattern in the root";
-    EXPECT_EQ(ProbePath(box.Path("*" + std::string(300, 'x')).c_str()), PathKind::kNothing) << "no name is so long";
+    EXPECT_EQ(ProbePath(box.Path("*" + std::string(300, 'x')).c_str()), PathKind::kNothing) << "longer than any name";
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(box.root());
     EXPECT_EQ(ProbePath(u"f.x*"), PathKind::kFile) << "a pattern without a folder";
@@ -62,7 +57,7 @@ TEST_F(Store, ProbesWhatLiesAtAPath)
     EXPECT_EQ(ProbePath(u""), PathKind::kNothing);
     EXPECT_EQ(ProbePath(nullptr), PathKind::kNothing);
     EXPECT_EQ(ProbePath(std::u16string(5000, u'x').c_str()), PathKind::kNothing);
-    EXPECT_EQ(ProbePath(u"\\tmp\\\xD800"), PathKind::kNothing) << "half a character is no name";
+    EXPECT_EQ(ProbePath(u"\\tmp\\\xD800"), PathKind::kNothing) << "an unpaired surrogate";
     EXPECT_EQ(tap::Held().searches, 0);
 }
 
@@ -71,7 +66,7 @@ TEST_F(Store, DeletesFilesAndLeavesFolders)
     box.Write("f.xml", "x");
     EXPECT_TRUE(DeleteTargetFile(box.Path("f.xml").c_str()));
     EXPECT_EQ(ProbePath(box.Path("f.xml").c_str()), PathKind::kNothing);
-    EXPECT_TRUE(DeleteTargetFile(box.Path("f.xml").c_str())) << "a delete was attempted";
+    EXPECT_TRUE(DeleteTargetFile(box.Path("f.xml").c_str())) << "a missing file is deleted too";
 
     box.MakeFolder("folder");
     errno = 0;
@@ -80,7 +75,7 @@ TEST_F(Store, DeletesFilesAndLeavesFolders)
     EXPECT_EQ(ProbePath(box.Path("folder").c_str()), PathKind::kFolder);
 }
 
-TEST_F(Store, TakesPathsOf260CharactersForTheLongest)
+TEST_F(Store, UsesThe260FirstCharactersOfAPath)
 {
     const std::string folder(200, 'd');
     const auto ofLength = [&](std::size_t length) {
@@ -88,7 +83,7 @@ TEST_F(Store, TakesPathsOf260CharactersForTheLongest)
     };
     box.Write(ofLength(260), "x");
     EXPECT_TRUE(DeleteTargetFile(box.Path(ofLength(260 + 40)).c_str()));
-    EXPECT_FALSE(box.Read(ofLength(260)).has_value()) << "by the first 260 characters";
+    EXPECT_FALSE(box.Read(ofLength(260)).has_value()) << "by its first 260 characters";
 
     for (const std::size_t length : {259u, 260u}) {
         BodyWriter writer;
@@ -128,13 +123,13 @@ TEST_F(Store, PreparesTheLastFolderOnly)
     const auto inFolderOf = [&](std::size_t length) {
         return box.Path(std::string(length - box.Path("").size() - 1, 'x') + "/f");
     };
-    EXPECT_TRUE(prepare(inFolderOf(259), &written)) << "fills its room";
-    EXPECT_FALSE(prepare(inFolderOf(260), &written)) << "longer than its room";
+    EXPECT_TRUE(prepare(inFolderOf(259), &written)) << "fits exactly";
+    EXPECT_FALSE(prepare(inFolderOf(260), &written)) << "too long";
     EXPECT_EQ(written, u"?");
     EXPECT_FALSE(PrepareTargetDirectory(nullptr, {}));
 
     tap::FailNth(1, false);
-    EXPECT_FALSE(prepare(box.Path("list.xml"), &written)) << "no memory";
+    EXPECT_FALSE(prepare(box.Path("list.xml"), &written)) << "out of memory";
 }
 
 TEST_F(Store, TestsTheWholeFolderOnceForEachSeparator)
@@ -142,7 +137,7 @@ TEST_F(Store, TestsTheWholeFolderOnceForEachSeparator)
     const std::u16string path = box.Path("new/list.xml");
     const auto separators = std::count(path.begin(), path.end(), u'\\');
     char16_t folder[260];
-    tap::FailAlways("FindFirst"); // a search that finds nothing, so every pass tries again
+    tap::FailAlways("FindFirst"); // no search finds the folder, so each pass creates it again
     EXPECT_FALSE(PrepareTargetDirectory(path.c_str(), folder)) << "the second creation finds the folder there";
     EXPECT_EQ(tap::CountOf("CreateFolder"), 2);
     EXPECT_EQ(tap::CountOf("FindFirst"), 1 + 2 + 2);

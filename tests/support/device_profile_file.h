@@ -5,7 +5,7 @@
 
 namespace pavonix {
 
-// As the library takes paths.
+// The profile's path, with '\' as the separator.
 inline std::u16string DeviceProfilePath()
 {
     std::u16string path;

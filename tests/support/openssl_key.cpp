@@ -124,7 +124,7 @@ std::string OpenSslKey::Raw(bool privateKey, const std::string &block) const
     const auto apply = privateKey ? RSA_private_encrypt : RSA_public_encrypt;
     const int length =
         apply(static_cast<int>(block.size()), Unsigned(block), Unsigned(result), rsa_.get(), RSA_NO_PADDING);
-    EXPECT_EQ(length, RSA_size(rsa_.get())) << "no block of this key";
+    EXPECT_EQ(length, RSA_size(rsa_.get())) << "not a block of this key";
     return result;
 }
 

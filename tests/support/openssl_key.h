@@ -1,7 +1,7 @@
-// An RSA key pair as OpenSSL sees it.
+// An RSA key pair of OpenSSL.
 #pragma once
 
-#define OPENSSL_SUPPRESS_DEPRECATED // its one-shot RSA calls are just what an oracle needs
+#define OPENSSL_SUPPRESS_DEPRECATED // its old RSA functions are the simplest oracle
 
 #include <memory>
 #include <openssl/bn.h>
@@ -13,7 +13,7 @@
 namespace pavonix::test {
 
 std::string ToBase64(const std::string &bytes);
-std::string FromBase64(const std::string &text); // empty when it is none
+std::string FromBase64(const std::string &text); // empty if invalid
 
 using Number = std::shared_ptr<BIGNUM>;
 Number ToNumber(const std::string &bytes);
@@ -26,7 +26,7 @@ class OpenSslKey {
 public:
     // Makes a new key pair.
     explicit OpenSslKey(int bits);
-    // The key pair of two primes, with the public exponent 65537.
+    // The key pair of two primes and the public exponent 65537.
     OpenSslKey(const std::string &pHex, const std::string &qHex);
 
     std::size_t size() const { return static_cast<std::size_t>(RSA_size(rsa_.get())); }
@@ -37,7 +37,7 @@ public:
 
     // The RSA operation with either key, without padding.
     std::string Raw(bool privateKey, const std::string &block) const;
-    // The message in blocks that were encrypted with either key; "?" for a block that has none.
+    // Decrypts blocks that were encrypted with either key; "?" replaces an invalid block.
     std::string Decode(bool privateKey, int padding, const std::string &cipher) const;
 
 private:

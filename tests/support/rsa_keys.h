@@ -1,4 +1,4 @@
-// RSA keys and vectors kept as data, and random bytes that a test chooses.
+// RSA keys and test vectors, and scripted random bytes.
 #pragma once
 
 #include "rsa/key/rsa_key.h"
@@ -22,11 +22,10 @@ struct TestKey : OpenSslKey {
 const std::vector<TestKey> &TestKeys();
 const TestKey &KeyOfBits(int bits); // the one with rows
 
-// Reads an XML key that must be readable.
+// Reads a valid XML key.
 void ReadTestKey(const std::string &xml, RsaKey *key);
 
-// Makes the 20 bytes the next that the random source gives. Its provider is
-// scripted so that the generator's first words are these.
+// Seeds the generator so that its next 20 bytes are these.
 void ScriptSeed(const std::string &seed);
 
 } // namespace pavonix::test

@@ -1,4 +1,4 @@
-// A temporary folder with files, and its paths as the library takes them.
+// A temporary folder, and the library's paths of its files.
 #pragma once
 
 #include <cstdlib>
@@ -11,7 +11,7 @@
 
 namespace pavonix {
 
-// Where short-lived test files go: thousands of them wait for a disk, not for memory.
+// The folder for short-lived test files: in memory, because thousands of files are slow on a disk.
 inline std::filesystem::path TemporaryRoot()
 {
     const std::filesystem::path memory = "/dev/shm";
@@ -29,7 +29,7 @@ public:
     Sandbox(const Sandbox &) = delete;
     Sandbox &operator=(const Sandbox &) = delete;
 
-    // "a/b" below the folder, as a path with '\' as separator.
+    // The path of "a/b" in the folder, with '\' as the separator.
     std::u16string Path(const std::string &name) const
     {
         std::u16string path = (root_ / std::filesystem::path(name)).u16string();
@@ -49,7 +49,7 @@ public:
         std::filesystem::create_directories(root_ / name);
         return Path(name);
     }
-    // The content of a file, nothing when there is none.
+    // The content of a file, if it exists.
     std::optional<std::string> Read(const std::string &name) const
     {
         std::ifstream file(root_ / name, std::ios::binary);

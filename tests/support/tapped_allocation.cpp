@@ -1,6 +1,6 @@
-// The library allocates with new (std::nothrow), LibTomMath with malloc and its
-// kin (renamed in the copy that the tests link): both are counted and can fail
-// here. The throwing new of the tests themselves passes through uncounted.
+// The library allocates with new (std::nothrow), LibTomMath with malloc, calloc and realloc
+// (renamed in the copy that the tests link): both are counted and can fail. The throwing new
+// of the tests themselves is not counted.
 #include "support/tap.h"
 
 #include <algorithm>
@@ -28,7 +28,7 @@ void *Allocate(std::size_t size)
 {
     void *block = EnterAllocation() ? nullptr : std::malloc(size);
     if (block != nullptr) {
-        std::memset(block, 0xA5, size); // nothing of its former life
+        std::memset(block, 0xA5, size); // hides earlier contents
         auto &state = TheState();
         LibraryBlocks().emplace(block, size);
         ++state.held.blocks;
@@ -54,10 +54,10 @@ void Free(void *block)
     std::free(block);
 }
 
-// The bookkeeping allocates while it frees and the other way round.
+// The bookkeeping itself allocates and frees.
 thread_local bool inside = false;
 
-// For the tests whose threads allocate at the same time.
+// For tests with several threads.
 std::mutex &BookLock()
 {
     static std::mutex *lock = new std::mutex; // never destroyed: the library frees at exit

@@ -1,4 +1,4 @@
-// The tap on the file contract.
+// The tap on the platform's files.
 #include "platform/files.h"
 #include "support/tap.h"
 

@@ -1,4 +1,4 @@
-// The tap on the socket contract, and the scripted peer.
+// The tap on the platform's sockets, and the scripted peer.
 #include "platform/sockets.h"
 #include "support/tap.h"
 
@@ -33,7 +33,7 @@ int __wrap_StartWinsock(std::uint16_t version, std::uint16_t *granted)
 
 int __wrap_CleanupWinsock()
 {
-    Enter("CleanupWinsock"); // its result is never looked at
+    Enter("CleanupWinsock"); // its result is ignored
     return __real_CleanupWinsock();
 }
 
@@ -50,7 +50,7 @@ platform::Socket __wrap_OpenSocket(int family, int type, int protocol)
 int __wrap_CloseSocket(platform::Socket socket)
 {
     const bool fails = Enter("CloseSocket");
-    const int result = __real_CloseSocket(socket); // the descriptor goes either way
+    const int result = __real_CloseSocket(socket); // the descriptor is closed in any case
     TheState().held.sockets -= result == 0 ? 1 : 0;
     return fails ? platform::kSocketError : result;
 }

@@ -1,4 +1,4 @@
-// The tap on the rest of the contract: text, time, locks, random bytes.
+// The tap on the rest of the platform: text, time, locks, random bytes.
 #include "platform/clock.h"
 #include "platform/code_pages.h"
 #include "platform/critical_section.h"

@@ -1,4 +1,4 @@
-// What the library's buffers and logs hold, as strings to compare.
+// The contents of the library's buffers and logs as strings.
 #pragma once
 
 #include "rsa/log/log_base.h"

@@ -1,11 +1,11 @@
-// How often a test that looks for growth repeats itself.
+// The number of repetitions of tests that detect leaks.
 #pragma once
 
 #include <cstdlib>
 
 namespace pavonix::test {
 
-// As often as the environment's PAVONIX_TIMES says, else `few` times.
+// Returns the number in the environment variable PAVONIX_TIMES, else `few`.
 inline int Times(int few)
 {
     const char *times = std::getenv("PAVONIX_TIMES");

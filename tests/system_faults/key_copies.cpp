@@ -1,6 +1,6 @@
-// After a call, no text of the private key is left anywhere in the process. Run it with
-// LD_BIND_NOW=1: a library that is bound late has the vector registers, through which
-// memcpy may have moved a part of a key, saved on the stack.
+// After a call, the process holds no text of the private key. Run this with LD_BIND_NOW=1:
+// lazy binding saves vector registers on the stack, and memcpy may have moved a part of a key
+// through them.
 #include "system_faults/shop_calls.h"
 
 #include <algorithm>
@@ -15,10 +15,10 @@ namespace pavonix {
 
 namespace {
 
-constexpr char kMask = 0x55; // the test must not hold the texts that it looks for
+constexpr char kMask = 0x55; // the test itself must not hold these texts
 constexpr std::size_t kPieceLength = 16;
 
-// Pieces of the private key's numbers, masked, as the profile has them in base64.
+// Masked pieces of the private key's numbers in base64, as in the profile.
 std::vector<std::string> MaskedPieces()
 {
     static char line[8192];
@@ -57,7 +57,7 @@ bool IsAt(const volatile char *memory, const std::string &piece)
     return true;
 }
 
-// Where pieces are in this process's writable memory, by the mapping's name.
+// Returns the mappings of this process's writable memory that contain a piece.
 std::multiset<std::string> CopiesIn(const std::vector<std::string> &pieces)
 {
     std::multiset<std::string> copies;
@@ -100,7 +100,7 @@ TEST_F(KeyCopies, TheLibraryIsBoundAtLoad)
     EXPECT_TRUE(now);
 }
 
-TEST_F(KeyCopies, NoneIsLeftByACall)
+TEST_F(KeyCopies, ACallLeavesNone)
 {
     const std::vector<std::string> pieces = MaskedPieces();
     ASSERT_GE(pieces.size(), 25u);

@@ -1,4 +1,4 @@
-// Reports a run that skipped a test to ctest, which then counts it as skipped and not as passed.
+// Reports a run with a skipped test to ctest, which then counts it as skipped, not as passed.
 #include <cstdlib>
 #include <gtest/gtest.h>
 

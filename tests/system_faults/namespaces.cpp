@@ -1,4 +1,4 @@
-// Disks and names as they are in the field, in namespaces of this process alone.
+// Full or read-only disks and failing names, in namespaces of this process.
 #include "system_faults/shop_calls.h"
 
 #include <arpa/inet.h>
@@ -15,7 +15,7 @@ namespace pavonix {
 
 namespace {
 
-// Without the right to make the others, a user's own namespace may give it.
+// Without the right to create the namespaces, a user namespace may give it.
 bool LeaveNamespaces()
 {
     if (unshare(CLONE_NEWNS | CLONE_NEWNET) == 0) {
@@ -34,7 +34,7 @@ bool MakeMountsPrivate()
     if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
         return true;
     }
-    // The root of a chroot is not a mount point, so it gets one below /proc, where no other namespace sees it.
+    // The root of a chroot is not a mount point, so it is mounted below /proc, invisible to other namespaces.
     constexpr char kRoot[] = "/proc/fs";
     return mount("none", "/proc", nullptr, MS_PRIVATE, nullptr) == 0 &&
            mount("/", kRoot, nullptr, MS_BIND | MS_REC, nullptr) == 0 &&
@@ -49,7 +49,7 @@ bool StartLoopback()
     return ioctl(socket(AF_INET, SOCK_DGRAM, 0), SIOCSIFFLAGS, &loopback) == 0;
 }
 
-// Made before the server, which is to live in them.
+// Created before the server, which must be inside them.
 struct Namespaces {
     static int Make()
     {
@@ -68,7 +68,7 @@ class SystemFaults : private Namespaces, public ShopCalls {
     }
 };
 
-TEST_F(SystemFaults, DisksThatTakeNotAll)
+TEST_F(SystemFaults, FullAndReadOnlyDisks)
 {
     const std::string old = "old", body(70'000, 'x'), most(60'000, 'o');
     const struct {
@@ -82,10 +82,10 @@ TEST_F(SystemFaults, DisksThatTakeNotAll)
         {"full", std::nullopt, 65536, 0, "disk/target", ""},
         {"full before a folder is made", std::nullopt, 65536, 0, "disk/new/target", ""},
         {"becoming full", std::nullopt, 0, 0, "disk/target", body.substr(0, 65536)},
-        {"becoming full behind an old file", most, 0, 0, "disk/target", body.substr(0, 65536)},
-        {"taking no changes", std::nullopt, 0, MS_RDONLY, "disk/target", std::nullopt},
-        {"taking no changes, with an old file", old, 0, MS_RDONLY, "disk/target", old},
-        {"taking no new folder", std::nullopt, 0, MS_RDONLY, "disk/new/target", std::nullopt},
+        {"becoming full after an old file was deleted", most, 0, 0, "disk/target", body.substr(0, 65536)},
+        {"read-only", std::nullopt, 0, MS_RDONLY, "disk/target", std::nullopt},
+        {"read-only with an old file", old, 0, MS_RDONLY, "disk/target", old},
+        {"read-only, new folder", std::nullopt, 0, MS_RDONLY, "disk/new/target", std::nullopt},
     };
     const std::string disk = box.root() / "disk";
     for (const auto &row : rows) {
@@ -104,7 +104,7 @@ TEST_F(SystemFaults, DisksThatTakeNotAll)
     }
 }
 
-// Of the resolver there is only the socket, which takes questions and says nothing.
+// The resolver is a socket that receives queries and never replies.
 TEST_F(SystemFaults, Names)
 {
     const std::string label(63, 'h'), longest = label + "." + label + ".test";
@@ -122,8 +122,8 @@ TEST_F(SystemFaults, Names)
         int result;
         bool asked;
     } rows[] = {{longest, 200, false},
-                {label + "h.test", 0, false}, // a label too long to be asked for
-                {"six.test", 0, true},        // which files and resolver have no IPv4 address of
+                {label + "h.test", 0, false}, // the label is too long for a query
+                {"six.test", 0, true},        // without an IPv4 address
                 {"unknown.test", 0, true}};
     for (const auto &[host, result, asked] : rows) {
         EXPECT_EQ(Good(5, target, std::u16string(host.begin(), host.end())), result) << host;

@@ -1,4 +1,4 @@
-// Very many calls and loads in one process, and calls that signals interrupt.
+// Many calls and loads in one process, and calls interrupted by signals.
 #include "system_faults/shop_calls.h"
 #include "support/times.h"
 
@@ -36,7 +36,7 @@ protected:
         ASSERT_EQ(box.Read("target"), std::string(5000, 'x'));
     }
 
-    // The first hundredth shows what lasts; the other rounds must add nothing.
+    // The first hundredth of the rounds creates the lasting state; the others must not add to it.
     static void ExpectNoGrowth(int rounds, const std::function<void()> &round)
     {
         const auto repeat = [&](int times) {
@@ -49,18 +49,18 @@ protected:
         std::cout << rounds << " rounds: heap " << first.heap << " to " << last.heap << " bytes, resident "
                   << first.resident << " to " << last.resident << " bytes, descriptors " << first.descriptors << " to "
                   << last.descriptors << std::endl;
-        EXPECT_NEAR(last.heap, first.heap, 64 << 10); // what is kept at hand for small blocks
+        EXPECT_NEAR(last.heap, first.heap, 64 << 10); // the allocator's cache of small blocks
         EXPECT_LE(last.resident, first.resident + (1 << 20));
         EXPECT_NEAR(last.descriptors, first.descriptors, 1); // the shop's end of the last connection
     }
 };
 
-TEST_F(Repeated, CallsHoldNothing)
+TEST_F(Repeated, CallsDoNotLeak)
 {
     ExpectNoGrowth(test::Times(3000), [this] { CallEach(); });
 }
 
-TEST_F(Repeated, LoadsHoldNothing)
+TEST_F(Repeated, LoadsDoNotLeak)
 {
     ExpectNoGrowth(test::Times(1000), [this] {
         CallEach();
@@ -70,9 +70,9 @@ TEST_F(Repeated, LoadsHoldNothing)
     });
 }
 
-TEST_F(Repeated, CallsGoOnBehindSignals)
+TEST_F(Repeated, CallsContinueAfterSignals)
 {
-    server.Pause(std::chrono::milliseconds(1)); // so that most signals find a call waiting
+    server.Pause(std::chrono::milliseconds(1)); // so that most signals interrupt a waiting call
     static volatile std::sig_atomic_t signals = 0;
     struct sigaction counting = {}, before;
     counting.sa_handler = [](int) { signals = signals + 1; }; // without SA_RESTART: calls end with EINTR

@@ -1,4 +1,4 @@
-// Calls to a shop on loopback, for tests that disturb them.
+// Calls to a shop on loopback, for tests that inject faults.
 #pragma once
 
 #include "harness/loopback_server.h"
@@ -23,7 +23,7 @@ protected:
         return reinterpret_cast<Function *>(dlsym(library, name));
     }
 
-    // Each asks for a body of so many bytes; a purchase has none.
+    // Downloads request a body of `size` bytes.
     int List(int size, const std::u16string &path) const
     {
         const GoodListRequest request = {0, 0, 1, 2, 3, 4, size};

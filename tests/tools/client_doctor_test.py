@@ -1,4 +1,4 @@
-"""What doctor and watch find at our own odd servers and at nginx."""
+"""The findings of doctor and watch with odd servers and with nginx."""
 
 import json
 import os
@@ -7,17 +7,20 @@ import re
 import signal
 import socket
 import subprocess
+import sys
 import time
-import unittest
 
+from shop_fixture import HERE, PROGRAMS, run
+
+sys.path.append(os.path.join(HERE, "../../tools/demo"))
+import engines
 from client_fixture import ClientTest
 from odd_server import OddServer, reset
-from shop_fixture import PROGRAMS, run
 
 PAGE = b"<a>" + b"x" * 3000 + b"</a>"
 HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: %d\r\n\r\n" % len(PAGE)
-SILENCE = 5  # seconds; longer than any time-out here
-GAP = 0.3  # seconds, in which a busy machine gets round to reading
+SILENCE = 5  # seconds, longer than any time-out here
+GAP = 0.3  # seconds, in which even a busy machine reads
 
 
 class DoctorTest(ClientTest):
@@ -34,13 +37,9 @@ class DoctorTest(ClientTest):
         table = [
             ("sound", (HEAD + PAGE,), set()),
             ("a segment of 1024 bytes first", ((HEAD + PAGE)[:1024], GAP, (HEAD + PAGE)[1024:]), set()),
-            ("an empty line first", (b"\r\n" + HEAD + PAGE,), set()),
-            ("empty lines only", (b"\r\n\r\n",), {"status-line"}),
             ("head alone", (HEAD, GAP, PAGE), {"head-alone"}),
             ("nearly enough first", ((HEAD + PAGE)[:1023], GAP, (HEAD + PAGE)[1023:]), {"head-alone"}),
             ("head in pieces", (HEAD[:20], GAP, HEAD[20:] + PAGE), {"head-in-pieces"}),
-            ("chunks", (b"HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\n<a/>\r\n0\r\n\r\n",), {"chunked"}),
-            ("cut", (HEAD + PAGE[:-4],), {"length-too-large"}),
             ("reset", (HEAD + PAGE[:2000], GAP, reset), {"body-reset"}),
             ("closed", (b"",), {"closed-empty"}),
             ("silent", (SILENCE,), {"silent"}),
@@ -49,15 +48,13 @@ class DoctorTest(ClientTest):
         for name, pieces, expected in table:
             with self.subTest(name):
                 timeout = "0.5" if name in ("silent", "dripping") else "10"
-                code, results, rules = self.doctor("--tries", "2", "--timeout", timeout,
+                code, _, rules = self.doctor("--tries", "2", "--timeout", timeout,
                                                    port=OddServer(self, *pieces).port)
                 self.assertEqual(set(rules) - {"library-differs", "file-not-whole"}, expected, rules)
                 self.assertEqual(code, 8 if expected else 0)
-                if name == "chunks":
-                    self.assertEqual((results["length"], results["through the library"]), ("not tried", "error"))
 
     def test_segments_that_wait_together_are_told_apart(self):
-        """The doctor is held up until head and body both lie before it."""
+        """The doctor is stopped until both head and body have arrived."""
         def answer(connection):
             os.kill(doctor.pid, signal.SIGSTOP)
             connection.sendall(HEAD)
@@ -70,7 +67,7 @@ class DoctorTest(ClientTest):
         output = doctor.communicate(timeout=20)[0]
         self.assertEqual((doctor.returncode, f"seen: {len(HEAD)} bytes of" in output), (8, True), output)
 
-    def test_what_comes_before_a_reply(self):
+    def test_faults_before_a_reply(self):
         self.stop_shop()
         code, results, rules = self.doctor()
         self.assertEqual((code, set(rules), results["connection"], results["head"]),
@@ -118,7 +115,7 @@ class DoctorTest(ClientTest):
         self.assertEqual(len(token), 172)
         self.assertTrue(purchase.endswith("\r\n\r\ntype=1&id=7&force=0\r\n"))
 
-    def test_a_server_that_leaves_the_line_end_unread(self):
+    def test_a_server_that_does_not_read_the_line_end(self):
         def read_the_form_only(connection):
             connection.sendall(b"HTTP/1.1 403 No\r\nX-Error-Code: 5\r\nX-Error-Message: no\r\n\r\n")
             reset(connection)
@@ -129,7 +126,7 @@ class DoctorTest(ClientTest):
                                                      "--tries", "1", port=self.both(shown, server))[2])
 
     def both(self, downloads, purchases):
-        """The port of a server that downloads come from one, purchases from the other."""
+        """Returns the port of a server that replies to downloads like one server and to purchases like the other."""
         def choose(connection):
             chosen = purchases if front.requests[-1].startswith("POST") else downloads
             for piece in chosen.pieces:
@@ -147,7 +144,7 @@ class DoctorTest(ClientTest):
         self.assertEqual({request.split()[0] for request in downloads.requests}, {"GET"})
 
     def test_requests_are_the_librarys(self):
-        """Those over plain sockets, and those of the client's own commands, token apart."""
+        """The requests over plain sockets equal those of the client's commands, except for the token."""
         server = OddServer(self, HEAD + PAGE)
         arguments = ["--profile", self.profile, "--tries", "1"]
         self.doctor(*arguments, "--good", "3,5", "--buy", "1,7", port=server.port, path="/shop/good")
@@ -156,7 +153,7 @@ class DoctorTest(ClientTest):
         requests = {re.sub("User-Cert: .*", "", request) for request in server.requests}
         self.assertEqual(sorted(request.split()[0] for request in requests), ["GET", "POST"], requests)
 
-    def test_the_verdict_says_what_it_covers(self):
+    def test_the_verdict_names_its_scope(self):
         self.register_device(1000)
         command = [f"{PROGRAMS}/pavonix", "doctor", f"http://127.0.0.1:{self.port}/shop/list", "--quiet", "--tries", "1"]
         profile, buy = ["--profile", self.profile], ["--buy", "1,7"]
@@ -208,7 +205,7 @@ class DoctorTest(ClientTest):
         self.assertTrue(done.stdout.isascii() and b"\x1b" not in done.stdout + done.stderr)
 
     def test_nginx(self):
-        """Files sent with sendfile come apart from their head, unless tcp_nopush holds it back."""
+        """With sendfile, a file is sent apart from its head unless tcp_nopush is on."""
         self.write("page.xml", PAGE.decode())
         os.chmod(self.folder, 0o755)
         for lines, expected in (("", set()), ("sendfile on; tcp_nopush on;", set()),
@@ -219,26 +216,14 @@ class DoctorTest(ClientTest):
                 self.assertEqual((code, set(rules) - {"file-not-whole"}), (8 if expected else 0, expected))
 
     def start_nginx(self, lines):
-        with socket.create_server(("127.0.0.1", 0)) as free:
-            port = free.getsockname()[1]
-        configuration = self.write("nginx.conf", f"""
-            daemon off; pid {self.folder}/nginx.pid; error_log {self.folder}/error.log;
-            events {{}}
-            http {{ access_log off; {lines}
-                   client_body_temp_path {self.folder}/b; proxy_temp_path {self.folder}/p;
-                   fastcgi_temp_path {self.folder}/f; uwsgi_temp_path {self.folder}/u; scgi_temp_path {self.folder}/s;
-                   server {{ listen 127.0.0.1:{port}; root {self.folder}; }} }}""")
-        nginx = subprocess.Popen(["nginx", "-e", "stderr", "-p", self.folder, "-c", configuration],
-                                 stderr=subprocess.DEVNULL)
-        self.addCleanup(nginx.wait)
-        self.addCleanup(nginx.terminate)
-        while nginx.poll() is None:
-            try:
-                socket.create_connection(("127.0.0.1", port)).close()
-                return port
-            except ConnectionRefusedError:
-                pass
-        self.fail("nginx did not start")
+        port = engines.free_port()
+        temporary = " ".join(f"{name}_temp_path {self.folder}/{name};"
+                             for name in ("client_body", "proxy", "fastcgi", "uwsgi", "scgi"))
+        path = self.write("nginx.conf", f"pid {self.folder}/nginx.pid; error_log {self.folder}/error.log; events {{}} "
+                          f"http {{ access_log off; {lines} {temporary} "
+                          f"server {{ listen 127.0.0.1:{port}; root {self.folder}; }} }}")
+        command = ["nginx", "-p", self.folder, "-c", path, "-e", "stderr", "-g", "daemon off;"]
+        return self.enterContext(engines.Engine(self.folder, "nginx", command, port)).port
 
 
 class WatchTest(ClientTest):
@@ -251,7 +236,7 @@ class WatchTest(ClientTest):
         self.relay_port = int(re.search(r"port (\d+)", first)[1])
         return relay
 
-    def test_a_device_works_through_it(self):
+    def test_a_device_works_through_the_relay(self):
         self.register_device(1000)
         relay = self.watch(self.port, 3)
         self.assertEqual(self.good(port=self.relay_port)[0], 0)
@@ -265,8 +250,8 @@ class WatchTest(ClientTest):
                       "  < HTTP/1.1 200 OK\\r\\n", "  < X-Error-Code: 908\\r\\n"):
             self.assertIn(words, output)
 
-    def test_it_hides_no_fault_and_names_it(self):
-        """A reply in pieces arrives in pieces, so that the client after it fails as it does without it."""
+    def test_faults_are_forwarded_and_named(self):
+        """A reply in pieces stays in pieces, so that the client fails like without the relay."""
         table = [
             ((HEAD, GAP, PAGE), "good", 5, "error head-alone"),
             ((HEAD[:20], GAP, HEAD[20:] + PAGE), "good", 3, "error head-in-pieces"),

@@ -1,4 +1,4 @@
-"""Profiles made and checked by the client; what it claims of one is compared with what the library sends."""
+"""Profiles made and checked by the client, compared with the library's requests."""
 
 import os
 import re
@@ -15,7 +15,7 @@ PRIVATE = KEY.private_xml()
 
 
 def profile_text(**changes):
-    """A profile without problems; each keyword replaces a line's value, None leaves the line out."""
+    """Returns a valid profile; each keyword replaces a line's value, None removes the line."""
     values = {"User-Agent": "A/1", "User-Serial": "PX-1", "User-Id": "42", "Public-Key": PUBLIC,
               "Private-Key": PRIVATE} | {key.replace("_", "-"): value for key, value in changes.items()}
     return "".join(f"{key}: {value}\n" for key, value in values.items() if value is not None)
@@ -35,21 +35,21 @@ class ProfileTest(unittest.TestCase):
         return done.returncode, done.stdout
 
     def sent(self):
-        """The user agent, serial and id that the library reads from the profile, seen in a request."""
+        """Returns the user agent, serial and id that the library sends with this profile."""
         server = OddServer(self, b"HTTP/1.1 404 No\r\n\r\n")
         run(f"{PROGRAMS}/pavonix", "good", "--url", f"http://127.0.0.1:{server.port}/g", "--profile", self.path, "--type", "1",
             "--id", "1", "--out", os.path.join(self.folder, "x"))
         return tuple(re.search(f"\r\n{name}: (.*?)\r\n", server.requests[0])[1]
                      for name in ("User-Agent", "User-Serial", "User-ID"))
 
-    def test_sound_profiles(self):
+    def test_valid_profiles(self):
         longest = "x" * (1023 - len("User-Agent: "))
         table = [
             ("plain", profile_text(), ("A/1", "PX-1", "42")),
             ("a last line without line feed", profile_text() + "User-No: 7", ("A/1", "PX-1", "42")),
             ("the longest line", profile_text(User_Agent=longest), (longest, "PX-1", "42")),
             ("other lines", "\nname: me\n" + profile_text(), ("A/1", "PX-1", "42")),
-            ("a key behind other text", profile_text(User_Serial=None) + "X User-Serial: S\n", ("A/1", "S", "42")),
+            ("a key after other text", profile_text(User_Serial=None) + "X User-Serial: S\n", ("A/1", "S", "42")),
             ("a later key in a value", profile_text(User_Agent="User-Serial"), ("User-Serial", "PX-1", "42")),
         ]
         for name, text, identity in table:
@@ -132,7 +132,7 @@ class ProfileTest(unittest.TestCase):
         self.assertEqual((code, "written without D" in words), (0, True))
         self.assertEqual(run(f"{PROGRAMS}/pavonix", "profile", "check", self.path).returncode, 0)
 
-    def test_new_profiles_that_cannot_be(self):
+    def test_refused_new_profiles(self):
         table = [(["--bits", "2048"], "holds at most 1023"), (["--bits", "1023"], "multiple of 8"),
                  (["--bits", "256"], "--bits"), (["--user-agent", "a\nUser-Id: 1"], "misread"),
                  (["--serial", "A\nB"], "visible ASCII"), (["--serial", "A B"], "visible ASCII"),

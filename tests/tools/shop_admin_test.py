@@ -14,33 +14,39 @@ HEADER = "type,type_name,category,category_name,id,title,maker,price,added,descr
 
 
 class AdminTest(ShopTest):
-    def administer(self, *arguments, database=None):
+    def keep(self, *arguments, database=None):
         """Returns exit code, output and error output."""
         done = subprocess.run([f"{PROGRAMS}/pavonix-shop", "--db", database or self.database_file, *arguments],
                               capture_output=True, timeout=20)
         return done.returncode, done.stdout.decode(), done.stderr.decode()
 
+    def write(self, name, content):
+        path = os.path.join(self.folder, name)
+        with open(path, "wb") as file:
+            file.write(content if isinstance(content, bytes) else content.encode())
+        return path
+
     def goods(self):
         return self.query("SELECT * FROM good ORDER BY type, id")
 
     def test_export_and_import_are_each_others_reverse(self):
-        exported = self.administer("goods", "export")[1]
+        exported = self.keep("goods", "export")[1]
         rows = list(csv.reader(io.StringIO(exported, newline="")))
         self.assertEqual((",".join(rows[0]) + "\n", len(rows)), (HEADER, 1 + len(self.goods())))
         path = os.path.join(self.folder, "goods.csv")
-        self.administer("goods", "export", path)
+        self.keep("goods", "export", path)
         other = os.path.join(self.folder, "other.db")
-        self.administer("goods", "list", database=other)
+        self.keep("goods", "list", database=other)
         with sqlite3.connect(other) as database:
             database.execute("DELETE FROM good")
         database.close()
-        self.assertEqual(self.administer("goods", "import", path, database=other)[1], "23 goods added, 0 changed\n")
-        self.assertEqual(self.administer("goods", "export", database=other)[1], exported)
+        self.assertEqual(self.keep("goods", "import", path, database=other)[1], "23 goods added, 0 changed\n")
+        self.assertEqual(self.keep("goods", "export", database=other)[1], exported)
 
     def test_import_as_a_spreadsheet_writes_it(self):
         text = "\ufeff" + 'id,title,price,category,type,description,category_name\r\n' + \
             '7,"Notes, ""new""\r\nand more",250,2,1,,\r\n\r\n8,ß <b>,0,9,1,"a\nb",Neu\r\n'
-        self.assertEqual(self.administer("goods", "import", self.write("goods.csv", text)),
+        self.assertEqual(self.keep("goods", "import", self.write("goods.csv", text)),
                          (0, "0 goods added, 2 changed\n", ""))
         self.assertEqual([good[:4] + good[5:6] for good in self.goods() if good[1] in (7, 8) and good[0] == 1],
                          [(1, 7, 2, 'Notes, "new"\r\nand more', 250), (1, 8, 9, "ß <b>", 0)])
@@ -67,27 +73,28 @@ class AdminTest(ShopTest):
         ]
         for content, words in table:
             with self.subTest(words):
-                code, output, errors = self.administer("goods", "import", self.write("goods.csv", content))
-                self.assertEqual((code, output, words in errors, "\x1b" in errors), (1, "", True, False), errors)
+                code, output, complaint = self.keep("goods", "import", self.write("goods.csv", content))
+                self.assertEqual((code, output, words in complaint, "\x1b" in complaint), (1, "", True, False), complaint)
         self.assertEqual(self.goods(), before)
 
     def test_devices(self):
         device = ("--serial", "PX-1", "--user-id", "42")
-        self.register(KEY.public_xml(), 100)
-        self.assertEqual(self.administer("device", "top-up", *device, "--amount", "250")[1],
+        public_key = self.write("device.pub", KEY.public_xml())
+        self.keep("device", "add", *device, "--public-key", public_key, "--balance", "100")
+        self.assertEqual(self.keep("device", "top-up", *device, "--amount", "250")[1],
                          "device PX-1, user 42: balance 350\n")
         self.query("INSERT INTO purchase (serial, user_id, type, id, price, bought_at) VALUES ('PX-1', 42, 1, 5, 9, 'x')")
         self.query("UPDATE good SET title = char(27) || '[2J€, \"' WHERE type = 1 AND id = 5")
-        self.assertEqual(self.administer("device", "list")[1], "serial\tuser\tbalance\tpurchases\nPX-1\t42\t350\t1\n")
-        self.assertTrue(self.administer("purchases")[1].endswith('\t5\t9\tx\t\\x1b[2J\\xe2\\x82\\xac, "\n'))
-        bought = list(csv.DictReader(io.StringIO(self.administer("purchases", "--csv")[1], newline="")))
+        self.assertEqual(self.keep("device", "list")[1], "serial\tuser\tbalance\tpurchases\nPX-1\t42\t350\t1\n")
+        self.assertTrue(self.keep("purchases")[1].endswith('\t5\t9\tx\t\\x1b[2J\\xe2\\x82\\xac, "\n'))
+        bought = list(csv.DictReader(io.StringIO(self.keep("purchases", "--csv")[1], newline="")))
         self.assertEqual([(row["serial"], row["price"], row["title"]) for row in bought], [("PX-1", "9", '\x1b[2J€, "')])
 
-        self.assertIn("would exceed", self.administer("device", "top-up", *device, "--amount", "999999999999")[2])
-        self.assertIn("has purchases, 1 in all", self.administer("device", "remove", *device)[2])
-        self.assertEqual(self.administer("device", "remove", *device, "--with-purchases")[0], 0)
+        self.assertIn("would exceed", self.keep("device", "top-up", *device, "--amount", "999999999999")[2])
+        self.assertIn("has purchases, 1 in all", self.keep("device", "remove", *device)[2])
+        self.assertEqual(self.keep("device", "remove", *device, "--with-purchases")[0], 0)
         for command in (("top-up", *device, "--amount", "1"), ("remove", *device)):
-            self.assertIn("no device PX-1 with user 42", self.administer("device", *command)[2])
+            self.assertIn("no device PX-1 with user 42", self.keep("device", *command)[2])
         self.assertEqual(self.query("SELECT count(*) FROM device, purchase"), [(0,)])
 
     def test_files_that_are_no_database_of_the_shop(self):
@@ -115,8 +122,8 @@ class AdminTest(ShopTest):
         for name, content, words in table:
             with self.subTest(name):
                 path = self.write("x.db", content)
-                code, output, errors = self.administer("--port", "0", database=path)
-                self.assertEqual((code, output, words in errors), (1, "", True), errors)
+                code, output, complaint = self.keep("--port", "0", database=path)
+                self.assertEqual((code, output, words in complaint), (1, "", True), complaint)
                 with open(path, "rb") as file:
                     self.assertEqual(file.read(), content)
 
@@ -139,11 +146,15 @@ class AdminTest(ShopTest):
                  (["goods", "import", "/none"], 2, "/none"), (["goods", "export", "/none/x"], 1, "/none/x")]
         for arguments, expected, words in table:
             with self.subTest(arguments):
-                code, _, errors = self.administer(*arguments)
-                self.assertEqual((code, words in errors), (expected, True), errors)
+                code, _, complaint = self.keep(*arguments)
+                self.assertEqual((code, words in complaint), (expected, True), complaint)
         with open("/dev/full", "w") as full:
             self.assertEqual(subprocess.run([f"{PROGRAMS}/pavonix-shop", "faults"], stdout=full,
                                             stderr=subprocess.DEVNULL).returncode, 1)
         self.stop_shop()
         self.start_shop("--host", "localhost")
         self.assertEqual(self.ask("GET", "/shop/good?type=1&id=1")[0], 200)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,7 +1,6 @@
-"""The sample shop's catalogue, asked by curl, by Python and by hand."""
+"""The sample shop's catalogue, requested by curl, by Python and by plain sockets."""
 
 import subprocess
-import unittest
 import xml.etree.ElementTree as ElementTree
 
 from shop_fixture import ShopTest
@@ -30,7 +29,7 @@ class CatalogueTest(ShopTest):
             with self.subTest(sort=sort):
                 self.assertEqual(self.ids(2, 0, sort, 0, 100), [good[0] for good in expected])
 
-    def test_pages_join_to_the_whole(self):
+    def test_pages_are_complete(self):
         whole = self.ids(3, 0, 3, 0, 100)
         self.assertEqual(len(whole), 7)
         self.assertEqual(sum((self.ids(3, 0, 3, start, 3) for start in (0, 3, 6)), []), whole)
@@ -83,7 +82,7 @@ class CatalogueTest(ShopTest):
 
 
 class WireTest(ShopTest):
-    """What the client needs of a reply's bytes, and what a server must bear."""
+    """The bytes of replies, and malformed or slow requests."""
 
     TARGETS = ["/shop/good?type=3&id=5", LIST.format(1, 0, 0, 0, 100), "/shop/good?type=1&id=1", "/shop/good?type=1"]
 
@@ -134,7 +133,7 @@ class WireTest(ShopTest):
         self.assertEqual(self.ask("GET", "/shop/good?type=1&id=1")[0], 200)
         self.assertTrue(all(line.isascii() for line in self.stop_shop()))
 
-    def test_bytes_behind_the_request_neither_lose_the_reply_nor_get_one(self):
+    def test_bytes_after_the_request_are_ignored(self):
         request = b"GET /shop/good?type=3&id=5 HTTP/1.1\r\nHost: h\r\n\r\n"
         for rest in (b"\r\n", request, b"x" * 300000):
             with self.subTest(rest=len(rest)):
@@ -142,7 +141,7 @@ class WireTest(ShopTest):
                 self.assertEqual(reply.count(b"HTTP/1.1 "), 1)
                 self.assertTrue(reply.endswith(b"</good>\n"))
 
-    def test_a_slow_client_holds_up_nobody(self):
+    def test_a_slow_client_does_not_block_others(self):
         slow = self.connect()
         slow.sendall(b"GET /shop/good?type=1&id=1 HT")
         self.assertEqual(self.ask("GET", "/shop/good?type=1&id=1")[0], 200)

@@ -1,11 +1,10 @@
-"""The shop's faults by name: what the library makes of each, against what `pavonix-shop faults` says of it."""
+"""The shop's faults: the library's result of each, compared with the list of `pavonix-shop faults`."""
 
 import ctypes
 import gzip
 import multiprocessing
 import os
 import re
-import unittest
 
 from shop_fixture import PROGRAMS, Key, ShopTest, run
 
@@ -19,7 +18,7 @@ class Record(ctypes.Structure):
 
 
 def call_library(kind, profile, target, url, port):
-    """Runs in a process of its own, as the library takes one call at a time; returns the status, code and message."""
+    """Runs in its own process, because the library is not reentrant; returns the status, code and message."""
     def wide(text):
         return ctypes.create_string_buffer(text.encode("utf-16-le") + bytes(2))
 
@@ -40,7 +39,7 @@ def listed_faults():
 
 
 def file_state(stored, meant):
-    """In the list's words; the body of `meant` is longer than one reception."""
+    """Returns the list's word; `meant` is longer than one reception."""
     if stored == b"old":
         return "none"
     if stored == meant:
@@ -74,7 +73,7 @@ class FaultTest(ShopTest):
                                                self.port))
 
     def outcome(self, fault, kind, result, seconds):
-        """Returns what the library made of a call, in the list's words, and the record's message."""
+        """Returns the outcome of a call in the list's words, and the record's message."""
         try:
             status, code, message = result.get(seconds)
         except multiprocessing.TimeoutError:
@@ -84,7 +83,7 @@ class FaultTest(ShopTest):
                 return f"{status} {file_state(file.read(), self.meant[kind])}", ""
         return (str(status) if status in (0, 200) else f"{status} code {code}"), message
 
-    def test_the_library_makes_of_each_fault_what_the_list_says(self):
+    def test_results_are_those_of_the_list(self):
         self.meant = {"list": self.ask("GET", "/shop/list?type=1&category=0&sort=0&start=0&max=100")[2],
                       "good": self.ask("GET", "/shop/good?type=3&id=5")[2]}
         faults = listed_faults()
@@ -92,7 +91,7 @@ class FaultTest(ShopTest):
         messages, seen, expected = {}, {}, {}
         with multiprocessing.Pool(24) as pool:
             calls = {(fault[0], kind): self.start_call(pool, fault[0], kind) for fault in faults for kind in NUMBERS}
-            # What waits is looked at last, when the latest reply is long there.
+            # Calls that wait are examined last, after all replies have arrived.
             for name, download, sale, refusal, _ in sorted(faults, key=lambda fault: fault[1] == "waits"):
                 for kind, words in zip(NUMBERS, (download, download, sale, refusal)):
                     result = self.outcome(name, kind, calls[name, kind], 0.1 if words == "waits" else 30)
@@ -103,7 +102,7 @@ class FaultTest(ShopTest):
         self.assertEqual(messages["long-message", "sale"], " " + "m" * 700)
         self.assertEqual(messages["code-0", "sale"], "The body is the message")
         self.assertIn("fÃ¼r BÃ¼cher", messages["utf-8-message", "sale"])
-        # A fault that only spoils the reply sells all the same; one that refuses does not.
+        # A fault that only damages the reply still sells; one that refuses does not.
         sold = self.query("SELECT count(*) FROM purchase")[0][0]
         self.assertEqual(sold, sum(sale in ("0", "200", "waits", "100 code 0") for _, _, sale, *_ in faults))
 
@@ -114,7 +113,7 @@ class FaultTest(ShopTest):
         self.assertEqual(self.ask("GET", "/fault/code-902/shop/good?type=1&id=1")[0], 404)
         self.assertRegex(self.stop_shop()[-1], r"GET /shop/good\?type=1&id=1 404 .*, code 902: .*, fault code-902$")
 
-    def test_names_that_are_none(self):
+    def test_unknown_names(self):
         done = run(SHOP, "--fault", "head-apar")
         self.assertEqual((done.returncode, "unknown fault head-apar" in done.stderr), (2, True), done.stderr)
         for path in ("/fault/", "/fault/x/shop/list", "/fault/%00/shop/list", "/fault/head-apart"):

@@ -1,12 +1,6 @@
-"""The shop's window, in a browser that nobody sees, and by hand."""
+"""The shop's window, in a headless browser and by plain requests."""
 
-import http.client
-import os
-import re
 import tempfile
-import threading
-import time
-import unittest
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
@@ -16,7 +10,6 @@ from shop_fixture import PROGRAMS, Key, ShopTest, run, time_text
 
 KEY = Key()
 EVIL = "<img src=x onerror=\"document.title='hit'\"><script>document.title='hit'</script>"
-PICTURES = os.path.join(PROGRAMS, "pictures")
 
 
 def open_browser(test, *more):
@@ -79,28 +72,28 @@ class WindowTest(ShopTest):
         self.wait_for(".wrong li.error", "The first packet did not hold")
         self.assertEqual(self.buy(9, path="/fault/long-message/shop/buy"), 403)
         self.wait_for(".refused > summary .code", "mmmm")
-        # What other programs change shows, too.
+        # Changes by other programs are shown, too.
         run(f"{PROGRAMS}/pavonix-shop", "--db", self.database_file, "device", "top-up", "--serial", "PX-1",
             "--user-id", "42", "--amount", "5000")
         self.wait_for("#devices td", "58.01")
         self.assertTrue(self.browser.execute_script("return window.stayed"))
 
-        os.makedirs(PICTURES, exist_ok=True)
-        for name, size in (("shop_window", (1200, 900)), ("shop_window_phone", (390, 800))):
-            self.browser.set_window_size(*size)
-            self.browser.execute_script("document.querySelectorAll('.exchange')[3].open = true")
-            self.browser.save_screenshot(os.path.join(PICTURES, name + ".png"))
+        self.browser.set_window_size(390, 800)
         width = self.browser.execute_script("return document.documentElement.scrollWidth - window.innerWidth")
         self.assertLessEqual(width, 0, "a phone would have to scroll sideways")
 
-    def test_the_ninth_browser_learns_that_the_page_is_full(self):
-        for _ in range(8):
-            viewer = self.connect()
+    def test_the_ninth_browser_is_told_that_the_page_is_full(self):
+        viewers = [self.connect() for _ in range(8)]
+        for viewer in viewers:
             viewer.sendall(b"GET /window/events HTTP/1.1\r\nHost: localhost\r\n\r\n")
             self.assertIn(b"200 OK", viewer.recv(64))
         self.browser = open_browser(self)
         self.browser.get(f"http://127.0.0.1:{self.port}/")
         self.wait_for("#state", "Eight browsers watch this page")
+        for viewer in viewers:
+            viewer.close()
+        self.ask("GET", "/shop/good?type=1&id=1")  # an event, which the closed connections do not take
+        WebDriverWait(self.browser, 15).until(lambda browser: browser.refresh() or "live" in self.texts("#state")[0])
 
     def test_hostile_texts_stay_texts(self):
         self.query("UPDATE good SET title = ?, maker = ? WHERE type = 1 AND id = 1", EVIL, "\x1b[2J\u202e" + EVIL)
@@ -119,57 +112,21 @@ class WindowTest(ShopTest):
         self.assertEqual(self.browser.title, "Pavonix shop")
 
     def test_without_scripts(self):
-        self.buy(7)
+        for _ in range(60):
+            self.buy(7)
         page = self.ask("GET", "/")[2].decode()
+        self.assertEqual(page.count("POST /shop/buy HTTP"), 50, "older exchanges are dropped")
         for words in ("POST /shop/buy", "<td>Notes</td>", 'http-equiv="refresh"'):
             self.assertIn(words, page)
 
-    def test_who_may_look(self):
+    def test_access(self):
         self.assertEqual(self.ask("GET", "/", {"Host": "localhost:80"})[0], 200)
         for host in ("shop.example", "127.0.0.1.shop.example", "", "[::2]:80"):
             for path in ("/", "/window/events", "/window/script.js"):
                 self.assertEqual(self.ask("GET", path, {"Host": host})[0], 403)
         self.assertEqual([self.ask("POST", "/")[0], self.ask("GET", "/window/x")[0]], [405, 404])
-        self.assertEqual(len([line for line in self.stop_shop() if "/" in line]), 0, "looking is no business")
+        self.assertEqual(len([line for line in self.stop_shop() if "/" in line]), 0, "views are not logged")
         self.start_shop("--window-for-all")
         status, headers, _ = self.ask("GET", "/", {"Host": "shop.example"})
         self.assertEqual(status, 200)
         self.assertIn("default-src 'none'", headers["Content-Security-Policy"])
-
-    def resident_kilobytes(self):
-        with open(f"/proc/{self.shop.pid}/status") as file:
-            return int(re.search(r"VmRSS:\s+(\d+)", file.read())[1])
-
-    def test_nothing_piles_up(self):
-        """Neither exchanges, nor viewers that read nothing, nor more of them than there is room for."""
-        threading.Thread(target=self.shop.stdout.read, daemon=True).start()  # nobody else reads the log
-        viewers = []
-        for _ in range(10):
-            viewer = self.connect()
-            viewer.sendall(b"GET /window/events HTTP/1.1\r\nHost: localhost\r\n\r\n")
-            viewers.append(viewer)
-        self.assertEqual(sorted(viewer.recv(12)[-3:] for viewer in viewers), [b"200"] * 8 + [b"503"] * 2)
-        filler = {"Filler": "x" * 7000}
-
-        def exchanges(count):
-            for _ in range(count):
-                self.assertEqual(self.ask("POST", "/shop/buy", filler, "x" * 15000)[0], 415)
-            return self.resident_kilobytes()
-
-        first = exchanges(200)
-        self.assertLess(exchanges(1800) - first, 20 * 1024)
-        for viewer in viewers:
-            viewer.close()
-        self.wait_until_served()
-
-    def wait_until_served(self):
-        """Those that left make room again."""
-        for _ in range(100):
-            connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=5)
-            connection.request("GET", "/window/events")
-            status = connection.getresponse().status
-            connection.close()
-            if status == 200:
-                return
-            time.sleep(0.05)
-        self.fail("no room for another viewer")

@@ -1,5 +1,4 @@
-"""What the tracing build writes, in every flavour: a call is made through a caller of that flavour, against replies
-sent as they stand.
+"""The trace of every flavour's tracing build: a caller of that flavour makes calls to scripted replies.
 
 Usage: trace_test.py LIBRARY CALLER...
 """
@@ -21,7 +20,7 @@ HEAD = b"HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n"
 CLOCK_IS_OFF = (b"HTTP/1.1 403 No\r\nX-Error-Code: 906\r\nX-Error-Message: late\r\n"
                 b"X-Server-Timestamp: 2026-1-1 0:0:0.000\r\nContent-Length: 0\r\n\r\n")
 
-# A reply's pieces, sent apart, and what the trace of a download of one good says of it.
+# A reply's pieces, which are sent apart, the result of a download, and lines of its trace.
 DOWNLOADS = {
     "stored": ([HEAD + b"hello"], 200, ["received 43 bytes", "head of 38 bytes, Content-Length 5, 5 body bytes arrived",
                                         "Private-Key 736 characters", "engine:     Success.",
@@ -92,13 +91,13 @@ class TraceTest(unittest.TestCase):
                 self.assertRegex(trace, r"\A[\n\x20-\x7e]*\Z")
 
     def test_connections_that_fail(self):
-        with socket.socket() as bound:  # bound, and nobody listens
+        with socket.socket() as bound:  # bound, but not listening
             bound.bind(("127.0.0.1", 0))
             self.assertRegex(self.get(bound.getsockname()[1])[1], r"connect failed, system error (111|10061)\n")
         self.assertIn("resolve no.such.name.invalid: no such name", self.get(1, "http://no.such.name.invalid/x")[1])
         self.assertIn("nothing was sent: the URL", self.get(1, "https://127.0.0.1/x")[1])
 
-    def test_a_purchase_is_told_without_its_secrets(self):
+    def test_a_purchase_is_traced_without_its_secrets(self):
         result, trace = self.buy(self.listen([CLOCK_IS_OFF]))
         self.assertEqual(result, 403)
         for line in ("User-Cert: (172 characters)\\r\\n", "engine:       OutputSize: 128", "exptmodOutput: (the token)",
@@ -111,7 +110,7 @@ class TraceTest(unittest.TestCase):
             for start in range(0, len(value) - 8, 4):
                 self.assertNotIn(value[start:start + 8], trace, name)
 
-    def test_the_file_is_begun_anew_at_a_megabyte(self):
+    def test_the_file_is_restarted_at_a_megabyte(self):
         self.trace.write_text("x" * 1000001)
         self.assertLess(len(self.get(1)[1]), 10000)
         before = self.trace.stat().st_size

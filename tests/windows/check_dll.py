@@ -4,8 +4,8 @@
     check_dll.py FLAVOUR TOOLS FOLDER
 
 FLAVOUR is ce, x64 or x86, TOOLS the path prefix of its binutils, FOLDER the
-build folder that holds the DLLs and their import libraries. A fault here is one
-that the device reports with no more than "cannot load library".
+build folder that holds the DLLs and their import libraries. A device reports
+such faults only as "cannot load library".
 """
 import pathlib
 import re
@@ -19,7 +19,7 @@ X86_SYMBOLS = {"_GetGoodListXml@24", "_GetOneGoodXml@24", "_GetBuyGood@20"}
 MACHINES = {"ce": 0x1C0, "x64": 0x8664, "x86": 0x14C}
 LIBRARY_MACHINES = {**MACHINES, "ce": 0x1C2}
 LARGEST = {"ce": 76 * 1024, "x64": 140 * 1024, "x86": 125 * 1024}
-TRACING = 16 * 1024  # what the tracing build may take beside that
+TRACING = 16 * 1024  # additional size of the tracing build
 CE_SUBSYSTEM, CONSOLE_SUBSYSTEM = 9, 3
 NEWEST_CE = (6, 0)
 CE_SECTIONS = {b".text", b".data", b".rdata", b".pdata", b".bss", b".edata", b".idata", b".rsrc", b".reloc"}
@@ -35,7 +35,7 @@ def check_kind(flavour, dll):
     if flavour == "ce":
         version = header.MajorSubsystemVersion, header.MinorSubsystemVersion
         assert version <= NEWEST_CE, version
-        assert header.DllCharacteristics == 0, hex(header.DllCharacteristics)  # these mean nothing to it
+        assert header.DllCharacteristics == 0, hex(header.DllCharacteristics)  # Windows CE ignores these
     assert not dll.get_warnings(), dll.get_warnings()
     resource = dll.VS_FIXEDFILEINFO[0].FileVersionMS
     assert (header.MajorImageVersion, header.MinorImageVersion) == (resource >> 16, resource & 0xFFFF), hex(resource)
@@ -85,7 +85,7 @@ def check_dll(flavour, path, largest):
 
 
 def check_program(path):
-    """The program that tests a device must start on an image that lacks what the DLL needs."""
+    """The program that tests a device must start on an image that lacks the DLL's imports."""
     program = pefile.PE(path)
     header = program.OPTIONAL_HEADER
     assert (program.FILE_HEADER.Machine, header.Subsystem, program.is_dll()) == (MACHINES["ce"], CE_SUBSYSTEM, False)

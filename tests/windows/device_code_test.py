@@ -33,7 +33,7 @@ Function = namedtuple("Function", "start prologue length")
 
 
 class Image:
-    """The DLL as it lies in memory, with what its headers and its map say of it."""
+    """The DLL as loaded into memory, with facts from its headers and its map."""
 
     def __init__(self, folder):
         self.pe = pefile.PE(folder / "PAVONIX.dll")
@@ -65,12 +65,12 @@ class Image:
         return next((f for f in self.functions if f.start <= address < f.start + 4 * f.length), None)
 
     def unwind(self, registers, read_word):
-        """What the registers were in the caller of the function at registers[PC]."""
+        """Returns the registers in the caller of the function at registers[PC]."""
         before = dict(registers)
         function = self.function_at(registers[PC])
         assert function, "no function at %x" % registers[PC]
-        behind = min(function.start + 4 * function.prologue, registers[PC])
-        for address in range(behind - 4, function.start - 4, -4):
+        end = min(function.start + 4 * function.prologue, registers[PC])
+        for address in range(end - 4, function.start - 4, -4):
             instruction = self.word(address)
             if instruction >> 16 == 0xE92D:  # stmfd sp!, {...}
                 for register in (r for r in range(16) if instruction >> r & 1):
@@ -90,7 +90,7 @@ class Image:
 
 
 def turned(instruction):
-    """The constant of an instruction: eight bits, turned right by twice four more."""
+    """Returns the constant of an instruction: eight bits, rotated right by twice the next four."""
     turn, value = instruction >> 7 & 30, instruction & 0xFF
     return (value >> turn | value << 32 - turn) & 0xFFFFFFFF
 
@@ -150,7 +150,7 @@ class DeviceCode(unittest.TestCase):
                     for m in [re.search(r"\[pc, #(\w+)\]$", i.op_str)] if m}
             for address, instruction in code.items():
                 if address >= min(data, default=end):
-                    break  # constants stand behind the code
+                    break  # constants follow the code
                 if address in self.image.data:
                     continue  # a jump table
                 text = "%x %s %s" % (address, instruction.mnemonic, instruction.op_str)

@@ -1,5 +1,5 @@
-// A small image for the runner, with the exports of the library and none of its
-// code: GetOneGoodXml does what is asked for by the good's id, right or wrong.
+// A small image for the runner with the exports of the library but not its code:
+// GetOneGoodXml performs the action that the good's id selects, valid or not.
 #include "pavonix/pavonix.h"
 #include "platform/windows/ce/system.h"
 #include "probes.h"
@@ -21,7 +21,7 @@ bool startsInEntry = false;
     return calls ? static_cast<int>(GetTickCount() & 1) + bytes[0] : bytes[0];
 }
 
-int Answer(Probe probe, int value)
+int Perform(Probe probe, int value)
 {
     alignas(4) static volatile unsigned char bytes[8];
     int word = 0;
@@ -59,7 +59,7 @@ int Answer(Probe probe, int value)
     case Probe::kCallDeep:
         return UseStack(value, true);
     case Probe::kChangeRegister:
-        asm volatile("mov r11, #0"); // and the compiler does not know
+        asm volatile("mov r11, #0"); // unknown to the compiler
         break;
     case Probe::kStartInEntry:
         startsInEntry = true;
@@ -90,7 +90,7 @@ int GetGoodListXml(const PavonixChar *, const GoodListRequest *, const PavonixCh
 int GetOneGoodXml(const PavonixChar *, const OneGoodRequest *request, const PavonixChar *, int, const PavonixChar *,
                   int)
 {
-    return Answer(static_cast<Probe>(request->id), request->type);
+    return Perform(static_cast<Probe>(request->id), request->type);
 }
 
 int GetBuyGood(const PavonixChar *, const BuyGoodRequest *, BuyGoodResult *, const PavonixChar *, int)

@@ -1,4 +1,4 @@
-// What the probe image can be asked to do, by its number.
+// The actions of the probe image, by number.
 #pragma once
 
 namespace pavonix::ce {

@@ -16,13 +16,13 @@ namespace {
 
 namespace process = boost::process;
 
-constexpr std::chrono::seconds kStartPatience(120); // a first start of Wine sets up its folder
+constexpr std::chrono::seconds kStartPatience(120); // the first start of Wine creates its folder
 
 } // namespace
 
 struct CallerProcess::Running {
     process::pipe input, output;
-    process::child program; // its end is that of the program
+    process::child program; // its destruction ends the program
     std::string pending;
 };
 
@@ -31,10 +31,9 @@ bool WaitsForever()
     return std::getenv("PAVONIX_NO_TIMEOUT") != nullptr;
 }
 
-CallerProcess::CallerProcess(std::vector<std::string> command, std::string errorFile)
-    : command_(std::move(command)), errorFile_(std::move(errorFile))
+CallerProcess::CallerProcess(const std::string &command, std::string errorFile)
+    : command_("/usr/bin/env " + command), errorFile_(std::move(errorFile)) // env reports a missing program
 {
-    command_.insert(command_.begin(), "/usr/bin/env"); // which reports a missing program on standard error
 }
 
 CallerProcess::~CallerProcess() = default;
@@ -42,7 +41,7 @@ CallerProcess::~CallerProcess() = default;
 bool CallerProcess::Start()
 {
     running_ = std::make_unique<Running>();
-    std::filesystem::remove(errorFile_); // what an earlier program wrote
+    std::filesystem::remove(errorFile_); // output of an earlier program
     std::error_code error;
     running_->program = process::child(command_, process::std_in<running_->input, process::std_out> running_->output,
                                        process::std_err > errorFile_, error);
@@ -56,14 +55,14 @@ bool CallerProcess::Write(const std::string &line)
 
 std::optional<std::string> CallerProcess::Ask(const std::string &command, std::chrono::seconds patience)
 {
-    std::optional<std::string> answer;
+    std::optional<std::string> reply;
     if ((running_ || Start()) && Write(command + "\n")) {
-        answer = ReadLine(patience);
+        reply = ReadLine(patience);
     }
-    if (!answer) {
+    if (!reply) {
         running_.reset();
     }
-    return answer;
+    return reply;
 }
 
 std::optional<std::string> CallerProcess::ReadLine(std::chrono::seconds patience)
@@ -89,7 +88,7 @@ std::optional<std::string> CallerProcess::ReadLine(std::chrono::seconds patience
     }
     std::string line = pending.substr(0, end);
     pending.erase(0, end + 1);
-    if (!line.empty() && line.back() == '\r') { // Windows ends its lines so
+    if (!line.empty() && line.back() == '\r') { // a Windows line end
         line.pop_back();
     }
     return line;
@@ -102,12 +101,12 @@ bool CallerProcess::Quit()
     }
     const bool sent = Write("quit\n");
     running_->program.wait();
-    const bool well = running_->program.exit_code() == 0; // a signal's number if one ended it
+    const bool succeeded = running_->program.exit_code() == 0; // the signal's number if a signal ended it
     running_.reset();
-    return sent && well;
+    return sent && succeeded;
 }
 
-std::string CallerProcess::Complaints() const
+std::string CallerProcess::ErrorOutput() const
 {
     std::ostringstream text;
     text << std::ifstream(errorFile_).rdbuf();

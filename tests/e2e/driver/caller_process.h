@@ -1,12 +1,11 @@
-// A running caller: the program that has the library loaded and makes calls on
-// command. It is kept alive from row to row and started anew after it died.
+// A running caller: the program that loads the library and makes calls on command. It
+// stays alive between rows and is restarted after a crash.
 #pragma once
 
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace pavonix::e2e {
 
@@ -15,23 +14,22 @@ bool WaitsForever();
 
 class CallerProcess {
 public:
-    // The program is looked up in PATH. Its standard error goes into errorFile.
-    CallerProcess(std::vector<std::string> command, std::string errorFile);
+    // The program is looked up in PATH. Its standard error is written to errorFile.
+    CallerProcess(const std::string &command, std::string errorFile);
     ~CallerProcess();
     CallerProcess(const CallerProcess &) = delete;
     CallerProcess &operator=(const CallerProcess &) = delete;
 
-    // Sends one command and returns the answer's line. Starts the program first
-    // when it does not run. Nullopt when it died or stayed silent for too long;
-    // it is then gone.
+    // Sends one command and returns the reply's line. Starts the program if it is not
+    // running. Returns nullopt, and ends the program, if it crashed or timed out.
     std::optional<std::string> Ask(const std::string &command,
                                    std::chrono::seconds patience = std::chrono::seconds(60));
 
-    // Ends the program by `quit`; true when it did not run or exited with 0.
+    // Ends the program with `quit`; returns true if it was not running or exited with 0.
     bool Quit();
 
-    // What the program has written to standard error since its start.
-    std::string Complaints() const;
+    // The program's standard error since its start.
+    std::string ErrorOutput() const;
 
 private:
     struct Running;
@@ -40,8 +38,7 @@ private:
     bool Write(const std::string &line);
     std::optional<std::string> ReadLine(std::chrono::seconds patience);
 
-    std::vector<std::string> command_;
-    std::string errorFile_;
+    std::string command_, errorFile_;
     std::unique_ptr<Running> running_; // null while it does not run
 };
 

@@ -15,7 +15,7 @@ void ExpectFreshToken(const DeviceKey &key, const std::string &token)
     ASSERT_TRUE(std::regex_match(text, part,
                                  std::regex(R"((20\d\d)-([1-9]\d?)-([1-9]\d?) (\d|[1-9]\d):(\d|[1-9]\d):(\d|[1-9]\d))"
                                             R"(\.-?(\d{3}))")))
-        << "not of this device: " << token << " holds " << text;
+        << "not made with this device's key: " << token << " holds " << text;
     std::tm time = {};
     time.tm_year = std::stoi(part[1]) - 1900;
     time.tm_mon = std::stoi(part[2]) - 1;

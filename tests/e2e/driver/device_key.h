@@ -1,17 +1,16 @@
-// The device's key pair, and the server's view of a token.
+// The device's key pair, and the server's check of a token.
 #pragma once
 
 #include "support/openssl_key.h"
 
 namespace pavonix::e2e {
 
-class DeviceKey : public test::OpenSslKey {
-public:
+struct DeviceKey : test::OpenSslKey {
     using OpenSslKey::OpenSslKey;
 };
 
-// Expects that the token opens to the local time as the device writes it, a few
-// seconds ago at most.
+// Expects that the token decrypts to the local time in the device's format, at most a few
+// seconds ago.
 void ExpectFreshToken(const DeviceKey &key, const std::string &token);
 
 } // namespace pavonix::e2e

@@ -1,4 +1,4 @@
-// What differs between the builds of the library as seen from outside.
+// Differences between the builds of the library that a caller sees.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@ namespace pavonix::e2e {
 
 enum class Flavour { kLinux, kWindows, kCe };
 
-// The text under which the library reaches a file of this machine: `\tmp\x` or,
-// where Wine shows the machine's files as a drive, `Z:\tmp\x`. ASCII paths only.
+// The library's path of a file of this machine: `\tmp\x` or, under Wine, `Z:\tmp\x`.
+// ASCII paths only.
 inline std::u16string LibraryPath(Flavour flavour, const std::string &path)
 {
     std::u16string text = flavour == Flavour::kWindows ? u"Z:" : u"";

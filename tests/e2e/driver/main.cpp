@@ -1,7 +1,7 @@
-// e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] [--only=rows]
+// e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce]
 //
-// Plays the table of scenarios, and the longer tests beside it, through one build
-// of the library. COMMAND starts the caller for that build and may hold arguments.
+// Runs the table of scenarios and the longer tests with one build of the library. COMMAND
+// starts the caller for that build and may contain arguments.
 #include "rows/rows.h"
 #include "run_scenario.h"
 #include "suite.h"
@@ -10,7 +10,6 @@
 
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 
 namespace pavonix::e2e {
 
@@ -41,27 +40,6 @@ std::string Option(int count, char **arguments, const std::string &name)
     return "";
 }
 
-std::vector<std::string> Words(const std::string &text)
-{
-    std::istringstream input(text);
-    return {std::istream_iterator<std::string>(input), {}};
-}
-
-// How to start the caller with its library; empty when an option is missing.
-std::vector<std::string> ReadOptions(int count, char **arguments)
-{
-    Suite &suite = TheSuite();
-    const std::string flavour = Option(count, arguments, "flavour");
-    suite.flavour = flavour == "windows" ? Flavour::kWindows : flavour == "ce" ? Flavour::kCe : Flavour::kLinux;
-    std::vector<std::string> command = Words(Option(count, arguments, "caller"));
-    const std::string library = Option(count, arguments, "library");
-    if (command.empty() || library.empty()) {
-        return {};
-    }
-    command.push_back(std::filesystem::absolute(library));
-    return command;
-}
-
 } // namespace
 
 } // namespace pavonix::e2e
@@ -70,14 +48,11 @@ int main(int count, char **arguments)
 {
     using namespace pavonix::e2e;
     testing::InitGoogleTest(&count, arguments);
-    const std::vector<std::string> command = ReadOptions(count, arguments);
-    if (command.empty()) {
-        std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce] "
-                     "[--only=rows]\n";
+    const std::string caller = Option(count, arguments, "caller"), library = Option(count, arguments, "library"),
+                      flavour = Option(count, arguments, "flavour");
+    if (caller.empty() || library.empty()) {
+        std::cerr << "usage: e2e_tests --caller=COMMAND --library=FILE [--flavour=linux|windows|ce]\n";
         return 2;
-    }
-    if (Option(count, arguments, "only") == "rows" && GTEST_FLAG_GET(filter) == "*") {
-        GTEST_FLAG_SET(filter, "Scenario.*");
     }
     for (const Scenario &row : AllRows()) {
         const RowName &name = row.name;
@@ -85,5 +60,6 @@ int main(int count, char **arguments)
                               static_cast<int>(name.place.line()),
                               [row]() -> testing::Test * { return new ScenarioTest(row); });
     }
-    return RunSuite(command);
+    TheSuite().flavour = flavour == "windows" ? Flavour::kWindows : flavour == "ce" ? Flavour::kCe : Flavour::kLinux;
+    return RunSuite(caller + " " + std::filesystem::absolute(library).string());
 }

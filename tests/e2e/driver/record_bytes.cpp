@@ -30,7 +30,7 @@ std::string RecordBytes(const Record &record)
     return bytes;
 }
 
-// The bytes of a field up to the untouched rest, in hexadecimal digits.
+// The written bytes of a field, in hexadecimal digits.
 std::string Shown(const std::string &field)
 {
     const std::size_t length = field.find_last_not_of(kUntouchedByte) + 1;
@@ -52,7 +52,7 @@ std::string RecordDifference(const Record &expected, const std::string &found)
     const struct {
         const char *name;
         std::size_t start, end;
-    } fields[] = {{"the caller's own words", 0, kErrorCodeAt},
+    } fields[] = {{"the reserved words", 0, kErrorCodeAt},
                   {"errorCode", kErrorCodeAt, kMessageAt},
                   {"message", kMessageAt, kTimestampAt},
                   {"serverTimestamp", kTimestampAt, bytes.size()}};

@@ -7,11 +7,11 @@
 
 namespace pavonix::e2e {
 
-// What every byte of a record holds before the call.
+// The value of every byte of a record before the call.
 inline constexpr char kUntouchedByte = '\xA5';
 
-// The fields of a record that differ from the expected ones, as bytes in hexadecimal
-// digits; empty when none does.
+// Describes the fields of a record that differ from the expected ones, as hexadecimal
+// bytes; empty if all fields are equal.
 std::string RecordDifference(const Record &expected, const std::string &found);
 
 } // namespace pavonix::e2e

@@ -17,8 +17,8 @@ namespace {
 
 constexpr char kTokenMark[] = "{token}";
 
-// Puts what is at the token's place in the received request, up to the line's
-// end, in the place of the mark.
+// Replaces the mark by the token of the received request: the text at the same place, up
+// to the end of the line.
 std::string WithToken(const std::string &expected, const std::string &received, std::string *token)
 {
     const std::size_t place = expected.find(kTokenMark);
@@ -31,8 +31,8 @@ std::string WithToken(const std::string &expected, const std::string &received, 
 
 void CheckRequest(const Scenario &row, const Exchange &seen)
 {
-    EXPECT_EQ(row.request.has_value(), seen.connected) << "whether there was a connection";
-    if (!row.request || row.server != Server::kAnswers) {
+    EXPECT_EQ(row.request.has_value(), seen.connected) << "whether the library connected";
+    if (!row.request || row.server != Server::kReplies) {
         return;
     }
     std::string token;
@@ -84,13 +84,13 @@ void RunScenario(const Scenario &row)
 
     ScriptedServer server({row.server, row.pieces, row.ending});
     const Flavour flavour = TheSuite().flavour;
-    const std::optional<Answer> answer = MakeCall({.function = row.function,
-                                                   .profile = LibraryPath(flavour, profile),
-                                                   .words = row.words,
-                                                   .target = LibraryPath(flavour, targets + "/") + row.target,
-                                                   .force = row.force,
-                                                   .url = row.url,
-                                                   .port = server.port() + row.portOffset});
+    const std::optional<CallResult> answer = MakeCall({.function = row.function,
+                                                       .profile = LibraryPath(flavour, profile),
+                                                       .words = row.words,
+                                                       .target = LibraryPath(flavour, targets + "/") + row.target,
+                                                       .force = row.force,
+                                                       .url = row.url,
+                                                       .port = server.port() + row.portOffset});
     const Exchange seen = server.Finish();
 
     ASSERT_TRUE(answer);
@@ -99,7 +99,7 @@ void RunScenario(const Scenario &row)
     EXPECT_EQ("", Differences(row.after, ReadTree(targets)));
     EXPECT_EQ(1 + row.profile.has_value() + trace.exists(),
               std::distance(std::filesystem::directory_iterator(folder.path()), std::filesystem::directory_iterator()))
-        << "files beside the targets";
+        << "unexpected files";
     if (row.function == Export::kBuy) {
         EXPECT_EQ("", RecordDifference(row.record, answer->record));
     }

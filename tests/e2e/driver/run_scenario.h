@@ -4,7 +4,7 @@
 
 namespace pavonix::e2e {
 
-// Plays one row with the suite's caller and checks everything the row says.
+// Plays one row with the suite's caller and checks all its expectations.
 void RunScenario(const Scenario &row);
 
 } // namespace pavonix::e2e

@@ -1,5 +1,5 @@
-// One end-to-end scenario: what stands on the disk, the call, what the server
-// says to it, and what must come of all that. The same rows run on every flavour.
+// One end-to-end scenario: the files, the call, the server's reply, and the expected
+// outcome. The same rows run on every flavour.
 #pragma once
 
 #include <map>
@@ -13,14 +13,14 @@ namespace pavonix::e2e {
 enum class Export { kList, kGood, kBuy };
 
 enum class Server {
-    kAnswers,      // reads the request, sends the pieces
+    kReplies,      // reads the request, sends the pieces
     kNeverAccepts, // leaves the connection in the queue, then stops listening
-    kRefuses,      // nothing listens on the port
+    kRefuses,      // no process listens on the port
 };
 
-// What the server does after the last piece.
+// The server's action after the last piece.
 enum class Ending {
-    kWaits,  // leaves it to the client to close
+    kWaits,  // waits for the client to close
     kCloses, // an orderly close of its side
     kResets, // a reset
 };
@@ -31,8 +31,8 @@ class DeviceKey;
 // UTF-8; a name that ends in '/' is a folder and has no content.
 using Tree = std::map<std::string, std::string>;
 
-// What the purchase record must hold; a field without a value was not written.
-// The texts are written in this order, each with its terminator.
+// The expected purchase record; a field without a value must not be written. The texts are
+// written in this order, each with its terminator.
 struct Record {
     std::optional<int> errorCode;
     std::optional<std::u16string> message;
@@ -51,7 +51,7 @@ inline constexpr char kListRequest[] = "GET /goods?type=1&category=2&sort=3&star
                                        "User-ID: 42\r\n"
                                        "\r\n";
 
-// A row's name, and where in the table it is given: a failing row names that line.
+// A row's name and its line in the table, which a failure reports.
 struct RowName {
     RowName(const char *given, std::source_location at = std::source_location::current()) : text(given), place(at) {}
 
@@ -75,17 +75,16 @@ struct Scenario {
     std::u16string url = u"http://127.0.0.1/goods";
     int portOffset = 0; // added to the server's port
 
-    // The server. A piece is sent in one go, once the client has taken in all
-    // that came before it.
-    Server server = Server::kAnswers;
+    // The server. Each piece is sent at once, after the client has received all earlier ones.
+    Server server = Server::kReplies;
     std::vector<std::string> pieces = {};
     Ending ending = Ending::kWaits;
 
-    // What must come of it.
+    // The expected outcome.
     std::optional<std::string> request = kListRequest; // all bytes; nullopt: no connection was made
     int result = 200;
     Tree after = {};
-    const DeviceKey *signer = nullptr; // whose token replaces "{token}" in the request; null: an empty one
+    const DeviceKey *signer = nullptr; // whose token replaces "{token}" in the request; null: the token is empty
     Record record = {};
 };
 
@@ -93,10 +92,10 @@ struct Scenario {
 std::string Head(const std::vector<std::string> &lines);
 // A reply of status 200 with "Content-Length: announced" as its only header.
 std::string Announce(std::size_t announced, const std::string &body);
-// `count` bytes in which every piece is unlike every other.
+// `count` pseudo-random bytes, so that no two parts are equal.
 std::string Bytes(std::size_t count);
-// What the library keeps of a first reception: always 1024 bytes less the head,
-// zeros where nothing arrived.
+// The body bytes that the library takes from the first reception: always 1024 bytes without
+// the head, zeros after the received bytes.
 std::string FirstReception(const std::string &reply);
 
 } // namespace pavonix::e2e

@@ -36,8 +36,8 @@ int PortOf(int socket, int (*which)(int, sockaddr *, socklen_t *))
     return ntohs(address.sin_port);
 }
 
-// The bytes that wait unread at the client's end of a loopback connection, from
-// the kernel's list of sockets; -1 when that end is closed.
+// Unread bytes at the client's end of a loopback connection, from the kernel's list of
+// sockets; -1 if that end is closed.
 long UnreadAtClient(int clientPort, int serverPort)
 {
     constexpr long kEstablished = 1, kCloseWait = 8;
@@ -56,8 +56,8 @@ long UnreadAtClient(int clientPort, int serverPort)
     return -1;
 }
 
-// Returns when the client has taken in all that was sent (or has closed, or does
-// nothing for long): what is sent next cannot merge with what came before.
+// Waits until the client has received all sent bytes, has closed or times out, so that
+// later bytes cannot merge with earlier ones.
 void WaitUntilTaken(int client)
 {
     const int clientPort = PortOf(client, getpeername), serverPort = PortOf(client, getsockname);
@@ -72,7 +72,7 @@ void WaitUntilTaken(int client)
     }
 }
 
-// A GET ends with the blank line; a form's body is followed by one more line end.
+// A GET ends with a blank line; after a form's body follows one CR LF.
 bool IsComplete(const std::string &request)
 {
     const std::size_t blank = request.find("\r\n\r\n");
@@ -96,7 +96,7 @@ ScriptedServer::ScriptedServer(ServerScript script) : script_(std::move(script))
         std::abort();
     }
     port_ = PortOf(listener_, getsockname);
-    if (script_.manner != Server::kRefuses) { // a bound port that nobody listens on refuses
+    if (script_.manner != Server::kRefuses) { // a bound port without a listener refuses connections
         listen(listener_, 1);
         thread_ = std::thread(&ScriptedServer::Run, this);
     }
@@ -121,7 +121,7 @@ Exchange ScriptedServer::Finish()
     return seen_;
 }
 
-// True when a client is in the queue, also one that came just before the end.
+// Returns true if a client is in the queue, also if it connected just before Finish.
 bool ScriptedServer::WaitForClient()
 {
     pollfd events[] = {{listener_, POLLIN, 0}, {stop_[0], POLLIN, 0}};
@@ -137,7 +137,7 @@ void ScriptedServer::Run()
     seen_.connected = true;
     if (script_.manner == Server::kNeverAccepts) {
         std::this_thread::sleep_for(milliseconds(50));
-        shutdown(listener_, SHUT_RDWR); // resets what is in the queue
+        shutdown(listener_, SHUT_RDWR); // resets the queued connection
         return;
     }
     const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
@@ -178,7 +178,7 @@ void ScriptedServer::SendPieces(int client)
         while (sent < piece.size()) {
             const ssize_t count = send(client, piece.data() + sent, piece.size() - sent, MSG_NOSIGNAL);
             if (count <= 0) {
-                return; // the client closed early, as it may
+                return; // the client may close early
             }
             sent += static_cast<std::size_t>(count);
         }

@@ -1,4 +1,4 @@
-// A TCP server on 127.0.0.1 that plays one row's part and notes what it saw.
+// A TCP server on 127.0.0.1 that plays one row's script and records the exchange.
 #pragma once
 
 #include "scenario.h"
@@ -10,20 +10,20 @@
 namespace pavonix::e2e {
 
 struct ServerScript {
-    Server manner = Server::kAnswers;
+    Server manner = Server::kReplies;
     std::vector<std::string> pieces;
     Ending ending = Ending::kWaits;
 };
 
 struct Exchange {
     bool connected = false;    // a client connected
-    std::string received;      // every byte it sent, also behind the request's end
-    bool clientClosed = false; // it closed the connection in the end
+    std::string received;      // all bytes from the client, including any after the request
+    bool clientClosed = false; // the client closed the connection
 };
 
 class ScriptedServer {
 public:
-    // Takes a free port; serves one client in a thread of its own.
+    // Listens on a free port; serves one client on its own thread.
     explicit ScriptedServer(ServerScript script);
     ~ScriptedServer();
     ScriptedServer(const ScriptedServer &) = delete;
@@ -31,8 +31,8 @@ public:
 
     int port() const { return port_; }
 
-    // To be called when the library's call has returned: ends the server and
-    // tells what happened.
+    // To be called after the library's call has returned: ends the server and returns the
+    // exchange.
     Exchange Finish();
 
 private:

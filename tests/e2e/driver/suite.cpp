@@ -13,13 +13,13 @@ namespace pavonix::e2e {
 
 namespace {
 
-// Ends the caller after the last test; it then reports what the library left open.
+// Ends the caller after the last test; it then reports resources that the library leaked.
 class CallerEnvironment : public testing::Environment {
 public:
     void TearDown() override
     {
         CallerProcess &caller = *TheSuite().caller;
-        EXPECT_TRUE(caller.Quit()) << "the caller ended badly:\n" << caller.Complaints();
+        EXPECT_TRUE(caller.Quit()) << "the caller failed:\n" << caller.ErrorOutput();
     }
 };
 
@@ -43,7 +43,7 @@ std::string Command(const ShopCall &call)
     for (const int word : call.words) {
         line << ' ' << word;
     }
-    if (call.function != Export::kBuy) { // a purchase has its force among the words
+    if (call.function != Export::kBuy) { // a purchase has its force in the request record
         line << ' ' << Hex(call.target) << ' ' << call.force;
     }
     line << ' ' << Hex(call.url) << ' ' << call.port;
@@ -52,7 +52,7 @@ std::string Command(const ShopCall &call)
 
 } // namespace
 
-int RunSuite(const std::vector<std::string> &callerCommand)
+int RunSuite(const std::string &callerCommand)
 {
     std::signal(SIGPIPE, SIG_IGN);
     const RowFolder scratch(std::filesystem::temp_directory_path());
@@ -68,7 +68,7 @@ Suite &TheSuite()
     return suite;
 }
 
-std::optional<Answer> MakeCall(const ShopCall &call)
+std::optional<CallResult> MakeCall(const ShopCall &call)
 {
     CallerProcess &caller = *TheSuite().caller;
     const std::optional<std::string> line = caller.Ask(Command(call));
@@ -77,17 +77,17 @@ std::optional<Answer> MakeCall(const ShopCall &call)
     int result = 0;
     words >> kind >> result >> record;
     if (kind != "result") {
-        ADD_FAILURE() << "no result from the caller, but: " << line.value_or("silence or its death") << "\n"
-                      << caller.Complaints();
+        ADD_FAILURE() << "no result from the caller: " << line.value_or("it crashed or timed out") << "\n"
+                      << caller.ErrorOutput();
         return std::nullopt;
     }
-    return Answer{result, test::FromHex(record)};
+    return CallResult{result, test::FromHex(record)};
 }
 
 void ReloadLibrary()
 {
     CallerProcess &caller = *TheSuite().caller;
-    EXPECT_EQ(caller.Ask("reload"), "ready") << caller.Complaints();
+    EXPECT_EQ(caller.Ask("reload"), "ready") << caller.ErrorOutput();
 }
 
 } // namespace pavonix::e2e

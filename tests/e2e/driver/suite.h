@@ -1,4 +1,4 @@
-// What all tests of one run share: the flavour, the library and its caller.
+// Shared by all tests of one run: the flavour, the library and its caller.
 #pragma once
 
 #include "caller_process.h"
@@ -20,11 +20,11 @@ struct Suite {
 
 Suite &TheSuite();
 
-// Runs all tests through the caller that this command starts, in a scratch folder
-// of their own. Returns the exit code.
-int RunSuite(const std::vector<std::string> &callerCommand);
+// Runs all tests with the caller that this command starts, in a new scratch folder. Returns
+// the exit code.
+int RunSuite(const std::string &callerCommand);
 
-// One call as the caller makes it.
+// One call, as sent to the caller.
 struct ShopCall {
     Export function = Export::kList;
     std::u16string profile;
@@ -35,16 +35,16 @@ struct ShopCall {
     int port = 0;
 };
 
-struct Answer {
+struct CallResult {
     int result;
-    std::string record; // the purchase record's bytes, else empty
+    std::string record; // the purchase record's bytes; empty for downloads
 };
 
-// Makes the call in the suite's caller. When the caller died, the test fails with
-// what it said last, and there is no answer.
-std::optional<Answer> MakeCall(const ShopCall &call);
+// Makes the call in the suite's caller. If the caller crashed, the test fails with its last
+// output, and nullopt is returned.
+std::optional<CallResult> MakeCall(const ShopCall &call);
 
-// Has the library unloaded and loaded again.
+// Unloads the library and loads it again.
 void ReloadLibrary();
 
 } // namespace pavonix::e2e

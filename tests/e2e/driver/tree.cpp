@@ -76,7 +76,7 @@ std::string Differences(const Tree &expected, const Tree &found)
     }
     for (const auto &[name, content] : found) {
         if (!expected.contains(name)) {
-            text << name << " is there (" << content.size() << " bytes) and should not\n";
+            text << name << " is unexpected (" << content.size() << " bytes)\n";
         }
     }
     return text.str();

@@ -1,4 +1,4 @@
-// Files and folders of a row, on the disk and back.
+// Writes and reads the files and folders of a row.
 #pragma once
 
 #include "scenario.h"
@@ -7,7 +7,7 @@
 
 namespace pavonix::e2e {
 
-// A folder of its own for one row, below `parent`; gone with the object.
+// A temporary folder for one row, below `parent`; removed with the object.
 class RowFolder {
 public:
     explicit RowFolder(const std::string &parent);
@@ -26,8 +26,8 @@ std::string ReadFile(const std::string &path);
 void WriteTree(const std::string &folder, const Tree &tree);
 Tree ReadTree(const std::string &folder);
 
-// The differences in words, one a line; empty when the trees are equal. Contents
-// are described by their lengths and the first unequal byte.
+// Describes the differences, one per line; empty if the trees are equal. Contents are
+// described by their sizes and the first unequal byte.
 std::string Differences(const Tree &expected, const Tree &found);
 
 } // namespace pavonix::e2e

@@ -1,6 +1,6 @@
-// How much of a body is stored, by what was announced and by how it came. The
-// first reception takes 1024 bytes; the rows with three and four digits of length
-// have heads of 40 and 41 bytes, which leaves 984 and 983 bytes of it for the body.
+// The stored part of a body, by its announced length and its segments. The first reception
+// takes 1024 bytes. Heads with lengths of three and four digits have 40 and 41 bytes, which
+// leaves 984 and 983 bytes for the body.
 #include "rows.h"
 
 namespace pavonix::e2e {
@@ -13,7 +13,7 @@ Scenario Row(const RowName &name, const std::vector<std::string> &pieces, const 
     return {.name = name, .pieces = pieces, .ending = ending, .after = {{"list.xml", stored}}};
 }
 
-// `first`, then the bytes of `rest` one by one.
+// `first`, then each byte of `rest`.
 std::vector<std::string> Trickled(const std::string &first, const std::string &rest)
 {
     std::vector<std::string> pieces = {first};
@@ -41,8 +41,7 @@ std::vector<Scenario> BodyRows()
         Row("body_of_1_mb", {Announce(body.size(), body)}, body),
 
         Row("announced_shorter_within_the_first_reception", {Announce(10, first(500))}, first(10)),
-        Row("announced_shorter_keeps_all_of_the_last_reception", {Announce(1000, first(3000))},
-            first(983 + 1024)),
+        Row("announced_shorter_keeps_all_of_the_last_reception", {Announce(1000, first(3000))}, first(983 + 1024)),
         Row("announced_longer_than_sent", {Announce(5000, first(2000))}, first(2000), Ending::kCloses),
         Row("announced_longer_than_a_short_first_reception", {Announce(5000, first(300))},
             first(300) + std::string(683, '\0'), Ending::kCloses),

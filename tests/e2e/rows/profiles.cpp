@@ -1,4 +1,4 @@
-// What a profile file makes of a request, odd and broken files included.
+// Requests made from profile files, including odd and broken ones.
 #include "rows.h"
 
 namespace pavonix::e2e {

@@ -1,5 +1,5 @@
-// Purchases: the form and the token that are sent, and what the server's verdict
-// leaves in the record. Header values keep the blank behind their colon.
+// Purchases: the form and the token in the request, and the record filled in from the reply.
+// Header values keep the space after the colon.
 #include "rows.h"
 
 #include "driver/device_key.h"
@@ -39,7 +39,7 @@ Scenario Purchase(const RowName &name, const std::string &reply)
             .request = kBuyRequest};
 }
 
-// A purchase that is signed with `key` and answered with `reply`.
+// A purchase that is signed with `key` and gets this reply.
 Scenario Signed(const RowName &name, const DeviceKey &key, const std::string &reply, int result, const Record &record)
 {
     Scenario row = Purchase(name, reply);
@@ -50,7 +50,7 @@ Scenario Signed(const RowName &name, const DeviceKey &key, const std::string &re
     return row;
 }
 
-// An accepted purchase with these keys, by a library that has seen no others.
+// An accepted purchase with these keys, by a newly loaded library.
 Scenario Keys(const RowName &name, const std::string &publicKey, const std::string &privateKey, const DeviceKey *signer)
 {
     Scenario row = Purchase(name, kOk);
@@ -78,7 +78,7 @@ Scenario WithRequest(Scenario row, const std::vector<int> &words, const std::u16
     return row;
 }
 
-// `head` with this line added to it, so long that the head has 1024 bytes.
+// `head` with a line of this name added, so that it has 1024 bytes.
 std::string Filled(const std::string &head, const std::string &name)
 {
     const std::size_t room = 1024 - head.size() - name.size() - 4;
@@ -90,13 +90,13 @@ std::u16string Value(std::size_t letters)
     return u" " + std::u16string(letters, u'm');
 }
 
-// The private half without its last primes and exponents, as an interrupted copy leaves it.
-std::string CutOff(const std::string &xml, const std::string &behind)
+// The private key without its last parts, as after an interrupted copy.
+std::string CutOff(const std::string &xml, const std::string &last)
 {
-    return xml.substr(0, xml.find(behind) + behind.size());
+    return xml.substr(0, xml.find(last) + last.size());
 }
 
-std::vector<Scenario> Verdicts(const DeviceKey &key)
+std::vector<Scenario> Replies(const DeviceKey &key)
 {
     const std::string plain = Head({"HTTP/1.1 403 Forbidden", "X-Error-Code: 12"});   // 44 bytes
     const std::string skewed = Head({"HTTP/1.1 403 Forbidden", "X-Error-Code: 906"}); // 45 bytes
@@ -139,12 +139,12 @@ std::vector<Scenario> Verdicts(const DeviceKey &key)
         Signed("longest_timestamp", key, Filled(skewed, "X-Server-Timestamp"), 403, {906, {}, {}, Value(957)}),
         Signed("long_message_and_timestamp", key, Filled(wordy, "X-Server-Timestamp"), 403,
                {906, Value(400), {}, Value(545)}),
-        // The request went out, so that the record tells of code 0 and an empty body.
+        // The request was sent, so the record has code 0 and an empty body.
         Signed("purchase_without_a_reply", key, "", 0, {0, {}, u"", {}}),
         Signed("longest_body_as_message", key, Head({"HTTP/1.1 500 "}) + std::string(3000, 'm'), 500,
                {0, {}, std::u16string(1007, u'm'), {}}),
-        Signed("incomplete_head_is_the_message_without_its_first_two_bytes", key, "HTTP/1.1 5 " + std::string(1013, 'm'), 0,
-               {0, {}, u"TP/1.1 5 " + std::u16string(1013, u'm'), {}}),
+        Signed("incomplete_head_is_the_message_without_its_first_two_bytes", key,
+               "HTTP/1.1 5 " + std::string(1013, 'm'), 0, {0, {}, u"TP/1.1 5 " + std::u16string(1013, u'm'), {}}),
     };
 }
 
@@ -186,11 +186,11 @@ std::vector<Scenario> PurchaseRows()
     static const DeviceKey key(1024);
     std::vector<Scenario> rows = {
         NotSent("purchase_refused_connection", u"http://127.0.0.1/buy", Server::kRefuses),
-        NotSent("purchase_without_path", u"http://127.0.0.1", Server::kAnswers),
-        NotSent("purchase_by_another_scheme", u"https://127.0.0.1/buy", Server::kAnswers),
-        NotSent("purchase_address_too_long", u"http://127.0.0.1/" + std::u16string(239, u'p'), Server::kAnswers),
+        NotSent("purchase_without_path", u"http://127.0.0.1", Server::kReplies),
+        NotSent("purchase_by_another_scheme", u"https://127.0.0.1/buy", Server::kReplies),
+        NotSent("purchase_address_too_long", u"http://127.0.0.1/" + std::u16string(239, u'p'), Server::kReplies),
     };
-    for (const auto &group : {Verdicts(key), Requests(key), KeyRows(key)}) {
+    for (const auto &group : {Replies(key), Requests(key), KeyRows(key)}) {
         rows.insert(rows.end(), group.begin(), group.end());
     }
     return rows;

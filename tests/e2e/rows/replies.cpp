@@ -1,5 +1,4 @@
-// Heads as servers write them, well and badly: the status, the announced length,
-// where the head ends.
+// Correct and odd heads of replies: the status, the announced length, the head's end.
 #include "rows.h"
 
 namespace pavonix::e2e {

@@ -1,5 +1,4 @@
-// The bytes of a download's request: the two queries, the address in its forms,
-// the port.
+// The bytes of a download's request: the two queries, forms of the URL, the port.
 #include "rows.h"
 
 namespace pavonix::e2e {
@@ -9,7 +8,7 @@ namespace {
 const std::string kReply = Announce(6, "<xml/>");
 const Tree kStored = {{"list.xml", "<xml/>"}};
 
-// The usual request but for its first two lines.
+// The usual request with other first two lines.
 std::string RequestOf(const std::string &target, const std::string &host)
 {
     const std::string usual = kListRequest;

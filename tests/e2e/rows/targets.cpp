@@ -1,4 +1,4 @@
-// What lies at the target path, and which folders and names can be written.
+// Existing files and folders at the target path, and the paths that can be written.
 #include "rows.h"
 
 namespace pavonix::e2e {

@@ -1,5 +1,5 @@
-// Random calls, the same on every flavour, against the model of a call. PAVONIX_SEED=123
-// plays the call of that seed alone.
+// Random calls, the same on every flavour, compared with the model of a call. With
+// PAVONIX_SEED=123 only the call of that seed is made.
 #include "driver/run_scenario.h"
 #include "model/drawn_call.h"
 
@@ -47,7 +47,7 @@ TEST(DrawnCalls, AgreeWithTheModel)
         refused += call.record.errorCode.has_value();
     }
     if (chosen != nullptr || HasFailure()) {
-        return; // the counts say nothing then
+        return; // the counts are meaningless then
     }
     EXPECT_TRUE(sent > 100 && stored > 15 && refused > 15) << sent << " " << stored << " " << refused;
 }

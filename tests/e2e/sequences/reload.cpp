@@ -1,5 +1,4 @@
-// The library unloaded and loaded again in one process, and what it keeps from
-// call to call while it is loaded.
+// The library unloaded and loaded again in one process, and its state between calls.
 #include "driver/run_scenario.h"
 #include "driver/suite.h"
 #include "rows/rows.h"
@@ -24,7 +23,7 @@ Scenario RowNamed(const std::string &name)
     return {.name = ""};
 }
 
-// A checked build of the caller reports at its end what any of the loads has lost.
+// A checked build of the caller reports leaks when it ends.
 TEST(Reload, ManyTimesWithCallsInBetween)
 {
     const Scenario download = RowNamed("body_of_5000_bytes"), purchase = RowNamed("refused_for_the_clock");
@@ -35,7 +34,7 @@ TEST(Reload, ManyTimesWithCallsInBetween)
     }
 }
 
-// An import that finds no key leaves the last one in place, until the unload.
+// A profile without keys leaves the last keys in place, until the library is unloaded.
 TEST(Reload, AProfileWithoutKeysSignsWithTheLastKeysUntilTheUnload)
 {
     Scenario keyless = RowNamed("empty_keys"), keyed = RowNamed("keys_of_1024_bits");

@@ -16,12 +16,12 @@ namespace pavonix::e2e {
 
 namespace {
 
-constexpr char kTime[] = "2010-3-5 9:7:3.042"; // of the tap's clock
+constexpr char kTime[] = "2010-3-5 9:7:3.042"; // the tap's clock
 
 int MakeCall(const Scenario &call, const std::u16string &profile, BuyGoodRoomyResult *record)
 {
     const std::u16string target = PlayGround().Path("targets/") + call.target;
-    const std::unique_ptr<int[]> words(new int[call.words.size()]); // of just that size
+    const std::unique_ptr<int[]> words(new int[call.words.size()]); // exactly this size, for the sanitizers
     std::copy(call.words.begin(), call.words.end(), words.get());
     const void *request = words.get();
     switch (call.function) {
@@ -37,7 +37,7 @@ int MakeCall(const Scenario &call, const std::u16string &profile, BuyGoodRoomyRe
     }
 }
 
-// The request with its token replaced by the mark, if the token is the right one.
+// The request with a valid token replaced by the mark.
 std::string WithMark(std::string request)
 {
     const std::string name = "User-Cert: ";
@@ -63,8 +63,8 @@ Sandbox &PlayGround()
 Outcome Play(const Scenario &call, int takes, const std::function<void()> &interfere)
 {
     const std::string targets = PlayGround().root() / "targets";
-    static Tree standing;
-    if (standing != call.before) {
+    static Tree previous;
+    if (previous != call.before) {
         std::filesystem::remove_all(targets);
     }
     std::filesystem::remove(PlayGround().root() / "profile");
@@ -87,7 +87,7 @@ Outcome Play(const Scenario &call, int takes, const std::function<void()> &inter
     tap::UsePeer(nullptr);
     outcome.request = peer.received;
     outcome.record.assign(reinterpret_cast<const char *>(record.get()), sizeof *record);
-    outcome.tree = standing = ReadTree(targets);
+    outcome.tree = previous = ReadTree(targets);
     return outcome;
 }
 

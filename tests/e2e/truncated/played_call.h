@@ -1,4 +1,4 @@
-// A whole call in this process, behind the tap.
+// A whole call in this process, on the tap.
 #pragma once
 
 #include "driver/scenario.h"
@@ -16,14 +16,14 @@ struct Outcome {
     Tree tree;
 };
 
-// Where the files of the calls stand.
+// The folder of the calls' files.
 Sandbox &PlayGround();
 
-// Makes the call against a scripted peer that takes so many bytes of a send at most;
+// Makes the call with a scripted peer that accepts at most `takes` bytes per send;
 // `interfere` runs right before it.
 Outcome Play(const Scenario &call, int takes = INT_MAX, const std::function<void()> &interfere = [] {});
 
-// What came of it and should not have, in words; empty when all is as foretold.
+// Describes the differences from the expected outcome; empty if there are none.
 std::string Difference(const Scenario &call, const Outcome &outcome);
 
 } // namespace pavonix::e2e

@@ -1,6 +1,5 @@
-// Every reply of the table, ended by the server at each of its first bytes: what
-// is returned, what is stored and what the record holds. The library runs in this
-// process, with scripted sockets in front of it.
+// Every reply of the table, cut off by the server at each of its first bytes: the result,
+// the stored file and the record. The library runs in this process with scripted sockets.
 #include "truncated/played_call.h"
 #include "model/drawn_call.h"
 #include "model/reply_model.h"
@@ -27,12 +26,12 @@ constexpr std::size_t kDeepestCut = 1100;
 
 class CutReplies : public testing::TestWithParam<Scenario> {};
 
-// Without a profile, whose keys would take most of the time.
-TEST_P(CutReplies, AreTakenAsFarAsTheyCame)
+// Without a profile, because importing its keys would take most of the time.
+TEST_P(CutReplies, MatchTheModel)
 {
     Scenario call = GetParam();
     call.profile = std::nullopt;
-    Play(call); // the first call sets up what lasts
+    Play(call); // the first call creates the lasting state
     const tap::OpenHandles held = tap::Held();
     const std::vector<std::string> &pieces = GetParam().pieces;
     const std::size_t size = std::accumulate(pieces.begin(), pieces.end(), std::string()).size();
@@ -41,7 +40,7 @@ TEST_P(CutReplies, AreTakenAsFarAsTheyCame)
         call.pieces = CutAt(cut, pieces);
         PredictOutcome(&call);
         const Outcome outcome = Play(call);
-        call.request = outcome.request; // whose token is empty
+        call.request = outcome.request; // its token is empty
         EXPECT_EQ("", Difference(call, outcome));
         EXPECT_TRUE(tap::Held() == held);
     }

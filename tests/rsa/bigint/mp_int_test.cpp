@@ -43,7 +43,7 @@ TEST(MpInt, BytesOfEveryLength)
         EXPECT_EQ(value.CountBits(), BN_num_bits(expected.get()));
         EXPECT_EQ(value.UnsignedByteSize(), static_cast<std::uint32_t>(BN_num_bytes(expected.get())));
     }
-    // The last byte of 33 full digits lies in the last one alone, and no digit has room after it.
+    // 33 full digits, of which the last byte is in the last digit.
     Integer full, one, difference;
     const std::string bytes = "\x0F" + std::string(247, '\xFF');
     ASSERT_TRUE(Read(&full, bytes) && Read(&one, "\1"));
@@ -51,16 +51,16 @@ TEST(MpInt, BytesOfEveryLength)
     EXPECT_EQ(Bytes(difference), bytes.substr(0, 247) + "\xFE");
     Integer value;
     ASSERT_TRUE(Read(&value, "ab"));
-    DataBuffer behind;
-    ASSERT_TRUE(behind.Append("x", 1) && value.WriteUnsignedBytes(&behind));
-    EXPECT_EQ(BytesOf(behind), "xab");
+    DataBuffer output;
+    ASSERT_TRUE(output.Append("x", 1) && value.WriteUnsignedBytes(&output));
+    EXPECT_EQ(BytesOf(output), "xab");
     EXPECT_FALSE(value.ReadBase64(nullptr) || value.ReadBase64("") || value.ReadBase64("T") || value.ReadBase64("!="));
     EXPECT_EQ(Bytes(value), "ab");
     EXPECT_TRUE(value.ReadBase64("AAAB"));
     EXPECT_EQ(Bytes(value), "\1");
 }
 
-// Every kind of modulus: 0 and 1, powers of two, even and odd, all ones, several digits.
+// Every kind of modulus: 0, 1, powers of two, even, odd, all ones, several digits.
 TEST(MpInt, ArithmeticAgreesWithOpenSsl)
 {
     const std::string values[] = {"",
@@ -94,7 +94,7 @@ TEST(MpInt, ArithmeticAgreesWithOpenSsl)
                     BN_mod_exp(expected.get(), bigA.get(), bigB.get(), bigM.get(), context.get());
                     EXPECT_EQ(ToHex(Bytes(y)), ToHex(ToBytes(expected.get())));
                 }
-                // (a - b) * b mod m: a negative factor, a result that is not
+                // (a - b) * b mod m: a negative factor, a non-negative result
                 ASSERT_EQ(Sub(a, b, &y), MP_OKAY);
                 EXPECT_EQ(MulMod(y, b, modulus, &y) == MP_OKAY, possible);
                 if (possible) {
@@ -118,7 +118,7 @@ TEST(MpInt, WithoutMemoryIsUnusableUntilTheNextRead)
     Integer *large = &y;
     const int blocks = pavonix::tap::Held().blocks;
     EXPECT_FALSE(Read(large, std::string(10000, 'x')));
-    EXPECT_EQ(pavonix::tap::Held().blocks, blocks - 1); // its digits, given back
+    EXPECT_EQ(pavonix::tap::Held().blocks, blocks - 1); // its digits are freed
     pavonix::tap::FailNone();
     EXPECT_EQ(unborn.CountBits() + large->CountBits(), 0);
     EXPECT_EQ(Bytes(unborn), "");

@@ -1,5 +1,5 @@
-// The exponentiation with keys that belong to no primes: the formula's result or the
-// documented message. fuzz/key.cpp has more of them, which need only be survived.
+// The exponentiation with invalid keys: the formula's result or the documented message.
+// fuzz/key.cpp tests that others do not crash.
 #include "rsa/cipher/rsa_exponentiation.h"
 #include "rsa/log/logger.h"
 #include "support/rsa_keys.h"

@@ -1,5 +1,5 @@
-// The encoders with what the component never asks of them: labels, other digests,
-// other block types, messages that do not fit.
+// The encoders with arguments that the component never passes: labels, other digests, other
+// block types, messages that are too long.
 #include "rsa/cipher/padding/eme_oaep.h"
 #include "rsa/cipher/padding/eme_pkcs1.h"
 #include "rsa/cipher/padding/mgf1.h"
@@ -48,7 +48,7 @@ TEST(Padding, Pkcs1BlockOfAnotherType)
     EXPECT_EQ(ToHex(BytesOf(block)), "0001FFFFFFFFFFFFFFFFFFFFFF006162");
 }
 
-TEST(Padding, RefusalsAndWhatTheyLog)
+TEST(Padding, RefusalsAndTheirLog)
 {
     const std::string text(300, 'x');
     DataBuffer out;

@@ -1,4 +1,4 @@
-// What the log shows of real runs, letter by letter.
+// The exact log of real runs.
 #include "rsa/cipher/cls_rsa.h"
 #include "support/rsa_keys.h"
 #include "support/texts.h"
@@ -44,8 +44,7 @@ TEST(RsaLog, Imports)
     EXPECT_EQ(LogText(rsa.log()), Lines("ZentorpLog:|  ImportPrivateKey:|    No exponent|    Failed.|"));
 }
 
-// The values differ from run to run; the ciphertext that is shown must open to the block
-// that is shown.
+// The values differ between runs; the logged ciphertext must decrypt to the logged block.
 TEST(RsaLog, VerboseEncryption)
 {
     const TestKey &key = KeyOfBits(1024);
@@ -65,7 +64,7 @@ TEST(RsaLog, VerboseEncryption)
     }
 }
 
-// The entries inside RSA_encrypt, from the first one that tells runs apart.
+// The entries inside RSA_encrypt, from the first one that differs between runs.
 TEST(RsaLog, FailedEncryptions)
 {
     const std::string tooSmallForOaep = "key size (modulus) too small for OAEP padding|      ModulusSizeInBytes: ";
@@ -109,7 +108,7 @@ TEST(RsaLog, TextOutsideTheCharset)
     const std::string start = Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|    Character encoding "
                                     "conversion failed.|    NumCharsIn: 3|    Charset: windows-1251|");
     EXPECT_TRUE(log.starts_with(start) && log.ends_with(Lines("utf-8.|    Failed.|"))) << log;
-    // The context has been left: the next run starts at the root again.
+    // The context was left: the next run starts at the root again.
     EXPECT_TRUE(Encrypt(&rsa, "", false));
     EXPECT_EQ(LogText(rsa.log()),
               Lines("ZentorpLog:|  EncryptStringENC:|    usePrivateKey: 0|    RSA_encrypt:|      KeyType: Public|"

@@ -1,6 +1,6 @@
-// Ciphertexts for given seeds, which OpenSSL made, for every kind of modulus: OAEP with the
-// seed passed through its random source, then the public operation, or the private one
-// without padding; of the private rows the seed is one whose result begins with a zero byte.
+// Ciphertexts by OpenSSL for given seeds and every kind of modulus: OAEP with the seed as
+// random bytes, then the public operation, or the private one without padding. The seeds of
+// the private rows make ciphertexts that begin with a zero byte.
 #include "rsa/cipher/rsa_encrypt.h"
 #include "rsa/digest/hash_table.h"
 #include "rsa/log/logger.h"

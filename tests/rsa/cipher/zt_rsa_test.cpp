@@ -1,4 +1,4 @@
-// The component through its facade: texts to ciphertexts that OpenSSL opens.
+// The component through its facade: OpenSSL decrypts the ciphertexts.
 #include "rsa/cipher/zt_rsa.h"
 #include "support/rsa_keys.h"
 #include "support/tap.h"
@@ -45,7 +45,7 @@ Encryption Encrypt(ZtRsa *rsa, const std::string &text, bool privateKey)
 
 } // namespace
 
-TEST(ZtRsa, BlocksOfEveryLengthOpenWithOpenSsl)
+TEST(ZtRsa, BlocksOfEveryLengthDecryptWithOpenSsl)
 {
     const struct {
         int bits;
@@ -80,7 +80,7 @@ TEST(ZtRsa, BlocksOfEveryLengthOpenWithOpenSsl)
 
 TEST(ZtRsa, ABlockThatFailsDiscardsThoseBeforeIt)
 {
-    ZtRsa rsa; // a first byte of zero is all but certain in 500 blocks
+    ZtRsa rsa; // 500 blocks almost certainly include one with a zero first byte
     ASSERT_TRUE(rsa.ImportPrivateKey(KeyOfBits(1025).PrivateXml().c_str()));
     const Encryption encryption = Encrypt(&rsa, Text(500 * 118), false);
     EXPECT_FALSE(encryption.success);
@@ -122,11 +122,11 @@ TEST(ZtRsa, ArgumentsAreAnsiOrUtf8)
         ASSERT_TRUE(rsa.ImportPublicKey(key.PublicXml().c_str()));
         const Encryption encryption = Encrypt(&rsa, utf8 ? "\xE2\x82\xAC" : "\x80", false);
         EXPECT_EQ(key.Decode(false, RSA_PKCS1_PADDING, encryption.cipher), "\x80");
-        EXPECT_FALSE(rsa.ImportPrivateKey(nullptr)) << "counts as empty";
+        EXPECT_FALSE(rsa.ImportPrivateKey(nullptr)) << "null is an empty key";
     }
 }
 
-// A run either ends as it would with memory, or says that it did not.
+// Each run either has the complete result or reports a failure.
 TEST(ZtRsa, EveryAllocationMayFail)
 {
     const std::string xml = KeyOfBits(1024).PrivateXml();
@@ -166,7 +166,7 @@ TEST(ZtRsa, EveryAllocationMayFail)
     EXPECT_GT(failures, 200);
 }
 
-TEST(ZtRsa, TheLastErrorTextTellsWhatItLost)
+TEST(ZtRsa, TheLastErrorTextReportsItsLoss)
 {
     ZtRsa rsa;
     EXPECT_TRUE(rsa.ImportPublicKey(KeyOfBits(1024).PublicXml().c_str()));

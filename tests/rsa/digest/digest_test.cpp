@@ -17,7 +17,7 @@ namespace {
 
 constexpr char kUntouched = '\xEE';
 
-// All the room there is, so that bytes behind the digest show.
+// The whole buffer, so that bytes written after the digest are seen.
 std::string Digest(int hashId, const std::string &text)
 {
     std::string room(kLongestDigest, kUntouched);
@@ -64,8 +64,7 @@ TEST(Digest, Md2GivesThePublishedVectors)
     }
 }
 
-// The padding at every length around the block sizes, and a count of bits that
-// takes three bytes.
+// Every length around the block sizes, and a bit count of three bytes.
 TEST(Digest, EveryRowAgreesWithOpenSsl)
 {
     const struct {
@@ -99,7 +98,7 @@ TEST(Digest, PiecesGiveTheDigestOfTheWhole)
     }
 }
 
-TEST(Digest, AnUnknownIdentifierSays16BytesYetComputesSha1)
+TEST(Digest, AnUnknownIdentifierReports16BytesButComputesSha1)
 {
     for (const int id : {0, 6, 8, -1}) {
         EXPECT_STREQ(FindHash(HashId{id}).name, "Unknown");

@@ -1,5 +1,5 @@
-// The encoder and its names, and what fuzz/encoding.cpp does not see of the codecs: what
-// they do to what was there before, and without memory.
+// The encoder and its mode names, and aspects of the codecs that fuzz/encoding.cpp does not
+// test: earlier contents of the output, and failing allocations.
 #include "rsa/encoding/cls_encode.h"
 
 #include "rsa/encoding/content_coding.h"
@@ -20,7 +20,7 @@ public:
     explicit Text(const char *utf8) { SetFromUtf8(utf8); }
 };
 
-TEST(EncodingMode, IsReadLooselyFromItsName)
+TEST(EncodingMode, IsReadLenientlyFromItsName)
 {
     const struct {
         EncodingMode mode;
@@ -42,7 +42,7 @@ TEST(EncodingMode, IsReadLooselyFromItsName)
             }
         }
     }
-    // Not quite the name of anything else.
+    // Close to a name, but not one.
     for (const char *name : {"as", "he", "u", "xbase32", "xhex", "h"}) {
         EXPECT_EQ(EncodingModeFromName(Text(name)), EncodingMode::kBase64) << name;
     }
@@ -77,7 +77,7 @@ TEST(ClsEncode, ReplacesOrAppendsInEveryMode)
     EXPECT_EQ(encode.mode(), EncodingMode::kBase64);
     for (const auto &[mode, text] : rows) {
         SCOPED_TRACE(mode);
-        const bool html = text.empty(); // leaves the output as it is
+        const bool html = text.empty(); // does not change the output
         Text output("here");
         encode.SetMode(Text(mode));
         encode.Encode(input, &output, true);
@@ -91,8 +91,8 @@ TEST(ClsEncode, ReplacesOrAppendsInEveryMode)
     }
 }
 
-// Whatever allocation fails: the whole encoding or none of it, and a loss shows.
-TEST(ClsEncode, NoPartOfAnEncodingIsHandedOut)
+// Each allocation fails: the output is complete, or empty and marked incomplete.
+TEST(ClsEncode, ReturnsNoPartOfAnEncoding)
 {
     DataBuffer bytes;
     ASSERT_TRUE(bytes.AppendFill(0xA5, 300));
@@ -110,7 +110,7 @@ TEST(ClsEncode, NoPartOfAnEncodingIsHandedOut)
     }
 }
 
-TEST(ContentCoding, NoBytesGiveWhatTheEncodingMakesOfThem)
+TEST(ContentCoding, EncodesEmptyInput)
 {
     using Encoder = void (*)(const std::uint8_t *, std::uint32_t, StringBuffer *);
     for (const Encoder encode : {&ContentCoding::EncodeBase64, &ContentCoding::EncodeBase32, &ContentCoding::EncodeHex,
@@ -126,7 +126,7 @@ TEST(ContentCoding, NoBytesGiveWhatTheEncodingMakesOfThem)
     EXPECT_EQ(BytesOf(text), "begin 600 a b\n`\nend\n");
 }
 
-TEST(ContentCoding, UrlsKeepWhatTheyMay)
+TEST(ContentCoding, UrlsKeepUnreservedCharacters)
 {
     StringBuffer text;
     ContentCoding::EncodeUrl(Data("azAZ09-._~`{@[/:"), 16, &text);
@@ -152,7 +152,7 @@ TEST(ContentCoding, QuotedPrintableLines)
     }
 }
 
-TEST(ContentCoding, DecodingReplacesABufferAndIsAppendedToAText)
+TEST(ContentCoding, DecodingReplacesABufferAndAppendsToAText)
 {
     DataBuffer bytes;
     ASSERT_TRUE(bytes.Append("earlier", 7));
@@ -182,7 +182,7 @@ TEST(ContentCoding, MemoryFailures)
     text.Append("earlier");
     tap::FailNth(1, true);
     EXPECT_FALSE(ContentCoding::DecodeBase64("TWFu", 4, &bytes));
-    EXPECT_TRUE(ContentCoding::DecodeBase64("", 0, &bytes)); // needs none
+    EXPECT_TRUE(ContentCoding::DecodeBase64("", 0, &bytes)); // allocates nothing
     ContentCoding::DecodeBase64("TWFu", &text);
     EXPECT_EQ(BytesOf(text), "earlier");
     EXPECT_EQ(bytes.length(), 0u);

@@ -1,5 +1,5 @@
-// Documents that would harm a careless reader; what a well-formed one holds is compared
-// with libxml2 in fuzz/xml.cpp.
+// Documents that would harm a careless parser. fuzz/xml.cpp compares well-formed ones with
+// libxml2.
 #include "rsa/key/cls_xml.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +19,8 @@ std::optional<std::string> OwnContent(const ClsXml &xml, const char *tag)
 
 } // namespace
 
-// Without recursion and in linear time: each of these would overflow the stack or
-// take minutes otherwise.
+// Parsing must take linear time and no recursion: otherwise each of these would overflow the
+// stack or take minutes.
 TEST(ClsXml, HostileDocuments)
 {
     const auto repeat = [](const char *text, int count) {

@@ -1,4 +1,4 @@
-// What becomes of key texts, whole, odd and cut short.
+// Key texts: complete, odd and truncated.
 #include "rsa/key/key_reader.h"
 #include "rsa/log/logger.h"
 #include "support/rsa_keys.h"
@@ -35,7 +35,7 @@ std::string Value(const pavonix::mp_int &value)
     return BytesOf(bytes);
 }
 
-// N, e, p as letters; "-" for 0
+// The parts in order, as text; "-" for 0
 std::string Parts(const RsaKey &key)
 {
     std::string parts;
@@ -48,7 +48,7 @@ std::string Parts(const RsaKey &key)
 
 } // namespace
 
-TEST(KeyReader, TextsAndTheirOutcome)
+TEST(KeyReader, ReadsKeyTexts)
 {
     const std::string n = Element("Modulus", "N"), e = Element("Exponent", "e"), p = Element("P", "p");
     const std::string rest = Element("Q", "q") + Element("DP", "x") + Element("DQ", "y") + Element("InverseQ", "z");
@@ -97,7 +97,7 @@ TEST(KeyReader, TextsAndTheirOutcome)
     }
 }
 
-TEST(KeyReader, KeepsWhatAnImportDoesNotName)
+TEST(KeyReader, KeepsPartsThatAnImportLacks)
 {
     RsaKey key;
     ReadTestKey("<K>" + Element("Modulus", "N") + Element("Exponent", "e") + Element("P", "p") + Element("D", "d") +
@@ -112,7 +112,7 @@ TEST(KeyReader, KeepsWhatAnImportDoesNotName)
     EXPECT_EQ(Parts(key), "Ogr----d private");
 }
 
-// The outcome changes where a part is whole enough to be one, and nowhere else.
+// The outcome changes only where a part becomes valid.
 TEST(KeyReader, EveryPrefixOfAKey)
 {
     const std::string xml = KeyOfBits(1024).PrivateXml();

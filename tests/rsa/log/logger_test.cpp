@@ -63,14 +63,14 @@ TEST_F(LoggerTest, DepthNeedsNoStack)
               std::strlen("<ZentorpLog></ZentorpLog><info>x</info>") + 6 + kDepth * (std::strlen("<c></c>") + 4));
 }
 
-// A caller compiled elsewhere reaches each operation by its place. Behind a
-// virtual function's pointer stands one more than its offset in the table.
+// The order of the virtual functions is part of the interface. A pointer to a virtual
+// function holds its offset in the table plus one.
 template <typename Operation>
 std::size_t Slot(Operation operation)
 {
     std::size_t offset = 0;
     std::memcpy(&offset, &operation, sizeof offset);
-    return (offset - 1) / sizeof(void *) - 1; // the destructor has two places here and one there
+    return (offset - 1) / sizeof(void *) - 1; // the destructor has two entries here, and one on Windows
 }
 
 TEST_F(LoggerTest, OperationsKeepTheirPlaces)
@@ -116,7 +116,7 @@ TEST_F(LoggerTest, LeavingTooOftenStaysAtTheRootAndClearingStartsAfresh)
     {
         LogContext outer(log_, "Outer");
         LogContext inner(log_, "Inner");
-        log_.leaveContext(); // as the step that leaves its caller's context does
+        log_.leaveContext(); // like the step that leaves its caller's context
         inner.MarkLeft();
         log_.logInfo("in Outer");
     }
@@ -143,10 +143,10 @@ TEST_F(LoggerTest, SavedTextReplacesTheFile)
     EXPECT_EQ(saved.str(), "ZentorpLog:\r\n  kept\r\n");
     tap::Reset();
     log_.logInfo(std::string(1000, 'y').c_str());
-    tap::FailNth(2, true); // the growth of the rendered text
+    tap::FailNth(2, true); // the growth of the rendered text's buffer
     EXPECT_FALSE(log_.saveText(wide.c_str()));
     tap::FailNone();
-    EXPECT_EQ(tap::CountOf("RemoveFile"), 0) << "the old text stays when lines of the new one are lost";
+    EXPECT_EQ(tap::CountOf("RemoveFile"), 0) << "the old text stays if the new one is incomplete";
     for (const char *failing : {"OpenStream", "WriteStream", "CloseStream"}) {
         tap::FailAlways(failing);
         EXPECT_FALSE(log_.saveText(wide.c_str())) << failing;
@@ -168,7 +168,7 @@ void LogSomeContexts(LogBase &log)
     log.logData(std::string(300, 't').c_str(), "long tag");
 }
 
-// The lines, whatever contexts they are in.
+// The lines without their indentation.
 std::set<std::string> LinesOf(LogBase &log)
 {
     std::set<std::string> lines;
@@ -191,11 +191,11 @@ TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
         LogText(log);
         tap::FailNone();
         for (const std::string &line : LinesOf(log)) {
-            EXPECT_TRUE(whole.count(line)) << line; // no entry is there in part
+            EXPECT_TRUE(whole.count(line)) << line; // no partial entries
         }
         log.logInfo("after");
         const std::string rendered = LogText(log);
-        // Without its root a log is empty until it is cleared.
+        // A log without its root is empty until it is cleared.
         EXPECT_TRUE(rendered.empty() || rendered.ends_with("\r\n  after\r\n")) << rendered;
         log.clear();
         log.logInfo("again");
@@ -204,7 +204,7 @@ TEST_F(LoggerTest, WithoutMemoryEntriesAreDroppedAndContextsStayBalanced)
     EXPECT_EQ(tap::Held(), before);
 }
 
-TEST_F(LoggerTest, WhatALostContextHoldsGoesToTheOneAround)
+TEST_F(LoggerTest, EntriesOfALostContextGoToTheOuterOne)
 {
     tap::FailNth(1, false); // the entry of "Outer"
     LogSomeContexts(log_);

@@ -16,7 +16,7 @@ namespace {
 constexpr char kAcquire[] = "AcquireProvider(Microsoft Base Cryptographic Provider v1.0,1,";
 using Calls = std::vector<std::string>;
 
-// Makes the next seeding start from what a line of r250.txt says.
+// Scripts the next seeding from a line of r250.txt.
 void Prepare(const std::string &source, const std::string &value)
 {
     tap::Reset();
@@ -34,20 +34,20 @@ bool FirstInstanceSeedsOnce()
     const ZentorpRand first;
     const ZentorpRand second;
     DataBuffer output;
-    const bool answered = SharedR250().AppendBytes(8, &output) && SharedR250().AppendNonZeroBytes(8, &output);
+    const bool appended = SharedR250().AppendBytes(8, &output) && SharedR250().AppendNonZeroBytes(8, &output);
     const Calls expected = {"SeedRand(77)", kAcquire + std::string("f0000000)"), "GenerateRandom(1000)"};
-    return answered && output.length() == 16 && tap::Calls() == expected;
+    return appended && output.length() == 16 && tap::Calls() == expected;
 }
 
 } // namespace
 
-// One row each for seeds at random, of zeros, of ones, and from 31-bit rand
-// numbers; every answer depends on the exact number of steps taken before.
+// Seeds of random bytes, zeros, ones, and 31-bit rand numbers. Every result depends on the
+// exact number of earlier steps.
 TEST(R250, AgreesWithASecondImplementation)
 {
     std::ifstream lines(TEST_DATA_DIR "/r250.txt");
     std::unique_ptr<R250> generator;
-    int answers = 0;
+    int results = 0;
     for (std::string kind, value; lines >> kind >> value;) {
         if (kind == "seed" || kind == "rand") {
             Prepare(kind, value);
@@ -62,10 +62,10 @@ TEST(R250, AgreesWithASecondImplementation)
         ASSERT_TRUE(kind == "bytes" ? generator->AppendBytes(count, &output)
                                     : generator->AppendNonZeroBytes(count, &output));
         ASSERT_EQ(BytesOf(output), std::string("x").append(FromHex(expected))) << kind << ' ' << count;
-        ++answers;
+        ++results;
         EXPECT_EQ(tap::CountOf("GenerateRandom"), 1) << "seeded again";
     }
-    EXPECT_EQ(answers, 4 * 8);
+    EXPECT_EQ(results, 4 * 8);
 }
 
 TEST(R250, TriesTheProviderInOrderAndReleasesWhatItAcquired)
@@ -97,7 +97,7 @@ TEST(R250, TriesTheProviderInOrderAndReleasesWhatItAcquired)
     }
 }
 
-TEST(R250, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
+TEST(R250, AllocatesOnlyTheNeededBytesAndReportsFailures)
 {
     R250 generator;
     DataBuffer output;
@@ -115,7 +115,7 @@ TEST(R250, TakesOnlyTheRoomItNeedsAndAbsorbsMissingMemory)
 
 TEST(R250, TheFirstInstanceSeedsTheWholeProcessOnce)
 {
-    // a process of its own, since other tests may have seeded the shared generator
+    // in a new process, because other tests may have seeded the shared generator
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(std::_Exit(FirstInstanceSeedsOnce() ? 0 : 1), testing::ExitedWithCode(0), "");
 }

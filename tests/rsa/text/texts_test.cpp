@@ -40,7 +40,7 @@ TEST(XString, ConvertsOnDemand)
     text.AppendAnsi("\xDF");
     EXPECT_STREQ(text.GetUtf8().c_str(), "K\xC3\xA4se 5 \xE2\x82\xAC!\xC3\x9F");
     text.SetFromUtf16(u"Ω\xD83Dz");
-    EXPECT_STREQ(text.GetAnsi().c_str(), "??z") << "half a pair takes nothing with it";
+    EXPECT_STREQ(text.GetAnsi().c_str(), "??z") << "an unpaired surrogate does not consume the next character";
     text.SetFromUtf16(u"Жx"); // not in the ANSI code page
     EXPECT_STREQ(text.GetAnsi().c_str(), "?x");
     XString copy;
@@ -54,13 +54,13 @@ TEST(XString, ConvertsOnDemand)
     tap::FailNth(1, true);
     const XString poor;
     tap::FailNone();
-    EXPECT_TRUE(poor.GetUtf16()[0] == 0 && poor.LengthUtf16() == 0) << "no memory, no units";
+    EXPECT_TRUE(poor.GetUtf16()[0] == 0 && poor.LengthUtf16() == 0) << "empty without memory";
 }
 
 TEST(XString, CopiesOneRepresentationAndAsciiWithoutConversion)
 {
     XString ansi, utf8, utf16, ascii, copy;
-    ansi.AppendAnsiN("\x81\0\xFF", 3); // bytes that no conversion would keep
+    ansi.AppendAnsiN("\x81\0\xFF", 3); // bytes that a conversion would change
     utf8.SetFromUtf8("\xFF\xC3");
     utf16.SetFromUtf16(u"żółw");
     ascii.SetFromAnsi("AQAB");
@@ -76,7 +76,7 @@ TEST(XString, CopiesOneRepresentationAndAsciiWithoutConversion)
     EXPECT_EQ(Conversions(), 0);
 }
 
-TEST(XString, TellsWhatItLost)
+TEST(XString, ReportsItsLoss)
 {
     ZtString text("some text");
     tap::FailNth(1, true);
@@ -84,11 +84,11 @@ TEST(XString, TellsWhatItLost)
     tap::FailNone();
     EXPECT_STREQ(text.c_str(), "some text");
     EXPECT_FALSE(text.complete());
-    EXPECT_FALSE(ZtString(text).complete()) << "a copy lost it too";
+    EXPECT_FALSE(ZtString(text).complete()) << "a copy is incomplete too";
     text.Set("new");
     EXPECT_TRUE(text.complete());
 
-    // An append to what could not be converted lost it, and a set has nothing to keep.
+    // Appending to a text that could not be converted loses it; setting a text replaces it.
     for (const bool everAfter : {false, true}) {
         XString converted;
         converted.SetFromUtf8("\xC3\xA4");
@@ -140,7 +140,7 @@ TEST(ZtString, HandsOutTheChosenRepresentation)
     EXPECT_STREQ(text.c_str(), "\xE4");
 }
 
-TEST(Decimal, WritesWhatPrintfWrites)
+TEST(Decimal, WritesLikePrintf)
 {
     for (const std::int32_t value : {0, 7, 42, -42, 998, -998, 1000, INT32_MAX, INT32_MIN}) {
         char expected[16];
@@ -151,7 +151,7 @@ TEST(Decimal, WritesWhatPrintfWrites)
     }
 }
 
-TEST(Decimal, ReadsWhatAtoiReads)
+TEST(Decimal, ReadsLikeAtoi)
 {
     for (const char *text : {"0", "42", " 42", "\t\r\n\v\f-42x", "+7", "", "x", "-", "+-1", "- 1", "2147483647",
                              "-2147483648", "007", "9 9"}) {
@@ -163,7 +163,7 @@ TEST(Decimal, ReadsWhatAtoiReads)
     EXPECT_EQ(ParseDecimal("-99999999999999999999"), INT32_MIN);
 }
 
-TEST(FixedText, CutsAndTells)
+TEST(FixedText, TruncatesAndReportsIt)
 {
     FixedText<8> text;
     text.Append("id=").AppendDecimal(1234);
@@ -171,5 +171,5 @@ TEST(FixedText, CutsAndTells)
     EXPECT_TRUE(text.fits());
     text.Append("5");
     EXPECT_STREQ(text.c_str(), "id=1234");
-    EXPECT_FALSE(text.Append("").fits()) << "what was cut stays cut";
+    EXPECT_FALSE(text.Append("").fits()) << "truncation is permanent";
 }
