@@ -5,12 +5,15 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <bit>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace pavonix {
 namespace {
@@ -65,27 +68,21 @@ TEST_F(LoggerTest, DepthNeedsNoStack)
 
 // The order of the virtual functions is part of the interface. A pointer to a virtual
 // function holds its offset in the table plus one.
-template <typename Operation>
-std::size_t Slot(Operation operation)
+template <typename... Operations>
+std::vector<std::size_t> Offsets(Operations... operations)
 {
-    std::size_t offset = 0;
-    std::memcpy(&offset, &operation, sizeof offset);
-    return (offset - 1) / sizeof(void *) - 1; // the destructor has two entries here, and one on Windows
+    return {std::bit_cast<std::array<std::size_t, 2>>(operations)[0]...};
 }
 
 TEST_F(LoggerTest, OperationsKeepTheirPlaces)
 {
-    const std::size_t slots[] = {
-        Slot(&LogBase::getLogText), Slot(&LogBase::getLogHtml),   Slot(&LogBase::getLogXml),
-        Slot(&LogBase::logError),   Slot(&LogBase::logInfo),      Slot(&LogBase::logRaw),
-        Slot(&LogBase::clear),      Slot(&LogBase::enterContext), Slot(&LogBase::leaveContext),
-        Slot(&LogBase::logData),    Slot(&LogBase::logDataLong),  Slot(&LogBase::logDataValue),
-        Slot(&LogBase::logHex),     Slot(&LogBase::keepsEntries), Slot(&LogBase::logTickCount),
-        Slot(&LogBase::saveText),
-    };
-    std::size_t expected = 0;
-    for (const std::size_t slot : slots) {
-        EXPECT_EQ(slot, ++expected);
+    using Log = LogBase;
+    const std::vector<std::size_t> offsets =
+        Offsets(&Log::getLogText, &Log::getLogHtml, &Log::getLogXml, &Log::logError, &Log::logInfo, &Log::logRaw,
+                &Log::clear, &Log::enterContext, &Log::leaveContext, &Log::logData, &Log::logDataLong,
+                &Log::logDataValue, &Log::logHex, &Log::keepsEntries, &Log::logTickCount, &Log::saveText);
+    for (std::size_t i = 0; i < offsets.size(); ++i) {
+        EXPECT_EQ(offsets[i], 1 + (i + 2) * sizeof(void *)); // the destructor has two entries here, and one on Windows
     }
 }
 
