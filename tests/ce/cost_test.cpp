@@ -1,6 +1,5 @@
 // The instructions of a token on the device. The count does not depend on the machine's load.
 #include "device_test.h"
-#include "driver/flavour.h"
 
 #include <cstdlib>
 #include <iostream>

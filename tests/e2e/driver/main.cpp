@@ -3,7 +3,6 @@
 // Runs the table of scenarios and the longer tests with one build of the library. COMMAND
 // starts the caller for that build and may contain arguments.
 #include "rows/rows.h"
-#include "run_scenario.h"
 #include "suite.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,3 @@
-#include "run_scenario.h"
-
 #include "device_key.h"
 #include "record_bytes.h"
 #include "scripted_server.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "caller_process.h"
-#include "flavour.h"
 #include "scenario.h"
 
 #include <memory>
@@ -11,6 +10,20 @@
 #include <vector>
 
 namespace pavonix::e2e {
+
+// The build of the library.
+enum class Flavour { kLinux, kWindows, kCe };
+
+// The library's path of a file of this machine: `\tmp\x` or, under Wine, `Z:\tmp\x`.
+// ASCII paths only.
+inline std::u16string LibraryPath(Flavour flavour, const std::string &path)
+{
+    std::u16string text = flavour == Flavour::kWindows ? u"Z:" : u"";
+    for (const char c : path) {
+        text += c == '/' ? u'\\' : static_cast<char16_t>(c);
+    }
+    return text;
+}
 
 struct Suite {
     Flavour flavour = Flavour::kLinux;
@@ -46,5 +59,8 @@ std::optional<CallResult> MakeCall(const ShopCall &call);
 
 // Unloads the library and loads it again.
 void ReloadLibrary();
+
+// Plays one row with the suite's caller and checks all its expectations.
+void RunScenario(const Scenario &row);
 
 } // namespace pavonix::e2e

@@ -15,6 +15,14 @@ std::vector<Scenario> TargetRows();
 std::vector<Scenario> FailureRows();
 std::vector<Scenario> PurchaseRows();
 
-std::vector<Scenario> AllRows();
+inline std::vector<Scenario> AllRows()
+{
+    std::vector<Scenario> rows;
+    for (const auto &group :
+         {RequestRows(), ProfileRows(), ReplyRows(), BodyRows(), TargetRows(), FailureRows(), PurchaseRows()}) {
+        rows.insert(rows.end(), group.begin(), group.end());
+    }
+    return rows;
+}
 
 } // namespace pavonix::e2e

@@ -1,6 +1,6 @@
 // Random calls, the same on every flavour, compared with the model of a call. With
 // PAVONIX_SEED=123 only the call of that seed is made.
-#include "driver/run_scenario.h"
+#include "driver/suite.h"
 #include "model/drawn_call.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,4 @@
 // The library unloaded and loaded again in one process, and its state between calls.
-#include "driver/run_scenario.h"
 #include "driver/suite.h"
 #include "rows/rows.h"
 #include "support/times.h"
