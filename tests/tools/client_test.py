@@ -105,7 +105,7 @@ class CommandTest(ClientTest):
 
     def test_interrupted(self):
         """The incomplete file is reported, and again by the next call."""
-        server = OddServer(self, HEAD % 10 ** 8 + b"<a>" + b"x" * 5000, SILENCE)
+        server = OddServer(self, HEAD % 10 ** 8 + b"<a>" + b"x" * 5000, 60)
         self.write("stored.xml", "<old/>")
         for force, left in ((["--force"], "is incomplete; use --force"), ([], "kept")):
             client = subprocess.Popen([f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/x", "--port",
