@@ -88,7 +88,7 @@ class CommandTest(ClientTest):
                     self.assertEqual([code, report["cause"], report["status"]], [*expected, 0])
         self.assertFalse(report["record_touched"])
         code, report = self.diagnosed("good", url="http://no.such.host.invalid/x")
-        self.assertIn((code, report["cause"]), [(11, "name-unknown"), (11, "name-no-report")])
+        self.assertIn((code, report["cause"]), [(11, "name-unknown"), (11, "name-no-answer")])
 
     def test_record_and_file_are_described(self):
         server = OddServer(self, b"HTTP/1.1 200 OK\r\n", 0.1, b"\r\n")
@@ -105,7 +105,7 @@ class CommandTest(ClientTest):
 
     def test_interrupted(self):
         """The incomplete file is reported, and again by the next call."""
-        server = OddServer(self, HEAD % 10 ** 8 + b"<a>" + b"x" * 5000, 60)
+        server = OddServer(self, HEAD % 10 ** 8 + b"<a>" + b"x" * 50000, 60)
         self.write("stored.xml", "<old/>")
         for force, left in ((["--force"], "is incomplete; use --force"), ([], "kept")):
             client = subprocess.Popen([f"{PROGRAMS}/pavonix", "good", "--url", "http://127.0.0.1/x", "--port",
