@@ -16,7 +16,7 @@ struct Visit {
     std::string fault; // empty for none
 };
 
-// Writes one line of printable ASCII that begins with a time; lines sort by it. A purchase's also says who bought what.
+// Writes one line of printable ASCII that begins with a time; lines sort by it. A purchase's line names buyer and good.
 void LogVisit(const Visit &visit);
 
 // Writes a line about a failure to standard error, with control characters escaped.

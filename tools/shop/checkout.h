@@ -31,7 +31,7 @@ private:
     std::map<std::string, token::PublicKey> keys_;
 };
 
-// What the connections of a process share.
+// Shared by the connections of a process.
 struct CheckoutState {
     explicit CheckoutState(std::chrono::seconds skew) : maxSkew(skew) {}
 
@@ -47,7 +47,7 @@ public:
     // Sells and returns the receipt as XML. The purchase, the new balance and the
     // used token are one transaction, on the disk before this returns. Throws
     // Refusal; a refusal for the good or the balance uses the token up as well,
-    // so that nobody who saw it can try again.
+    // so that it cannot be used again by somebody who saw it.
     [[nodiscard]] std::string Sell(const PurchaseRequest &request);
 
 private:

@@ -13,7 +13,7 @@ namespace {
 
 void Serve(const shop::Options &options)
 {
-    (void)shop::OpenShopDatabase(options.database); // so that what is wrong with it shows before the shop listens
+    (void)shop::OpenShopDatabase(options.database); // reports a bad database before the shop listens
     shop::ShopState state(options.database, std::chrono::seconds(options.maxSkewSeconds));
     shop::Networks networks;
     for (unsigned i = 0; i < options.threads; ++i) {

@@ -17,7 +17,7 @@ constexpr std::chrono::seconds kSilenceTime{60};
 
 std::size_t WriteNow(beast::tcp_stream &stream, const std::string &bytes)
 {
-    beast::error_code error; // shows again in what follows
+    beast::error_code error; // the next operation reports it again
     (void)stream.socket().non_blocking(true, error);
     return stream.socket().write_some(asio::buffer(bytes), error);
 }

@@ -20,7 +20,7 @@ class ReplySender : public std::enable_shared_from_this<ReplySender> {
 public:
     ReplySender(boost::beast::tcp_stream stream, Transmission transmission);
 
-    // Sends what has not been sent.
+    // Sends the rest.
     void Start();
 
 private:

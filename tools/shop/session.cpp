@@ -201,7 +201,7 @@ void Session::ReadNext()
     }
 }
 
-// Without keep-alive also what was received after the request.
+// Without keep-alive, also returns the bytes after the request.
 std::string Session::TakeReceived()
 {
     if (context_.keepAlive.count() == 0) {

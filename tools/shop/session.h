@@ -15,7 +15,7 @@
 
 namespace shop {
 
-// What all connections share.
+// Shared by all connections.
 struct ServerContext {
     ShopState &state;
     Connections &connections;
@@ -28,7 +28,7 @@ struct ServerContext {
 };
 
 // Lives as long as one of its operations is under way. The thread of its network receives requests; a thread of the
-// connections makes the reply and sends what the system takes at once. Never both at the same time.
+// connections makes the reply and sends as much as the system takes at once. Never both at the same time.
 class Session : public std::enable_shared_from_this<Session> {
 public:
     Session(boost::asio::ip::tcp::socket socket, ServerContext &context);

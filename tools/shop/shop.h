@@ -10,7 +10,7 @@
 
 namespace shop {
 
-// What all connections to the database share.
+// Shared by all connections to the database.
 struct ShopState {
     ShopState(std::string databasePlace, std::chrono::seconds maxSkew)
         : place(std::move(databasePlace)), checkout(maxSkew)

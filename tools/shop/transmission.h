@@ -1,4 +1,4 @@
-// What is sent for a request: in which pieces, and how the connection ends.
+// A reply on the wire: its pieces, and how the connection ends.
 #pragma once
 
 #include <boost/beast/http/message.hpp>

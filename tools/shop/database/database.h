@@ -12,7 +12,7 @@
 
 namespace shop {
 
-using Int64 = long long; // what SOCI exchanges with columns of 64 bits
+using Int64 = long long; // SOCI's type for 64-bit columns
 
 // A commit that failed: whether it counts is not known, so it must not be repeated.
 struct CommitFailed : std::runtime_error {

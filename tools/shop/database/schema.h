@@ -25,7 +25,7 @@ enum class FirstGoods {
 // left unchanged.
 [[nodiscard]] Database OpenShopDatabase(const std::string &place, FirstGoods goods = FirstGoods::kDemonstration);
 
-// Upgrades a database of an older version. Returns what it did, for the user.
+// Upgrades a database of an older version. Returns a description of its steps, for the user.
 [[nodiscard]] std::string UpgradeDatabase(const std::string &place);
 
 // Copies all rows of one database, as they are at one moment, into another one that holds none, and compares the

@@ -1,4 +1,4 @@
-// The faults by name and what the library makes of each, for the shop and for the
+// The faults by name and the library's result for each, for the shop and for the
 // program that tests a real device (device/test), which has only plain headers.
 // The refusals by error code ("code-906") follow from errors.h and are not listed.
 #pragma once
@@ -7,14 +7,14 @@ namespace shop {
 
 struct FaultOutcome {
     const char *name;
-    const char *does; // what the shop does, for people
+    const char *does; // a description for people
 
     // A download: the status, and the file against the body that was meant: right,
     // zeros (at its beginning), cut, longer, coded, none. A purchase: the status, and
     // for a refusal the record's code. "waits": for ever.
     const char *download; // a reply of more than 1024 bytes
     const char *sale;     // a purchase that the shop accepts
-    const char *refusal;  // one that it refuses with 903
+    const char *refusal;  // a purchase that the shop refuses with 903
 };
 
 inline constexpr FaultOutcome kFaultOutcomes[] = {

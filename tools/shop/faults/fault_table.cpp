@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kPrefix = "/fault/";
 
-// The fault of that name as fault_outcomes.h describes it, without what it sends.
+// The fault of that name as fault_outcomes.h describes it, without its reply.
 Fault Described(const char *name)
 {
     const auto *found = std::find_if(std::begin(kFaultOutcomes), std::end(kFaultOutcomes),

@@ -13,12 +13,12 @@ namespace shop {
 
 struct Fault {
     std::string name;
-    std::string does; // what the shop does, for people
+    std::string does; // a description for people
 
-    std::string download, sale, refusal; // what the library makes of it: fault_outcomes.h
+    std::string download, sale, refusal; // the library's results, from fault_outcomes.h
 
-    // One of the two. A fault that has an answer of its own leaves the shop untouched;
-    // otherwise the shop answers, sells if asked to, and its reply is sent so.
+    // One of the two. A fault with a reply of its own does not reach the shop;
+    // otherwise the shop handles the request, also a purchase, and its reply is sent this way.
     std::function<Response()> answer;
     std::function<Transmission(Response)> send;
 };

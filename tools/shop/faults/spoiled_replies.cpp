@@ -14,7 +14,7 @@ using std::chrono::milliseconds;
 
 namespace {
 
-// Long enough for the other side to have taken what came before.
+// Long enough for the other side to receive the bytes before.
 constexpr milliseconds kApart{300};
 constexpr milliseconds kLate{6000};
 constexpr milliseconds kDrip{50};

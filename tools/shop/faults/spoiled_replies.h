@@ -1,4 +1,4 @@
-// Replies that are sent wrong: each takes what the shop answers.
+// Wrong ways to send a reply: each takes the shop's correct reply.
 #pragma once
 
 #include "shop/transmission.h"

@@ -60,7 +60,7 @@ std::string HeaderOf(const diagnostics::Exchange &exchange, std::string_view nam
     return line == nullptr ? "" : std::string(line->value);
 }
 
-// Who buys what; empty if the request does not say so.
+// Buyer and good of a purchase; empty if the request does not name them.
 std::string PurchaseAsHtml(Database &database, const diagnostics::Exchange &exchange)
 {
     const std::string form =

@@ -1,4 +1,4 @@
-// One exchange as HTML: its bytes, what is wrong with it, and its token.
+// One exchange as HTML: its bytes, its faults and its token.
 #pragma once
 
 #include "shop/database/database.h"

@@ -1,4 +1,4 @@
-// Shows what the shop sends. All of it is finished HTML, escaped by the shop.
+// Shows the shop's events, which are finished HTML, escaped by the shop.
 "use strict";
 const kept = 50;
 const exchanges = document.getElementById("exchanges");

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::chrono::milliseconds kTick{200};
 constexpr std::chrono::seconds kShopInterval{1};
-// More exchanges in a tick are not rendered: nobody could read them, and rendering
+// More exchanges in a tick are not rendered: they could not be read, and rendering
 // takes time from the exchanges themselves.
 constexpr std::uint64_t kMostPerTick = 10;
 constexpr std::size_t kMostViewers = 8;

@@ -1,8 +1,8 @@
-// The shop's window: a web page that shows what the shop holds and what happens.
+// The shop's window: a web page that shows goods, devices, purchases and exchanges.
 //
 //   GET /                   the page
 //   GET /window/style.css, /window/script.js
-//   GET /window/events      what happens from now on, as server-sent events
+//   GET /window/events      new exchanges, as server-sent events
 #pragma once
 
 #include "shop/database/database.h"
