@@ -87,7 +87,7 @@ TEST(ZtRsa, ABlockThatFailsDiscardsThoseBeforeIt)
     EXPECT_EQ(encryption.cipher, "");
     const std::string log = Log(&rsa);
     EXPECT_NE(log.find(Lines("      Output of RSA encryption not equal to modulus size.|      InLength: 129|"
-                             "      OutputLength: 128|  ")),
+                             "      OutputLength: 12")), // 128, rarely less
               log.npos)
         << log.substr(0, 2000);
 }
